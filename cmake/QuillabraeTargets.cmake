@@ -1,0 +1,47 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# How every target of ours is built: one language level, one set of warnings,
+# one include root, so that an include names its floor ("raster/RasterImage.h").
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+option(QUILLABRAE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(quillabrae_build INTERFACE)
+target_include_directories(quillabrae_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
+target_compile_definitions(quillabrae_build INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS)
+target_compile_options(quillabrae_build INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Werror)
+if(QUILLABRAE_SANITIZE)
+    target_compile_options(quillabrae_build INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(quillabrae_build INTERFACE -fsanitize=address,undefined)
+endif()
+
+# quillabrae_floor(NAME SOURCES file... [PUBLIC lib...] [PRIVATE lib...])
+# A folder of src/ as a static library. PUBLIC names what its headers lean on.
+function(quillabrae_floor name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(quillabrae_${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(quillabrae_${name}
+        PUBLIC quillabrae_build ${ARG_PUBLIC}
+        PRIVATE ${ARG_PRIVATE})
+endfunction()
+
+# quillabrae_test(NAME SOURCES file... LINKS lib...)
+# The unit tests of one floor: one GoogleTest program, one CTest entry a case.
+function(quillabrae_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    target_link_libraries(${name} PRIVATE quillabrae_build ${ARG_LINKS} GTest::gmock)
+    gtest_discover_tests(${name}
+        PROPERTIES LABELS unit ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+        DISCOVERY_TIMEOUT 60)
+endfunction()

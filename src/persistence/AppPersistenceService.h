@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/PaintAppSettings.h"
+#include "model/RecentProject.h"
+#include "persistence/RecoverySession.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace quillabrae::platform {
+class Preferences;
+}
+
+/// The settings record, the recent projects and the recovery file on disk.
+namespace quillabrae::persistence::AppPersistenceService {
+
+/// The stored settings, unclamped; defaults for what is absent or unreadable. Never fails.
+model::PaintAppSettings loadSettings(const platform::Preferences& preferences);
+void saveSettings(platform::Preferences& preferences, const model::PaintAppSettings& settings);
+
+/// The stored recents; empty when absent or unreadable.
+std::vector<model::RecentProject> loadRecents(const platform::Preferences& preferences,
+                                              const QString& key);
+void saveRecents(platform::Preferences& preferences, const QString& key,
+                 const std::vector<model::RecentProject>& recents);
+
+/// "Recovery.quillabraesession" and "Closed.quillabraesession" in the autosave folder.
+QString recoveryFile(const QString& autosaveFolder);
+QString closedWorkFile(const QString& autosaveFolder);
+
+/// The session in a file; nothing when there is none or it cannot be read.
+std::optional<PaintAutosaveSession> loadAutosavedSession(const QString& file);
+
+/// Writes the session as a stream, whole or not at all; complete on return. Throws FileError.
+void saveAutosavedSession(const PaintAutosaveSession& session, const QString& file);
+
+/// Removes the file; a failure is ignored.
+void clearAutosavedSession(const QString& file);
+
+} // namespace quillabrae::persistence::AppPersistenceService

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/PaintProject.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QUrl>
+
+namespace quillabrae::platform {
+class Clock;
+class FileIcons;
+} // namespace quillabrae::platform
+
+/// Project packages: a folder "*.quillabrae" with the project's JSON and two previews.
+namespace quillabrae::persistence::ProjectFileService {
+
+/// Writes the package whole or not at all, and gives it an icon of its picture where the desktop
+/// can show one. The copy that is written has no `fileURL` and is stamped with the present time.
+/// Throws FileError; then the old package, if any, stands as it was and nothing is left beside it.
+void save(const model::PaintProject& project, const QUrl& url, const platform::Clock& clock,
+          platform::FileIcons& icons);
+
+/// Reads a package, or a plain file that holds the same JSON. The result has no `fileURL`. Throws
+/// FileError.
+model::PaintProject read(const QUrl& url);
+
+/// A 1024 by 1024 picture with `image` scaled to fit, centred on clear.
+QImage fileIconImage(const QImage& image);
+
+/// A page of PDF that shows `image` at its own size; empty for a null image.
+QByteArray previewPDFData(const QImage& image);
+
+} // namespace quillabrae::persistence::ProjectFileService

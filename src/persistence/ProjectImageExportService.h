@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/PaintProject.h"
+#include "persistence/SaveFormat.h"
+#include "raster/RasterImage.h"
+
+#include <QUrl>
+
+/// A project as one flat picture at the canvas's full size.
+namespace quillabrae::persistence::ProjectImageExportService {
+
+/// What stands where no layer has pixels.
+enum class Background { transparent, white };
+
+/// The visible layers, bottom first, each at its opacity.
+raster::RasterImage render(const model::PaintProject& project, Background background);
+
+/// Writes the flat picture in an image format, whole or not at all. Throws FileError.
+void save(const model::PaintProject& project, const QUrl& url, SaveFormat format);
+
+} // namespace quillabrae::persistence::ProjectImageExportService
