@@ -12,6 +12,8 @@
 #include <QObject>
 #include <QPointF>
 #include <QSizeF>
+#include <QStringList>
+#include <QUrl>
 #include <QUuid>
 
 #include <functional>
@@ -33,7 +35,10 @@ enum class StatusUpdate { silent, shown };
 /// histories; and the only place where commands live. Main thread only.
 ///
 /// A command looks the active project up afresh, does nothing when there is none, and reports its
-/// outcome in `statusMessage`; nothing here raises an error. Every published field has a signal.
+/// outcome in `statusMessage`; nothing here raises an error. Every published field has a signal,
+/// which is sent when the field's value has changed and not before the command has written all that
+/// belongs together. A project that is handed out by pointer or reference is valid until the next
+/// call that is not const.
 class ProjectStore : public QObject {
     Q_OBJECT
 
@@ -47,10 +52,11 @@ public:
     const std::vector<model::PaintProject>& openProjects() const { return m_openProjects; }
     std::optional<QUuid> activeProjectID() const { return m_activeProjectID; }
     void setActiveProjectID(std::optional<QUuid> id);
-    /// The index of the active project in `openProjects`.
+    /// The index of the active project in `openProjects`; nothing when `activeProjectID` is absent
+    /// or names no open project.
     std::optional<std::size_t> activeIndex() const;
     bool hasActiveProject() const { return activeIndex().has_value(); }
-    const model::PaintProject* project(const QUuid& id) const;
+    const model::PaintProject* project(QUuid id) const;
     const model::PaintProject* activeProject() const;
     /// Rewrites the active project in place, as a panel or the canvas does, and tells observers.
     /// Neither stamps nor records; returns whether there was a project.
@@ -76,28 +82,48 @@ public:
     QUuid zoomToFitRequestID() const { return m_zoomToFitRequestID; }
     bool isPersistent() const { return m_persistence == Persistence::on; }
 
+    /// The widths that the shape outline's menu offers, in canvas pixels: 1 to 32.
+    static std::vector<double> availableShapeOutlineWidths();
+    /// The system's font families, sorted. Asks the system at every call, which is slow the first
+    /// time.
+    static QStringList availableTextFontFamilies();
+    /// The preferred family where the system has it, else its first one.
+    static QString defaultTextFontFamily();
+
     // Projects
 
+    /// A white canvas of one layer. Sizes are rounded to whole numbers of at least 1.
     model::PaintProject createUntitledProject(double width, double height, double resolutionDPI);
+    /// A canvas of the image's size that holds it, selected whole.
     model::PaintProject createProject(const model::PastedImage& image);
+    /// A project attached to an image file, unmodified: saving it writes that image again.
     std::optional<model::PaintProject> createProject(const QUrl& imageFile);
-    void closeProject(const QUuid& id);
+    /// Closes without asking.
+    void closeProject(QUuid id);
+    /// Closes every tab without asking, as one change.
+    void closeAllProjects();
     /// Asks about unsaved changes first; whether the project was closed.
-    bool closeProjectRequestingSave(const QUuid& id);
+    bool closeProjectRequestingSave(QUuid id);
     bool closeActiveProjectRequestingSave();
-    bool hasUnsavedChanges(const QUuid& projectID) const;
+    bool hasUnsavedChanges(QUuid projectID) const;
+    /// Whether the project is new and nothing was ever done in it.
     bool isBlankUntouchedProject(const model::PaintProject& project) const;
+    /// Whether the project has no file or differs from what was last saved or opened.
     bool isProjectUnsaved(const model::PaintProject& project) const;
     /// The project's name for titles; the program's name for an id that is not open.
-    QString projectTitle(const QUuid& id) const;
+    QString projectTitle(QUuid id) const;
 
     // History
 
-    model::PaintHistoryState history(const QUuid& projectID) const;
-    void recordHistory(const QUuid& projectID, const QString& title, const QString& symbolName);
-    void undo(const QUuid& projectID);
-    void redo(const QUuid& projectID);
-    void restoreHistory(const QUuid& projectID, const QUuid& entryID);
+    /// The history of a project; an empty one for an id without any.
+    const model::PaintHistoryState& history(QUuid projectID) const;
+    /// Ends an edit: drops the entries that could be redone and adds the project as it stands,
+    /// unless it equals the entry it stands at. The caller has stamped `lastModified`.
+    void recordHistory(QUuid projectID, const QString& title, const QString& symbolName);
+    void undo(QUuid projectID);
+    void redo(QUuid projectID);
+    /// Brings the project back to an entry's state, in its tab and with its present file.
+    void restoreHistory(QUuid projectID, QUuid entryID);
 
     // View
 
@@ -106,16 +132,19 @@ public:
     void zoomOut();
     /// Whether a fit was made: false without a project or before the viewport's size is known.
     bool performZoomToFitCanvas(StatusUpdate statusUpdate);
-    void zoomToFitCanvasWhenReady(const QUuid& projectID);
+    void zoomToFitCanvasWhenReady(QUuid projectID);
 
     // Files
 
+    /// Writes the active project's file again; asks for one where there is none of a known format.
     void saveActiveProject();
     void saveActiveProjectAs();
+    /// Writes the project and attaches it to the destination. Whether it was saved.
     bool saveProject(std::size_t index, const persistence::SaveDestination& destination);
-    bool saveProjectForClose(const QUuid& projectID);
+    bool saveProjectForClose(QUuid projectID);
     /// Asks about every unsaved project in turn; whether the program may end.
     bool shouldTerminateAfterHandlingUnsavedProjects();
+    /// Opens a package, in the place of the tab that already stands on the same file.
     std::optional<model::PaintProject> openProject(const QUrl& url);
     std::optional<model::PaintProject> openProjectFromPanel();
     /// A project package or an image, by its extension.
@@ -129,15 +158,18 @@ public:
 
     // Recovery
 
+    /// Writes the recovery file, complete on disk on return; a failure leaves the former one.
     void persistAutosavedSession();
+    /// Opens the work that a crash left, where the user wants that.
     void restoreAutosavedSession();
     /// The clean end of a run: stores the settings and removes the recovery file.
     void finishSession();
-    /// Keeps all open work aside, to be brought back by `reopenClosedWork`. For the window that
-    /// closes without asking.
-    void setClosedWorkAside();
+    /// Keeps all open work aside, to be brought back by `reopenClosedWork`; what was kept before is
+    /// replaced. For the window that closes without asking. False when nothing could be kept.
+    bool setClosedWorkAside();
     bool hasClosedWork() const;
-    /// Opens the tabs, histories and fingerprints that were set aside, and forgets them.
+    /// Opens the tabs, histories and fingerprints that were set aside beside those that are open,
+    /// and forgets them. A project that is open already stays as it is.
     bool reopenClosedWork();
 
 Q_SIGNALS:
@@ -155,6 +187,27 @@ Q_SIGNALS:
     void closedWorkChanged();
 
 private:
+    /// Holds back the writing of the recovery file and writes it once at the end, for a command
+    /// that is several steps. Must not be held while the user is asked something.
+    class AutosaveScope;
+
+    std::optional<std::size_t> indexOf(QUuid id) const;
+    void appendProject(model::PaintProject project);
+    /// Remembers the open project, as it stands, as saved.
+    void storeFingerprint(QUuid projectID);
+    /// Drops what is kept beside a project that is no longer open.
+    void forgetProject(QUuid id);
+    void selectTool(model::PaintTool tool);
+    void restoreSettings();
+    bool chooseDestinationAndSave(QUuid projectID, const QString& statusWhenCancelled);
+    void attachToFile(QUuid projectID, const QUrl& location);
+    /// Puts an opened project into its tab and returns the id it has there.
+    QUuid placeOpenedProject(model::PaintProject project);
+    void writeAutosavedSession();
+    persistence::PaintAutosaveSession currentSession() const;
+    void adoptSession(const persistence::PaintAutosaveSession& session);
+    void updateUntitledCountersFromRecoveredProjects();
+
     StoreEnvironment m_environment;
     Persistence m_persistence;
     std::vector<model::PaintProject> m_openProjects;
@@ -162,11 +215,17 @@ private:
     model::PaintAppSettings m_settings;
     QString m_statusMessage;
     std::vector<model::RecentProject> m_recents;
-    QSizeF m_canvasViewportSize;
+    QSizeF m_canvasViewportSize{0.0, 0.0};
     std::optional<model::CanvasPoint> m_canvasCursorPosition;
     QUuid m_zoomToFitRequestID;
+    std::optional<QUuid> m_pendingZoomToFitProjectID;
     persistence::Histories m_histories;
     persistence::Fingerprints m_savedProjectFingerprints;
+    int m_untitledCount = 0;
+    int m_pastedProjectCount = 0;
+    bool m_isRestoringHistory = false;
+    int m_autosaveHolds = 0;
+    bool m_isAutosaveDue = false;
 };
 
 } // namespace quillabrae::store

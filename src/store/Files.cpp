@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Open and save, with their questions to the user.
+#include "model/PastedImage.h"
+#include "persistence/FileError.h"
+#include "persistence/ProjectFileService.h"
+#include "persistence/ProjectImageExportService.h"
+#include "platform/Clock.h"
+#include "raster/DecodeCache.h"
+#include "raster/ImageReader.h"
+#include "store/AutosaveScope.h"
+#include "store/FileLocation.h"
+#include "store/ProjectStore.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+namespace quillabrae::store {
+
+using persistence::FileError;
+using persistence::SaveDestination;
+using persistence::SaveFormat;
+
+namespace {
+
+constexpr QLatin1StringView packageExtension("quillabrae");
+
+/// Where the project is saved again without a question.
+std::optional<SaveDestination> attachedDestination(const model::PaintProject& project) {
+    if (!project.fileURL) return std::nullopt;
+    const auto format = persistence::saveFormatOf(*project.fileURL);
+    if (!format) return std::nullopt;
+    return SaveDestination{*project.fileURL, *format};
+}
+
+/// The picture in a file, ready to become a project; nothing where it cannot be read.
+std::optional<model::PastedImage> imageInFile(const QUrl& location) {
+    if (lowercasedExtension(location) == QLatin1StringView("svg")) return std::nullopt;
+    const auto image = raster::readImageFile(location.toLocalFile());
+    if (!image || image->isNull()) return std::nullopt;
+    model::PngBytes bytes = raster::encodedImage(*image);
+    if (bytes.isEmpty()) return std::nullopt;
+    return model::PastedImage{std::move(bytes), double(image->width()), double(image->height()),
+                              std::nullopt, std::nullopt};
+}
+
+} // namespace
+
+void ProjectStore::saveActiveProject() {
+    const auto index = activeIndex();
+    if (!index) return;
+    if (const auto destination = attachedDestination(m_openProjects[*index]))
+        saveProject(*index, *destination);
+    else
+        saveActiveProjectAs();
+}
+
+void ProjectStore::saveActiveProjectAs() {
+    if (const model::PaintProject* active = activeProject())
+        chooseDestinationAndSave(active->id, QString());
+}
+
+bool ProjectStore::chooseDestinationAndSave(QUuid projectID, const QString& statusWhenCancelled) {
+    const auto destination =
+        m_environment.panels.chooseSaveDestination(project(projectID)->displayName());
+    if (!destination) {
+        if (!statusWhenCancelled.isEmpty()) setStatusMessage(statusWhenCancelled);
+        return false;
+    }
+    const auto index = indexOf(projectID);
+    return index && saveProject(*index, *destination);
+}
+
+bool ProjectStore::saveProject(std::size_t index, const SaveDestination& destination) {
+    if (index >= m_openProjects.size()) return false;
+    const model::PaintProject saved = m_openProjects[index];
+    const QUrl location = fileLocation(destination.url);
+    try {
+        if (destination.format == SaveFormat::project) {
+            persistence::ProjectFileService::save(saved, location, m_environment.clock,
+                                                  m_environment.fileIcons);
+            rememberRecent(location);
+        } else {
+            const int layerCount = static_cast<int>(saved.layers.size());
+            if (layerCount >= 2 && !m_environment.panels.confirmFlattenedImageSave(layerCount)) {
+                setStatusMessage(QStringLiteral("Save cancelled"));
+                return false;
+            }
+            persistence::ProjectImageExportService::save(saved, location, destination.format);
+        }
+    } catch (const FileError& error) {
+        setStatusMessage(QStringLiteral("Save failed: %1").arg(error.description()));
+        return false;
+    }
+    attachToFile(saved.id, location);
+    setStatusMessage(QStringLiteral("Saved %1").arg(location.fileName()));
+    persistAutosavedSession();
+    return true;
+}
+
+void ProjectStore::attachToFile(QUuid projectID, const QUrl& location) {
+    const auto index = indexOf(projectID);
+    if (!index) return;
+    m_openProjects[*index].fileURL = location;
+    m_openProjects[*index].lastModified = m_environment.clock.now();
+    storeFingerprint(projectID);
+    Q_EMIT projectChanged(projectID);
+}
+
+bool ProjectStore::saveProjectForClose(QUuid projectID) {
+    const auto index = indexOf(projectID);
+    if (!index) return false;
+    if (const auto destination = attachedDestination(m_openProjects[*index]))
+        return saveProject(*index, *destination);
+    return chooseDestinationAndSave(projectID, QStringLiteral("Save cancelled"));
+}
+
+bool ProjectStore::shouldTerminateAfterHandlingUnsavedProjects() {
+    const std::vector<model::PaintProject> projects = m_openProjects;
+    for (const model::PaintProject& project : projects) {
+        if (!isProjectUnsaved(project)) continue;
+        setActiveProjectID(project.id);
+        switch (m_environment.panels.requestSaveBeforeClosing(project.displayName())) {
+            case SaveBeforeCloseChoice::save:
+                if (!saveProjectForClose(project.id)) return false;
+                break;
+            case SaveBeforeCloseChoice::discard:
+                break;
+            case SaveBeforeCloseChoice::cancel:
+                setStatusMessage(QStringLiteral("Quit cancelled"));
+                return false;
+        }
+    }
+    return true;
+}
+
+std::optional<model::PaintProject> ProjectStore::openFile(const QUrl& url) {
+    return lowercasedExtension(url) == packageExtension ? openProject(url) : createProject(url);
+}
+
+std::optional<model::PaintProject> ProjectStore::openProjectFromPanel() {
+    const auto url = m_environment.panels.chooseProjectToOpen();
+    return url ? openFile(*url) : std::nullopt;
+}
+
+std::optional<model::PaintProject> ProjectStore::openProject(const QUrl& url) {
+    const QUrl location = fileLocation(url);
+    model::PaintProject project;
+    try {
+        project = persistence::ProjectFileService::read(location);
+    } catch (const FileError& error) {
+        setStatusMessage(QStringLiteral("Open failed: %1").arg(error.description()));
+        return std::nullopt;
+    }
+    project.fileURL = location;
+    project.lastModified = m_environment.clock.now();
+    const QUuid id = placeOpenedProject(std::move(project));
+    rememberRecent(location);
+    storeFingerprint(id);
+    setStatusMessage(QStringLiteral("Opened %1").arg(this->project(id)->displayName()));
+    recordHistory(id, QStringLiteral("Open Project"), QStringLiteral("folder"));
+    return *this->project(id);
+}
+
+QUuid ProjectStore::placeOpenedProject(model::PaintProject project) {
+    const auto tab =
+        std::ranges::find(m_openProjects, project.fileURL, &model::PaintProject::fileURL);
+    const bool replaces = tab != m_openProjects.end();
+    // A copy of an open project at another path is a project of its own: two tabs with one id
+    // would share their history.
+    const bool isTaken = indexOf(project.id) && !(replaces && tab->id == project.id);
+    if (isTaken) project.id = QUuid::createUuid();
+    const QUuid id = project.id;
+    if (!replaces) {
+        appendProject(std::move(project));
+        return id;
+    }
+    const QUuid former = tab->id;
+    *tab = std::move(project);
+    if (former != id) forgetProject(former);
+    Q_EMIT openProjectsChanged();
+    setActiveProjectID(id);
+    Q_EMIT projectChanged(id);
+    return id;
+}
+
+std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& imageFile) {
+    const QUrl location = fileLocation(imageFile);
+    const auto image = imageInFile(location);
+    if (!image) {
+        setStatusMessage(QStringLiteral("Open failed: image could not be read"));
+        return std::nullopt;
+    }
+    const AutosaveScope autosave(*this);
+    const QUuid id = createProject(*image).id;
+    const auto index = indexOf(id);
+    if (!index) return std::nullopt;
+    model::PaintProject& created = m_openProjects[*index];
+    const QString name = QFileInfo(location.path()).completeBaseName().trimmed();
+    if (!name.isEmpty()) created.title = name;
+    created.fileURL = location;
+    storeFingerprint(id);
+    Q_EMIT projectChanged(id);
+    persistAutosavedSession();
+    setStatusMessage(QStringLiteral("Opened %1").arg(location.fileName()));
+    const model::PaintProject* opened = project(id);
+    return opened ? std::optional(*opened) : std::nullopt;
+}
+
+} // namespace quillabrae::store

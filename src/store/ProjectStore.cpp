@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/ProjectStore.h"
+
+#include "persistence/AppPersistenceService.h"
+#include "store/RecentList.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillabrae::store {
+
+ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence)
+    : m_environment(std::move(environment)),
+      m_persistence(persistence),
+      m_statusMessage(QStringLiteral("Ready")),
+      m_zoomToFitRequestID(QUuid::createUuid()) {
+    if (!isPersistent()) return;
+    const auto stored =
+        persistence::AppPersistenceService::loadRecents(m_environment.preferences, recentsKey());
+    m_recents = deduplicatedRecents(stored);
+    if (m_recents != stored) saveRecents();
+    restoreSettings();
+    restoreAutosavedSession();
+}
+
+ProjectStore::~ProjectStore() = default;
+
+void ProjectStore::setActiveProjectID(std::optional<QUuid> id) {
+    if (m_activeProjectID == id) return;
+    m_activeProjectID = id;
+    Q_EMIT activeProjectChanged();
+}
+
+std::optional<std::size_t> ProjectStore::indexOf(QUuid id) const {
+    const auto found = std::ranges::find(m_openProjects, id, &model::PaintProject::id);
+    if (found == m_openProjects.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - m_openProjects.begin());
+}
+
+std::optional<std::size_t> ProjectStore::activeIndex() const {
+    return m_activeProjectID ? indexOf(*m_activeProjectID) : std::nullopt;
+}
+
+const model::PaintProject* ProjectStore::project(QUuid id) const {
+    const auto index = indexOf(id);
+    return index ? &m_openProjects[*index] : nullptr;
+}
+
+const model::PaintProject* ProjectStore::activeProject() const {
+    return m_activeProjectID ? project(*m_activeProjectID) : nullptr;
+}
+
+bool ProjectStore::editActiveProject(const std::function<void(model::PaintProject&)>& edit) {
+    const auto index = activeIndex();
+    if (!index) return false;
+    const model::PaintProject before = m_openProjects[*index];
+    edit(m_openProjects[*index]);
+    if (m_openProjects[*index] != before) Q_EMIT projectChanged(before.id);
+    return true;
+}
+
+void ProjectStore::setStatusMessage(const QString& message) {
+    if (m_statusMessage == message) return;
+    m_statusMessage = message;
+    Q_EMIT statusMessageChanged();
+}
+
+} // namespace quillabrae::store

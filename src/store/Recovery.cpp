@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The recovery file, and the work that the window's close button sets aside beside it.
+#include "persistence/AppPersistenceService.h"
+#include "persistence/FileError.h"
+#include "persistence/RecoverySession.h"
+#include "platform/Clock.h"
+#include "store/ProjectStore.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace quillabrae::store {
+
+namespace AppPersistenceService = persistence::AppPersistenceService;
+namespace RecoveryPreferences = persistence::RecoveryPreferences;
+
+namespace {
+
+/// The number of the title of a project named `base`: 1 for the bare name, 0 for another name.
+int titleNumber(const QString& title, const QString& base) {
+    if (title == base) return 1;
+    if (!title.startsWith(base + QLatin1Char(' '))) return 0;
+    bool isNumber = false;
+    const int number = QStringView(title).sliced(base.size() + 1).toInt(&isNumber);
+    return isNumber ? number : 0;
+}
+
+} // namespace
+
+persistence::PaintAutosaveSession ProjectStore::currentSession() const {
+    const auto& preferences = m_environment.preferences;
+    persistence::PaintAutosaveSession session;
+    session.projects = m_openProjects;
+    if (activeIndex())
+        session.activeProjectID = m_activeProjectID;
+    else if (!m_openProjects.empty())
+        session.activeProjectID = m_openProjects.front().id;
+    session.savedProjectFingerprints = m_savedProjectFingerprints;
+    if (RecoveryPreferences::keepsHistory(preferences))
+        session.histories =
+            persistence::recoveryHistories(m_histories, m_openProjects, m_savedProjectFingerprints,
+                                           RecoveryPreferences::historyEntryLimit(preferences),
+                                           persistence::maximumPayloadByteCount);
+    session.savedAt = m_environment.clock.now();
+    return session;
+}
+
+void ProjectStore::persistAutosavedSession() {
+    if (!isPersistent()) return;
+    if (m_autosaveHolds > 0)
+        m_isAutosaveDue = true;
+    else
+        writeAutosavedSession();
+}
+
+void ProjectStore::writeAutosavedSession() {
+    try {
+        AppPersistenceService::saveAutosavedSession(
+            currentSession(),
+            AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    } catch (const persistence::FileError&) {
+        // Work goes on; the file of the last write that succeeded stands.
+    }
+}
+
+void ProjectStore::restoreAutosavedSession() {
+    if (!isPersistent() || !RecoveryPreferences::restoresOnLaunch(m_environment.preferences))
+        return;
+    const auto session = AppPersistenceService::loadAutosavedSession(
+        AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    if (session && !session->projects.empty()) adoptSession(*session);
+}
+
+void ProjectStore::adoptSession(const persistence::PaintAutosaveSession& session) {
+    const auto& preferences = m_environment.preferences;
+    const bool keepsHistory = RecoveryPreferences::keepsHistory(preferences);
+    const int limit = RecoveryPreferences::historyEntryLimit(preferences);
+    for (const model::PaintProject& project : session.projects) {
+        if (indexOf(project.id)) continue;
+        std::optional<model::PaintHistoryState> kept;
+        const auto stored = session.histories.constFind(project.id);
+        if (keepsHistory && stored != session.histories.constEnd())
+            kept = persistence::trimmedForRecovery(*stored, limit);
+        m_openProjects.push_back(project);
+        m_histories.insert(project.id, persistence::normalizedRecoveredHistory(project, kept));
+        const auto fingerprint = session.savedProjectFingerprints.constFind(project.id);
+        if (fingerprint != session.savedProjectFingerprints.constEnd())
+            m_savedProjectFingerprints.insert(project.id, *fingerprint);
+    }
+    updateUntitledCountersFromRecoveredProjects();
+    Q_EMIT openProjectsChanged();
+    const bool hasActive = session.activeProjectID && indexOf(*session.activeProjectID);
+    setActiveProjectID(hasActive ? *session.activeProjectID : session.projects.front().id);
+    setStatusMessage(keepsHistory && !session.histories.isEmpty()
+                         ? QStringLiteral("Restored autosaved work and history")
+                         : QStringLiteral("Restored autosaved work"));
+}
+
+void ProjectStore::updateUntitledCountersFromRecoveredProjects() {
+    for (const model::PaintProject& project : m_openProjects) {
+        m_untitledCount =
+            std::max(m_untitledCount, titleNumber(project.title, QStringLiteral("Untitled")));
+        m_pastedProjectCount = std::max(m_pastedProjectCount,
+                                        titleNumber(project.title, QStringLiteral("Pasted Image")));
+    }
+}
+
+void ProjectStore::finishSession() {
+    if (!isPersistent()) return;
+    persistSettings();
+    AppPersistenceService::clearAutosavedSession(
+        AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+}
+
+bool ProjectStore::setClosedWorkAside() {
+    if (!isPersistent() || m_openProjects.empty()) return false;
+    try {
+        AppPersistenceService::saveAutosavedSession(
+            currentSession(),
+            AppPersistenceService::closedWorkFile(m_environment.paths.autosaveFolder()));
+    } catch (const persistence::FileError&) {
+        return false;
+    }
+    Q_EMIT closedWorkChanged();
+    return true;
+}
+
+bool ProjectStore::hasClosedWork() const {
+    return isPersistent() && QFile::exists(AppPersistenceService::closedWorkFile(
+                                 m_environment.paths.autosaveFolder()));
+}
+
+bool ProjectStore::reopenClosedWork() {
+    if (!isPersistent()) return false;
+    const QString file =
+        AppPersistenceService::closedWorkFile(m_environment.paths.autosaveFolder());
+    const auto session = AppPersistenceService::loadAutosavedSession(file);
+    if (!session || session->projects.empty()) return false;
+    adoptSession(*session);
+    // The recovery file holds the work before the file it came from goes.
+    persistAutosavedSession();
+    AppPersistenceService::clearAutosavedSession(file);
+    Q_EMIT closedWorkChanged();
+    return true;
+}
+
+} // namespace quillabrae::store
