@@ -10,6 +10,16 @@ set(CMAKE_AUTORCC ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 
+# Both make a rebuild quicker and neither is required.
+find_program(QUILLABRAE_CCACHE ccache)
+if(QUILLABRAE_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${QUILLABRAE_CCACHE}")
+endif()
+find_program(QUILLABRAE_LLD ld.lld)
+if(QUILLABRAE_LLD)
+    add_link_options(-fuse-ld=lld)
+endif()
+
 option(QUILLABRAE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
 add_library(quillabrae_build INTERFACE)
