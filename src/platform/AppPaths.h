@@ -5,17 +5,20 @@
 
 namespace quillabrae::platform {
 
-/// The folders that the program keeps things in. Absolute paths; made on first use, not here.
+/// Where the program keeps things. Absolute paths; made on first use, not here.
 struct AppPaths {
     /// The program's own folder in the user's data folder; holds "Autosave".
     QString applicationSupport;
     QString temporary;
+    /// The file of the user's preferences.
+    QString preferencesFile{};
 
     QString autosaveFolder() const { return applicationSupport + QStringLiteral("/Autosave"); }
 
-    /// The folders of this user.
+    /// The places of this user. Without a data folder of the user's the program's own folder is
+    /// under the temporary one.
     static AppPaths standard();
-    /// The same folders under another home, for tests and scripts.
+    /// The same places under another home, for tests and scripts.
     static AppPaths under(const QString& home);
 };
 

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FileOperations.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QtGlobal>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+namespace quillabrae::platform {
+namespace {
+
+constexpr std::size_t writeBufferSize = 256 * 1024;
+
+[[noreturn]] void fail(const QString& path) {
+    throw FileOperationError(path, errno);
+}
+
+/// Runs a system call again for as long as a signal interrupts it.
+template <typename Call>
+auto retrying(Call&& call) {
+    auto result = call();
+    while (result == -1 && errno == EINTR) result = call();
+    return result;
+}
+
+class Descriptor {
+public:
+    explicit Descriptor(int value) : m_value(value) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int value() const { return m_value; }
+    bool isOpen() const { return m_value >= 0; }
+    /// The result of close(2), which may be the first to tell of a failed write.
+    int close() {
+        if (m_value < 0) return 0;
+        const int result = ::close(m_value);
+        m_value = -1;
+        return result;
+    }
+
+private:
+    int m_value;
+};
+
+class SystemFile final : public DurableFile {
+public:
+    explicit SystemFile(const QString& path)
+        : m_path(path), m_file(retrying([&] {
+              return ::open(QFile::encodeName(path).constData(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+          })) {
+        if (!m_file.isOpen()) fail(m_path);
+        m_buffer.reserve(writeBufferSize);
+    }
+
+    void write(std::span<const char> bytes) override {
+        if (m_buffer.size() + bytes.size() > writeBufferSize) flush();
+        if (bytes.size() >= writeBufferSize)
+            writeThrough(bytes);
+        else
+            m_buffer.insert(m_buffer.end(), bytes.begin(), bytes.end());
+    }
+
+    void finish() override {
+        flush();
+        if (retrying([this] { return ::fsync(m_file.value()); }) != 0) fail(m_path);
+        if (m_file.close() != 0) fail(m_path);
+    }
+
+private:
+    void flush() {
+        writeThrough(m_buffer);
+        m_buffer.clear();
+    }
+
+    void writeThrough(std::span<const char> bytes) {
+        while (!bytes.empty()) {
+            const ssize_t written =
+                retrying([&] { return ::write(m_file.value(), bytes.data(), bytes.size()); });
+            if (written < 0) fail(m_path);
+            bytes = bytes.subspan(static_cast<std::size_t>(written));
+        }
+    }
+
+    QString m_path;
+    Descriptor m_file;
+    std::vector<char> m_buffer;
+};
+
+class SystemFileOperations final : public FileOperations {
+public:
+    void makePath(const QString& folder) override {
+        errno = 0;
+        if (QDir().mkpath(folder)) return;
+        if (QFileInfo(folder).exists()) errno = ENOTDIR;
+        fail(folder);
+    }
+
+    std::unique_ptr<DurableFile> createFile(const QString& path) override {
+        return std::make_unique<SystemFile>(path);
+    }
+
+    void syncFolder(const QString& folder) override {
+        const Descriptor descriptor(retrying([&] {
+            return ::open(QFile::encodeName(folder).constData(),
+                          O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        }));
+        if (!descriptor.isOpen()) fail(folder);
+        const int result = retrying([&] { return ::fsync(descriptor.value()); });
+        if (result != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS) fail(folder);
+    }
+
+    bool exchange(const QString& a, const QString& b) override {
+        const int result = ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD,
+                                       QFile::encodeName(b).constData(), RENAME_EXCHANGE);
+        if (result == 0) return true;
+        if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP) return false;
+        fail(b);
+    }
+
+    void rename(const QString& from, const QString& to) override {
+        if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) !=
+            0)
+            fail(to);
+    }
+
+    void removeTree(const QString& path) override {
+        const QByteArray name = QFile::encodeName(path);
+        struct stat information {};
+        if (::lstat(name.constData(), &information) != 0) {
+            if (errno == ENOENT) return;
+            fail(path);
+        }
+        if (!S_ISDIR(information.st_mode)) {
+            if (::unlink(name.constData()) != 0 && errno != ENOENT) fail(path);
+            return;
+        }
+        for (const QString& entry : entries(path)) removeTree(path + u'/' + entry);
+        if (::rmdir(name.constData()) != 0 && errno != ENOENT) fail(path);
+    }
+
+    bool exists(const QString& path) override {
+        struct stat information {};
+        return ::lstat(QFile::encodeName(path).constData(), &information) == 0;
+    }
+
+    QStringList entries(const QString& folder) override {
+        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                      QDir::NoDotAndDotDot);
+    }
+};
+
+} // namespace
+
+FileOperationError::FileOperationError(const QString& path, int errorNumber)
+    : std::runtime_error(std::strerror(errorNumber)), m_path(path), m_errorNumber(errorNumber) {}
+
+QString FileOperationError::description() const {
+    return qt_error_string(m_errorNumber);
+}
+
+FileOperations& systemFileOperations() {
+    static SystemFileOperations operations;
+    return operations;
+}
+
+} // namespace quillabrae::platform

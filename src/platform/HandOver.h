@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QUrl>
+
+#include <optional>
+
+/// What a second start says to the running program: a magic word, the length of what follows as
+/// four bytes with the high byte first, and the files' URLs, one a line.
+namespace quillabrae::platform::HandOver {
+
+constexpr qsizetype maximumPayload = 16 * 1024 * 1024;
+inline constexpr char answer[] = "taken\n";
+
+QByteArray message(const QList<QUrl>& files);
+
+enum class Progress { incomplete, complete, malformed };
+
+struct Reading {
+    Progress progress = Progress::incomplete;
+    /// The absolute file URLs of a complete message; other lines are passed over.
+    QList<QUrl> files{};
+};
+
+/// What has come of a message so far.
+Reading read(const QByteArray& received);
+
+} // namespace quillabrae::platform::HandOver

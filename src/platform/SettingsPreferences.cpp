@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/SettingsPreferences.h"
+
+#include <chrono>
+
+namespace quillabrae::platform {
+namespace {
+
+constexpr std::chrono::milliseconds gatheringTime{250};
+
+} // namespace
+
+SettingsPreferences::SettingsPreferences(const QString& file, Writing writing)
+    : m_settings(file, QSettings::IniFormat), m_writing(writing) {
+    m_settings.setFallbacksEnabled(false);
+    m_flushTimer.setSingleShot(true);
+    m_flushTimer.setInterval(gatheringTime);
+    QObject::connect(&m_flushTimer, &QTimer::timeout, &m_settings, [this] { flush(); });
+}
+
+SettingsPreferences::~SettingsPreferences() {
+    flush();
+}
+
+QVariant SettingsPreferences::value(const QString& key) const {
+    const auto pending = m_pending.constFind(key);
+    return pending != m_pending.constEnd() ? *pending : m_settings.value(key);
+}
+
+void SettingsPreferences::setValue(const QString& key, const QVariant& value) {
+    change(key, value);
+}
+
+void SettingsPreferences::remove(const QString& key) {
+    change(key, QVariant());
+}
+
+void SettingsPreferences::change(const QString& key, const QVariant& newValue) {
+    if (newValue == value(key)) return;
+    m_pending.insert(key, newValue);
+    if (m_writing == Writing::atOnce)
+        flush();
+    else if (!m_flushTimer.isActive())
+        m_flushTimer.start();
+}
+
+void SettingsPreferences::flush() {
+    m_flushTimer.stop();
+    if (m_pending.isEmpty()) return;
+    for (auto change = m_pending.cbegin(); change != m_pending.cend(); ++change) {
+        if (change.value().isValid())
+            m_settings.setValue(change.key(), change.value());
+        else
+            m_settings.remove(change.key());
+    }
+    m_pending.clear();
+    m_settings.sync();
+}
+
+} // namespace quillabrae::platform

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/HandOver.h"
+
+#include <gtest/gtest.h>
+
+namespace quillabrae::platform::HandOver {
+namespace {
+
+const QList<QUrl> twoFiles{
+    QUrl::fromLocalFile(QStringLiteral("/home/me/line\nbreak & 100%.png")),
+    QUrl::fromLocalFile(QStringLiteral("/tmp/é ö.quillabrae")),
+};
+
+TEST(HandOver, FilesOfEveryNameArriveAsTheyWere) {
+    const Reading reading = read(message(twoFiles));
+    EXPECT_EQ(reading.progress, Progress::complete);
+    EXPECT_EQ(reading.files, twoFiles);
+}
+
+TEST(HandOver, AMessageWithoutFilesIsComplete) {
+    const Reading reading = read(message({}));
+    EXPECT_EQ(reading.progress, Progress::complete);
+    EXPECT_TRUE(reading.files.isEmpty());
+}
+
+TEST(HandOver, EveryBeginningOfAMessageIsIncomplete) {
+    const QByteArray whole = message(twoFiles);
+    for (qsizetype size = 0; size < whole.size(); ++size)
+        ASSERT_EQ(read(whole.first(size)).progress, Progress::incomplete) << size;
+}
+
+TEST(HandOver, AnotherProtocolIsMalformedFromItsFirstByte) {
+    EXPECT_EQ(read("G").progress, Progress::malformed);
+    EXPECT_EQ(read("GET / HTTP/1.1\r\n\r\n").progress, Progress::malformed);
+}
+
+TEST(HandOver, ALengthBeyondTheLimitIsMalformedBeforeThePayloadArrives) {
+    QByteArray header = message({});
+    header.replace(header.size() - 4, 4, QByteArray("\xff\xff\xff\xff", 4));
+    EXPECT_EQ(read(header).progress, Progress::malformed);
+}
+
+TEST(HandOver, WhatIsNoAbsoluteFileIsPassedOver) {
+    QByteArray hostile = message({QUrl(QStringLiteral("https://example.org/a.png")), twoFiles[1],
+                                  QUrl(QStringLiteral("file:relative.png")), QUrl()});
+    EXPECT_EQ(read(hostile).files, QList<QUrl>{twoFiles[1]});
+}
+
+} // namespace
+} // namespace quillabrae::platform::HandOver

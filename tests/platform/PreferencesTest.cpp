@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/MemoryPreferences.h"
+#include "platform/SettingsPreferences.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace quillabrae::platform {
+namespace {
+
+using Writing = SettingsPreferences::Writing;
+
+const QString key = QStringLiteral("Quillabrae.something");
+
+class StoredPreferences : public ::testing::Test {
+protected:
+    /// What another start of the program reads.
+    QVariant storedValue() const { return SettingsPreferences(file, Writing::atOnce).value(key); }
+
+    QTemporaryDir folder;
+    QString file = folder.filePath(QStringLiteral("deeper/preferences.ini"));
+};
+
+TEST(Preferences, AnAbsentBooleanIsItsFallbackAndAStoredFalseIsFalse) {
+    MemoryPreferences preferences;
+    EXPECT_TRUE(preferences.boolean(key, true));
+    EXPECT_FALSE(preferences.boolean(key, false));
+    preferences.setValue(key, false);
+    EXPECT_FALSE(preferences.boolean(key, true));
+    preferences.remove(key);
+    EXPECT_TRUE(preferences.boolean(key, true));
+}
+
+TEST(Preferences, WhatIsNoBooleanIsTheFallback) {
+    MemoryPreferences preferences;
+    for (const QVariant& value : {QVariant(QStringLiteral("yes")), QVariant(0), QVariant(1.0)}) {
+        preferences.setValue(key, value);
+        EXPECT_TRUE(preferences.boolean(key, true));
+    }
+}
+
+TEST(Preferences, WhatIsNoWholeNumberIsTheFallback) {
+    MemoryPreferences preferences;
+    for (const QVariant& value : {QVariant(QStringLiteral("25.5")), QVariant(25.0), QVariant(true),
+                                  QVariant(QByteArray("25")), QVariant(1LL << 40)}) {
+        preferences.setValue(key, value);
+        EXPECT_EQ(preferences.integer(key, 7), 7) << value.typeName();
+    }
+    preferences.setValue(key, 50);
+    EXPECT_EQ(preferences.integer(key, 7), 50);
+}
+
+TEST_F(StoredPreferences, AnotherStartReadsWhatWasWritten) {
+    SettingsPreferences preferences(file, Writing::atOnce);
+    preferences.setValue(key, false);
+    EXPECT_FALSE(SettingsPreferences(file, Writing::atOnce).boolean(key, true));
+    preferences.setValue(key, 50);
+    EXPECT_EQ(SettingsPreferences(file, Writing::atOnce).integer(key, 7), 50);
+    preferences.setValue(key, QStringLiteral("Not connected"));
+    EXPECT_EQ(storedValue().toString(), QStringLiteral("Not connected"));
+}
+
+TEST_F(StoredPreferences, BytesOfEveryValueSurvive) {
+    QByteArray bytes("{\n  \"a\": [1, 2, 3], \"z\": \"\\u00e9, ;=@\"\n}");
+    for (int value = 0; value < 256; ++value) bytes.append(static_cast<char>(value));
+    SettingsPreferences(file, Writing::atOnce).setValue(key, bytes);
+    EXPECT_EQ(SettingsPreferences(file, Writing::atOnce).bytes(key), bytes);
+}
+
+TEST_F(StoredPreferences, ARemovedKeyIsAbsentAgain) {
+    SettingsPreferences preferences(file, Writing::atOnce);
+    preferences.setValue(key, true);
+    preferences.remove(key);
+    EXPECT_FALSE(preferences.value(key).isValid());
+    EXPECT_FALSE(storedValue().isValid());
+}
+
+TEST_F(StoredPreferences, GatheredChangesAreReadAtOnceAndWrittenAMomentLater) {
+    SettingsPreferences preferences(file, Writing::gathered);
+    preferences.setValue(key, 1);
+    preferences.setValue(key, 2);
+    EXPECT_EQ(preferences.integer(key, 0), 2);
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(file); }));
+    EXPECT_EQ(storedValue().toInt(), 2);
+}
+
+TEST_F(StoredPreferences, AGatheredRemovalHidesTheStoredValue) {
+    SettingsPreferences(file, Writing::atOnce).setValue(key, 1);
+    SettingsPreferences preferences(file, Writing::gathered);
+    preferences.remove(key);
+    EXPECT_FALSE(preferences.value(key).isValid());
+    preferences.flush();
+    EXPECT_FALSE(storedValue().isValid());
+}
+
+TEST_F(StoredPreferences, WhatIsPendingIsWrittenAtTheEnd) {
+    {
+        SettingsPreferences preferences(file, Writing::gathered);
+        preferences.setValue(key, 3);
+    }
+    EXPECT_EQ(storedValue().toInt(), 3);
+}
+
+TEST_F(StoredPreferences, AFileThatCannotBeReadIsAnEmptyOne) {
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
+    QFile broken(file);
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write(QByteArray("\0\xff[[[=\n@ByteArray(", 20));
+    broken.close();
+    EXPECT_FALSE(storedValue().isValid());
+}
+
+} // namespace
+} // namespace quillabrae::platform

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/HandOver.h"
+#include "platform/ProgramInstance.h"
+
+#include <QFile>
+#include <QLocalSocket>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <future>
+#include <thread>
+#include <vector>
+
+namespace quillabrae::platform {
+namespace {
+
+using namespace std::chrono_literals;
+using Role = ProgramInstance::Role;
+
+const QList<QUrl> noFiles;
+const QList<QUrl> oneFile{QUrl::fromLocalFile(QStringLiteral("/home/me/photo.jpg"))};
+
+class Meeting : public ::testing::Test {
+protected:
+    MeetingPlace place(const QString& key = QStringLiteral("key")) const {
+        return {folder.path(), key};
+    }
+    QString socketPath() const { return folder.filePath(QStringLiteral("key.socket")); }
+
+    /// Starts another one on a thread of its own while this thread serves the first.
+    Role startAnother(const QList<QUrl>& files, std::chrono::milliseconds patience = 5s) const {
+        auto role = std::async(std::launch::async, [this, files, patience] {
+            return ProgramInstance(place()).start(files, patience);
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return role.wait_for(0s) == std::future_status::ready; },
+                                    20'000));
+        return role.get();
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(Meeting, TheFirstStartRunsAndTheSecondHandsItsFilesOver) {
+    ProgramInstance first(place());
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    EXPECT_EQ(first.start(oneFile), Role::first);
+    EXPECT_EQ(startAnother(oneFile), Role::second);
+    ASSERT_EQ(opened.count(), 1);
+    EXPECT_EQ(opened[0][0].value<QList<QUrl>>(), oneFile);
+}
+
+TEST_F(Meeting, AStartWithoutFilesReopens) {
+    ProgramInstance first(place());
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    QSignalSpy reopened(&first, &ProgramInstance::reopened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(startAnother(noFiles), Role::second);
+    EXPECT_EQ(reopened.count(), 1);
+    EXPECT_EQ(opened.count(), 0);
+}
+
+TEST_F(Meeting, ThousandsOfFilesArriveInOneMessage) {
+    QList<QUrl> files;
+    for (int i = 0; i < 20'000; ++i)
+        files.append(QUrl::fromLocalFile(QStringLiteral("/home/me/pictures/photo %1.jpg").arg(i)));
+    ProgramInstance first(place());
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(startAnother(files), Role::second);
+    ASSERT_EQ(opened.count(), 1);
+    EXPECT_EQ(opened[0][0].value<QList<QUrl>>(), files);
+}
+
+TEST_F(Meeting, ProgramsOfDifferentKeysDoNotMeet) {
+    ProgramInstance first(place());
+    ProgramInstance other(place(QStringLiteral("other")));
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(other.start(noFiles), Role::first);
+}
+
+TEST_F(Meeting, AfterTheFirstEndsTheNextRuns) {
+    {
+        ProgramInstance first(place());
+        EXPECT_EQ(first.start(noFiles), Role::first);
+    }
+    EXPECT_EQ(ProgramInstance(place()).start(noFiles), Role::first);
+}
+
+TEST_F(Meeting, ASocketThatNobodyServesIsReplaced) {
+    QFile stale(socketPath());
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.close();
+    ProgramInstance first(place());
+    QSignalSpy reopened(&first, &ProgramInstance::reopened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(startAnother(noFiles), Role::second);
+    EXPECT_EQ(reopened.count(), 1);
+}
+
+TEST_F(Meeting, AKilledProgramLeavesNothingInTheWay) {
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ProgramInstance first(place());
+        const char role = first.start(noFiles) == Role::first ? '1' : '2';
+        if (::write(ready[1], &role, 1) == 1) ::pause();
+        ::_exit(1);
+    }
+    char role = 0;
+    ASSERT_EQ(::read(ready[0], &role, 1), 1);
+    EXPECT_EQ(role, '1');
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    EXPECT_TRUE(QFile::exists(socketPath()));
+    EXPECT_EQ(ProgramInstance(place()).start(noFiles), Role::first);
+    ::close(ready[0]);
+    ::close(ready[1]);
+}
+
+TEST_F(Meeting, AProgramThatDiesBeforeItAnswersIsReplacedByTheNext) {
+    auto first = std::make_unique<ProgramInstance>(place());
+    EXPECT_EQ(first->start(noFiles), Role::first);
+    auto role = std::async(std::launch::async, [this] {
+        ProgramInstance next(place());
+        return next.start(oneFile, 10s);
+    });
+    // Time for its message to stand unread in the socket.
+    std::this_thread::sleep_for(200ms);
+    first.reset();
+    EXPECT_EQ(role.get(), Role::first);
+}
+
+TEST_F(Meeting, AProgramThatHangsLeavesTheNextUnanswered) {
+    ProgramInstance first(place());
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    // Nobody serves the first one's socket while this thread is in `start`.
+    EXPECT_EQ(ProgramInstance(place()).start(oneFile, 300ms), Role::unanswered);
+}
+
+TEST_F(Meeting, PeersThatTalkNonsenseDoNotDisturb) {
+    ProgramInstance first(place());
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    QSignalSpy reopened(&first, &ProgramInstance::reopened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+
+    const QByteArray whole = HandOver::message(oneFile);
+    QByteArray huge = HandOver::message({});
+    huge.replace(huge.size() - 4, 4, QByteArray("\x7f\xff\xff\xff", 4));
+    for (const QByteArray& nonsense :
+         {QByteArray("GET / HTTP/1.1\r\n\r\n"), QByteArray(1'000'000, '\0'), huge, whole.first(5),
+          whole.first(whole.size() - 1), QByteArray()}) {
+        QLocalSocket peer;
+        peer.connectToServer(socketPath());
+        ASSERT_TRUE(peer.waitForConnected(1000));
+        peer.write(nonsense);
+        peer.flush();
+        QTest::qWait(20);
+        peer.abort();
+    }
+    QTest::qWait(50);
+    EXPECT_EQ(opened.count() + reopened.count(), 0);
+    EXPECT_EQ(startAnother(oneFile), Role::second);
+    EXPECT_EQ(opened.count(), 1);
+}
+
+TEST_F(Meeting, ASilentPeerDoesNotHoldUpTheNext) {
+    ProgramInstance first(place());
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    QLocalSocket silent;
+    silent.connectToServer(socketPath());
+    ASSERT_TRUE(silent.waitForConnected(1000));
+    EXPECT_EQ(startAnother(oneFile), Role::second);
+    EXPECT_EQ(opened.count(), 1);
+}
+
+TEST_F(Meeting, WhoHearsOfFilesMayRunALoopOfItsOwn) {
+    ProgramInstance first(place());
+    int heard = 0;
+    QObject::connect(&first, &ProgramInstance::filesOpened, &first, [&] {
+        ++heard;
+        QTest::qWait(100);
+    });
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(startAnother(oneFile), Role::second);
+    EXPECT_EQ(startAnother(oneFile), Role::second);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 2; }));
+}
+
+TEST_F(Meeting, OfManyStartsAtOnceOneRuns) {
+    constexpr int startCount = 8;
+    std::atomic<int> runningCount = 0;
+    std::atomic<int> doneCount = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < startCount; ++i) {
+        threads.emplace_back([&] {
+            ProgramInstance instance(place());
+            if (instance.start(oneFile, 1s) == Role::first) ++runningCount;
+            ++doneCount;
+            while (doneCount < startCount) std::this_thread::sleep_for(5ms);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(runningCount, 1);
+}
+
+TEST_F(Meeting, WithoutAFolderEveryStartRuns) {
+    EXPECT_EQ(ProgramInstance({QString(), QStringLiteral("key")}).start(noFiles), Role::first);
+    EXPECT_EQ(ProgramInstance({folder.filePath(QStringLiteral("missing")), QStringLiteral("key")})
+                  .start(noFiles),
+              Role::first);
+}
+
+TEST(MeetingPlace, AnotherHomeIsAnotherPlace) {
+    const MeetingPlace mine = MeetingPlace::standard(QStringLiteral("/home/me/data"));
+    EXPECT_EQ(mine.key, MeetingPlace::standard(QStringLiteral("/home/me/data")).key);
+    EXPECT_NE(mine.key, MeetingPlace::standard(QStringLiteral("/home/you/data")).key);
+    EXPECT_FALSE(mine.folder.isEmpty());
+}
+
+TEST(ProgramArguments, PathsAndFileUrlsNameFiles) {
+    const QString folder = QStringLiteral("/home/me");
+    const auto only = [&](const QString& argument) {
+        return filesFromArguments({argument}, folder);
+    };
+    const auto file = [](const QString& path) { return QList<QUrl>{QUrl::fromLocalFile(path)}; };
+    EXPECT_EQ(only(QStringLiteral("a 100%.png")), file(QStringLiteral("/home/me/a 100%.png")));
+    EXPECT_EQ(only(QStringLiteral("../b#1.png")), file(QStringLiteral("/home/b#1.png")));
+    EXPECT_EQ(only(QStringLiteral("c.quillabrae/")), file(QStringLiteral("/home/me/c.quillabrae")));
+    EXPECT_EQ(only(QStringLiteral("/d.png")), file(QStringLiteral("/d.png")));
+    EXPECT_EQ(only(QStringLiteral("file:///e%20f.png")), file(QStringLiteral("/e f.png")));
+    EXPECT_EQ(only(QStringLiteral("12:30.png")), file(QStringLiteral("/home/me/12:30.png")));
+    EXPECT_TRUE(only(QString()).isEmpty());
+}
+
+} // namespace
+} // namespace quillabrae::platform
