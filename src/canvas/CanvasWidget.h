@@ -5,20 +5,53 @@
 
 #include <memory>
 
+class QGestureEvent;
+
 namespace quillabrae::store {
 class ProjectStore;
 }
 
 namespace quillabrae::canvas {
 
+class CanvasView;
+
 /// The scrolling canvas of the editor window, standing on the store's active project. Turns Qt
-/// events into the canvas's input model and paints; it decides nothing.
+/// events into the canvas's input model and paints; it decides nothing. The store outlives it.
 class CanvasWidget : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
     explicit CanvasWidget(store::ProjectStore& store, QWidget* parent = nullptr);
     ~CanvasWidget() override;
+
+    CanvasView& view();
+    /// The canvas's top left corner in the viewport's coordinates, on a whole device pixel.
+    QPointF canvasOriginInViewport() const;
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    struct Parts;
+
+    void connectStore();
+    void settingsChanged();
+    void updateCursor();
+    bool gestureEvent(QGestureEvent& event);
+
+    store::ProjectStore& m_store;
+    std::unique_ptr<Parts> m_parts;
 };
 
 } // namespace quillabrae::canvas

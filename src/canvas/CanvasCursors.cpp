@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasCursors.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace quillabrae::canvas {
+namespace {
+
+/// A magnifying glass with a plus or a minus, black with a white casing.
+QCursor magnifier(bool zoomsOut) {
+    constexpr int side = 24;
+    constexpr int center = 10;
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const auto& [color, width] : {std::pair(Qt::white, 4.0), std::pair(Qt::black, 1.8)}) {
+        painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap));
+        painter.drawEllipse(QPointF(center, center), 6.5, 6.5);
+        painter.drawLine(QPointF(15.5, 15.5), QPointF(20.5, 20.5));
+        painter.drawLine(QPointF(center - 3.0, center), QPointF(center + 3.0, center));
+        if (!zoomsOut) {
+            painter.drawLine(QPointF(center, center - 3.0), QPointF(center, center + 3.0));
+        }
+    }
+    painter.end();
+    return QCursor(pixmap, center, center);
+}
+
+} // namespace
+
+QCursor toolCursor(model::PaintTool tool, PointerIntent intent) {
+    using model::PaintTool;
+    if (intent == PointerIntent::panning) return Qt::ClosedHandCursor;
+    if (intent == PointerIntent::readyToPan) return Qt::OpenHandCursor;
+    switch (tool) {
+        case PaintTool::pan:
+            return Qt::OpenHandCursor;
+        case PaintTool::zoom:
+            return magnifier(intent == PointerIntent::useToolBackwards);
+        case PaintTool::text:
+            return Qt::IBeamCursor;
+        case PaintTool::moveSelection:
+        case PaintTool::moveSelectedPixels:
+            return Qt::SizeAllCursor;
+        default:
+            return Qt::CrossCursor;
+    }
+}
+
+} // namespace quillabrae::canvas

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "canvas/CanvasContext.h"
+#include "canvas/CanvasInput.h"
+#include "canvas/LiveDrawing.h"
+#include "canvas/PanGesture.h"
+#include "canvas/StrokeGesture.h"
+#include "canvas/ZoomController.h"
+#include "model/CanvasPoint.h"
+#include "model/PaintTool.h"
+
+#include <QSizeF>
+#include <QUuid>
+
+#include <optional>
+
+namespace quillabrae::canvas {
+
+/// The logic of the canvas: turns pointer, pinch and key input into edits of the active project,
+/// zoom and scrolling. It paints nothing and knows no window. Main thread only.
+class CanvasView {
+public:
+    CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerState& pointer);
+
+    // Surroundings
+
+    /// The scroller that the canvas stands in, which must outlive its use here; null to leave it.
+    void setScroller(Scroller* scroller);
+    void setDisplay(CanvasDisplay* display) { m_context.display = display; }
+    /// To be called on appearing and whenever the viewport's size changes, in screen points.
+    void setViewportSize(QSizeF size);
+    /// To be called after any change of the active project that the canvas did not make itself.
+    void projectChanged();
+    /// To be called when another project has become active.
+    void activeProjectChanged();
+    void zoomScaleChanged() { m_zoom.zoomScaleChanged(); }
+    void zoomToFitRequested(const QUuid& requestID) { m_zoom.zoomToFitRequested(requestID); }
+    /// Whether the canvas is changing the project at this moment.
+    bool isEditingProject() const { return m_context.isEditing(); }
+
+    // Input
+
+    /// The surface under a point in document coordinates.
+    Surface surfaceAt(QPointF documentPoint) const;
+    /// A point in document coordinates in the surface's own.
+    QPointF localPoint(Surface surface, QPointF documentPoint) const;
+    void dragChanged(Surface surface, const DragValue& value);
+    void dragEnded(Surface surface, const DragValue& value);
+    /// A drag that scrolls whatever the tool: space bar or middle button.
+    void panChanged(QPointF translation) { m_pan.panCanvas(translation); }
+    void panEnded() { m_pan.finish(); }
+    /// Scrolls by a distance in screen points, as far as the document goes.
+    void scrollBy(QPointF distance);
+    /// The pointer, no button down, in document coordinates.
+    void hover(QPointF documentPoint);
+    void hoverEnded();
+    /// Whether the event was taken.
+    bool handleMagnifyEvent(const MagnifyEvent& event);
+    bool handleRightMouseEvent(const RightMouseEvent& event);
+    /// A turn of the zooming wheel, in notches.
+    bool applyWheelZoom(double notches) { return m_zoom.applyWheelZoom(notches); }
+    /// Gives up the drawing gesture that runs, with what it drew.
+    void cancelDrawing();
+
+    // State
+
+    double currentZoom() const { return m_zoom.currentZoom(); }
+    CanvasGeometry geometry() const { return m_context.geometry(); }
+    std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
+    const LiveDrawing& drawing() const { return m_drawing; }
+    ZoomController& zoom() { return m_zoom; }
+    const ZoomController& zoom() const { return m_zoom; }
+
+private:
+    /// What a tool does with the drag of one surface. A tool without a row does nothing there.
+    struct Route {
+        Surface surface;
+        bool (*serves)(model::PaintTool tool);
+        void (CanvasView::*changed)(const DragValue& value);
+        void (CanvasView::*ended)(const DragValue& value);
+    };
+    static const Route* route(Surface surface, model::PaintTool tool);
+
+    model::PaintTool selectedTool() const;
+    void updateLayout();
+
+    void updateToolCursor(QPointF location);
+    void updateToolCursorFromWorkspace(QPointF location);
+    void setHoveredCanvasPoint(std::optional<model::CanvasPoint> point);
+    model::CanvasPoint toolPoint(QPointF location) const;
+
+    void drawChanged(const DragValue& value);
+    void drawEnded(const DragValue& value);
+    void eraserWorkspaceChanged(const DragValue& value);
+    void eraserWorkspaceEnded(const DragValue& value);
+    void panToolChanged(const DragValue& value);
+    void panToolEnded(const DragValue& value);
+    void zoomToolEnded(const DragValue& value);
+    void ignoreDrag(const DragValue&) {}
+
+    void rasterizeDrawing(model::CanvasPoint point);
+    void finishRasterDrawing();
+    void resetRasterDrawing();
+    std::optional<model::CanvasPoint> canvasPointFromRightMouseEvent(
+        const RightMouseEvent& event) const;
+
+    CanvasContext m_context;
+    ZoomController m_zoom;
+    PanGesture m_pan;
+    LiveDrawing m_drawing;
+    StrokeGesture m_stroke;
+    std::optional<model::CanvasPoint> m_hoveredCanvasPoint;
+    bool m_isRightMouseDrawing = false;
+};
+
+} // namespace quillabrae::canvas

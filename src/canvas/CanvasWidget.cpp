@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasWidget.h"
+
+#include "canvas/CanvasCursors.h"
+#include "canvas/CanvasDisplay.h"
+#include "canvas/CanvasPainting.h"
+#include "canvas/CanvasView.h"
+#include "canvas/CanvasWidgetInput.h"
+#include "canvas/CanvasWidgetScroller.h"
+#include "canvas/QtCanvasTimers.h"
+#include "canvas/StoreCanvasHost.h"
+#include "store/ProjectStore.h"
+
+#include <QGestureEvent>
+#include <QKeyEvent>
+#include <QNativeGestureEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPinchGesture>
+
+#include <cmath>
+
+namespace quillabrae::canvas {
+namespace {
+
+/// The workspace around the canvas: the window's colour, a shade darker.
+QColor workspaceColor(const QPalette& palette) {
+    constexpr int shade = 112;
+    return palette.color(QPalette::Window).darker(shade);
+}
+
+} // namespace
+
+/// Everything behind the widget, and the display that the canvas reports to.
+struct CanvasWidget::Parts final : CanvasDisplay {
+    Parts(CanvasWidget& widget, store::ProjectStore& store)
+        : widget(widget),
+          host(store),
+          scroller(widget),
+          view(host, timers, pointer),
+          input(view, scroller, pointer) {}
+
+    void repaintCanvasPixels(const QRect& rect) override {
+        const double zoom = view.currentZoom();
+        const QPointF origin = widget.canvasOriginInViewport();
+        const QRectF onScreen(origin + QPointF(rect.topLeft()) * zoom, QSizeF(rect.size()) * zoom);
+        widget.viewport()->update(onScreen.toAlignedRect().adjusted(-1, -1, 1, 1));
+    }
+    void repaintViewport() override { widget.viewport()->update(); }
+
+    CanvasWidget& widget;
+    StoreCanvasHost host;
+    CanvasWidgetPointer pointer;
+    CanvasWidgetScroller scroller;
+    QtCanvasTimers timers;
+    CanvasView view;
+    CanvasWidgetInput input;
+    /// The settings that the viewport was last painted with.
+    bool showsPixelGrid = false;
+};
+
+CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
+    : QAbstractScrollArea(parent), m_store(store), m_parts(std::make_unique<Parts>(*this, store)) {
+    setAccessibleName(tr("Canvas"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->grabGesture(Qt::PinchGesture);
+    m_parts->showsPixelGrid = store.settings().showsPixelGrid;
+    m_parts->view.setDisplay(m_parts.get());
+    m_parts->view.setScroller(&m_parts->scroller);
+    connectStore();
+    updateCursor();
+}
+
+CanvasWidget::~CanvasWidget() = default;
+
+CanvasView& CanvasWidget::view() {
+    return m_parts->view;
+}
+
+void CanvasWidget::connectStore() {
+    connect(&m_store, &store::ProjectStore::projectChanged, this, [this](const QUuid& id) {
+        if (id != m_store.activeProjectID()) return;
+        m_parts->view.projectChanged();
+        // The canvas tells itself what its own edits changed on screen.
+        if (!m_parts->view.isEditingProject()) viewport()->update();
+    });
+    connect(&m_store, &store::ProjectStore::activeProjectChanged, this, [this] {
+        m_parts->view.activeProjectChanged();
+        updateCursor();
+    });
+    connect(&m_store, &store::ProjectStore::settingsChanged, this, &CanvasWidget::settingsChanged);
+    connect(&m_store, &store::ProjectStore::zoomToFitRequested, this,
+            [this] { m_parts->view.zoomToFitRequested(m_store.zoomToFitRequestID()); });
+}
+
+void CanvasWidget::settingsChanged() {
+    m_parts->view.zoomScaleChanged();
+    updateCursor();
+    const bool showsPixelGrid = m_store.settings().showsPixelGrid;
+    if (showsPixelGrid == m_parts->showsPixelGrid) return;
+    m_parts->showsPixelGrid = showsPixelGrid;
+    viewport()->update();
+}
+
+QPointF CanvasWidget::canvasOriginInViewport() const {
+    const CanvasView& view = m_parts->view;
+    const QPointF origin = view.geometry().canvasDocumentOrigin(view.currentZoom()) -
+                           m_parts->scroller.clipBounds().topLeft();
+    const double ratio = viewport()->devicePixelRatioF();
+    return {std::round(origin.x() * ratio) / ratio, std::round(origin.y() * ratio) / ratio};
+}
+
+void CanvasWidget::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), workspaceColor(palette()));
+    const model::PaintProject* project = m_store.activeProject();
+    if (project == nullptr) return;
+    const CanvasScene scene{*project,
+                            m_parts->view.drawing(),
+                            m_parts->view.currentZoom(),
+                            canvasOriginInViewport(),
+                            m_store.settings().showsPixelGrid,
+                            palette().color(QPalette::PlaceholderText)};
+    paintCanvas(painter, scene, event->rect());
+}
+
+void CanvasWidget::resizeEvent(QResizeEvent*) {
+    m_parts->scroller.updateRanges();
+    m_parts->view.setViewportSize(viewport()->size());
+}
+
+void CanvasWidget::scrollContentsBy(int, int) {
+    m_parts->scroller.barsMoved();
+    viewport()->update();
+}
+
+bool CanvasWidget::viewportEvent(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::NativeGesture:
+            return m_parts->input.nativeGesture(*static_cast<QNativeGestureEvent*>(event));
+        case QEvent::Gesture:
+            return gestureEvent(*static_cast<QGestureEvent*>(event));
+        case QEvent::Leave:
+            m_parts->input.leave();
+            break;
+        default:
+            break;
+    }
+    return QAbstractScrollArea::viewportEvent(event);
+}
+
+bool CanvasWidget::gestureEvent(QGestureEvent& event) {
+    const auto* pinch = static_cast<QPinchGesture*>(event.gesture(Qt::PinchGesture));
+    if (pinch == nullptr) return false;
+    const QPointF center = viewport()->mapFromGlobal(pinch->centerPoint());
+    return m_parts->input.pinch(*pinch, center);
+}
+
+void CanvasWidget::mousePressEvent(QMouseEvent* event) {
+    event->setAccepted(m_parts->input.mousePress(*event));
+    updateCursor();
+}
+
+void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
+    event->setAccepted(m_parts->input.mouseMove(*event));
+}
+
+void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
+    event->setAccepted(m_parts->input.mouseRelease(*event));
+    updateCursor();
+}
+
+void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    // The second press of two quick ones is a press like any other.
+    mousePressEvent(event);
+}
+
+void CanvasWidget::wheelEvent(QWheelEvent* event) {
+    event->setAccepted(m_parts->input.wheel(*event));
+}
+
+void CanvasWidget::keyPressEvent(QKeyEvent* event) {
+    updateCursor();
+    if (event->key() != Qt::Key_Space) return event->ignore();
+    m_parts->input.setSpaceDown(true);
+    updateCursor();
+}
+
+void CanvasWidget::keyReleaseEvent(QKeyEvent* event) {
+    updateCursor();
+    if (event->key() != Qt::Key_Space) return event->ignore();
+    if (!event->isAutoRepeat()) m_parts->input.setSpaceDown(false);
+    updateCursor();
+}
+
+void CanvasWidget::focusOutEvent(QFocusEvent* event) {
+    m_parts->input.setSpaceDown(false);
+    updateCursor();
+    QAbstractScrollArea::focusOutEvent(event);
+}
+
+void CanvasWidget::updateCursor() {
+    if (!m_store.hasActiveProject()) return viewport()->unsetCursor();
+    const model::PaintTool tool = m_store.settings().selectedTool;
+    const CanvasWidgetInput& input = m_parts->input;
+    PointerIntent intent = PointerIntent::useTool;
+    if (input.isPanning() || (tool == model::PaintTool::pan && input.isDragging())) {
+        intent = PointerIntent::panning;
+    } else if (input.isReadyToPan()) {
+        intent = PointerIntent::readyToPan;
+    } else if (m_parts->pointer.modifiers().option) {
+        intent = PointerIntent::useToolBackwards;
+    }
+    viewport()->setCursor(toolCursor(tool, intent));
+}
+
+} // namespace quillabrae::canvas

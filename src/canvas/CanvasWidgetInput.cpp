@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasWidgetInput.h"
+
+#include "canvas/CanvasView.h"
+#include "canvas/Scroller.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QPinchGesture>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <utility>
+
+namespace quillabrae::canvas {
+namespace {
+
+/// The angle of one notch of a wheel, in eighths of a degree.
+constexpr double notchAngle = 120.0;
+/// Screen points of one line of scrolling.
+constexpr double lineHeight = 20.0;
+/// What the zoom is multiplied by for one unit of magnification.
+constexpr double magnificationBase = 1.85;
+
+bool startsPan(const QMouseEvent& event, bool isSpaceDown) {
+    return event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && isSpaceDown);
+}
+
+/// How far a wheel event scrolls, in screen points, before Shift turns it sideways.
+QPointF scrollDistance(const QWheelEvent& event) {
+    if (!event.pixelDelta().isNull()) return event.pixelDelta();
+    const double lines = QApplication::wheelScrollLines();
+    return QPointF(event.angleDelta()) / notchAngle * lines * lineHeight;
+}
+
+} // namespace
+
+Modifiers CanvasWidgetPointer::modifiers() const {
+    const Qt::KeyboardModifiers down = QGuiApplication::keyboardModifiers();
+    return {down.testFlag(Qt::ShiftModifier), down.testFlag(Qt::MetaModifier),
+            down.testFlag(Qt::AltModifier), down.testFlag(Qt::ControlModifier)};
+}
+
+CanvasWidgetInput::CanvasWidgetInput(CanvasView& view, Scroller& scroller,
+                                     CanvasWidgetPointer& pointer)
+    : m_view(view), m_scroller(scroller), m_pointer(pointer) {
+    m_clock.start();
+}
+
+QPointF CanvasWidgetInput::documentPoint(QPointF inViewport) const {
+    return m_scroller.clipBounds().topLeft() + inViewport;
+}
+
+DragValue CanvasWidgetInput::dragValue(QPointF inViewport) const {
+    return {m_drag->startLocation, m_view.localPoint(m_drag->surface, documentPoint(inViewport)),
+            inViewport - m_drag->startInViewport};
+}
+
+bool CanvasWidgetInput::mousePress(const QMouseEvent& event) {
+    const QPointF at = event.position();
+    m_pointer.setLocation(at);
+    if (isPanning()) return true;
+    if (!isDragging() && startsPan(event, m_isSpaceDown)) {
+        m_panStart = at;
+        return true;
+    }
+    if (event.button() == Qt::RightButton) return rightMouse(event, RightMousePhase::down);
+    if (event.button() != Qt::LeftButton) return false;
+    const Surface surface = m_view.surfaceAt(documentPoint(at));
+    m_drag = Drag{surface, m_view.localPoint(surface, documentPoint(at)), at};
+    m_view.dragChanged(surface, dragValue(at));
+    return true;
+}
+
+bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
+    const QPointF at = event.position();
+    m_pointer.setLocation(at);
+    if (isPanning()) {
+        m_view.panChanged(at - *m_panStart);
+        return true;
+    }
+    if (event.buttons().testFlag(Qt::RightButton) && rightMouse(event, RightMousePhase::dragged)) {
+        return true;
+    }
+    if (isDragging()) {
+        m_view.dragChanged(m_drag->surface, dragValue(at));
+    } else if (event.buttons() == Qt::NoButton) {
+        m_view.hover(documentPoint(at));
+    }
+    return true;
+}
+
+bool CanvasWidgetInput::mouseRelease(const QMouseEvent& event) {
+    const QPointF at = event.position();
+    m_pointer.setLocation(at);
+    if (isPanning() && event.button() != Qt::RightButton) {
+        m_panStart.reset();
+        m_view.panEnded();
+        return true;
+    }
+    if (event.button() == Qt::RightButton) return rightMouse(event, RightMousePhase::up);
+    if (event.button() != Qt::LeftButton || !isDragging()) return false;
+    const DragValue value = dragValue(at);
+    const Surface surface = std::exchange(m_drag, std::nullopt)->surface;
+    m_view.dragEnded(surface, value);
+    return true;
+}
+
+bool CanvasWidgetInput::rightMouse(const QMouseEvent& event, RightMousePhase phase) {
+    return m_view.handleRightMouseEvent({phase, documentPoint(event.position())});
+}
+
+void CanvasWidgetInput::leave() {
+    m_pointer.setLocation(std::nullopt);
+    m_view.hoverEnded();
+}
+
+bool CanvasWidgetInput::wheel(const QWheelEvent& event) {
+    m_pointer.setLocation(event.position());
+    if (!event.modifiers().testFlag(Qt::ControlModifier)) return scroll(event);
+    const QPoint angle = event.angleDelta();
+    m_view.applyWheelZoom((angle.y() != 0 ? angle.y() : angle.x()) / notchAngle);
+    return true;
+}
+
+bool CanvasWidgetInput::scroll(const QWheelEvent& event) {
+    QPointF distance = scrollDistance(event);
+    if (event.modifiers().testFlag(Qt::ShiftModifier) && distance.x() == 0.0) {
+        distance = distance.transposed();
+    }
+    m_view.scrollBy(-distance);
+    if (!isDragging() && event.buttons() == Qt::NoButton) {
+        m_view.hover(documentPoint(event.position()));
+    }
+    return true;
+}
+
+bool CanvasWidgetInput::nativeGesture(const QNativeGestureEvent& event) {
+    if (event.gestureType() != Qt::ZoomNativeGesture) return false;
+    m_pointer.setLocation(event.position());
+    constexpr double millisecondsPerSecond = 1000.0;
+    return m_view.handleMagnifyEvent(
+        {event.value(), static_cast<double>(event.timestamp()) / millisecondsPerSecond,
+         documentPoint(event.position())});
+}
+
+bool CanvasWidgetInput::pinch(const QPinchGesture& gesture, QPointF location) {
+    if (gesture.state() == Qt::GestureStarted) {
+        // The first finger came as a press: what it drew was no stroke.
+        m_drag.reset();
+        m_view.cancelDrawing();
+    }
+    m_pointer.setLocation(location);
+    const double factor = gesture.scaleFactor();
+    if (!(factor > 0.0)) return true;
+    constexpr double nanosecondsPerSecond = 1e9;
+    m_view.handleMagnifyEvent({std::log(factor) / std::log(magnificationBase),
+                               static_cast<double>(m_clock.nsecsElapsed()) / nanosecondsPerSecond,
+                               documentPoint(location)});
+    return true;
+}
+
+} // namespace quillabrae::canvas

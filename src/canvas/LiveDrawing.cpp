@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/LiveDrawing.h"
+
+#include "canvas/CanvasContext.h"
+#include "canvas/CanvasHost.h"
+#include "raster/LayerRasterService.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillabrae::canvas {
+namespace {
+
+model::PaintStroke liveStroke(const model::PaintAppSettings& settings,
+                              const std::optional<model::ColorValue>& activeDrawingColor,
+                              std::vector<model::CanvasPoint> points) {
+    const model::PaintTool tool = settings.selectedTool;
+    model::PaintStroke stroke;
+    stroke.id = QUuid::createUuid();
+    stroke.tool = tool;
+    stroke.color = tool == model::PaintTool::eraser
+                       ? model::ColorValue{1.0, 1.0, 1.0, 1.0}
+                       : activeDrawingColor.value_or(settings.primaryColor);
+    stroke.lineWidth = settings.brushSize;
+    if (model::usesHardnessControl(tool)) stroke.hardness = settings.pencilHardness;
+    stroke.points = std::move(points);
+    return stroke;
+}
+
+} // namespace
+
+void LiveDrawing::begin(const model::PaintLayer& layer) {
+    const model::PaintProject* project = m_context.host.project();
+    m_activeDrawingLayerID = layer.id;
+    m_originalBitmapPNGData = layer.bitmapPNGData;
+    // Shares the decoded pixels; they are copied when the first segment is drawn.
+    m_liveDrawingImage =
+        raster::LayerRasterService::renderLayer(layer, project->canvasWidth, project->canvasHeight);
+}
+
+void LiveDrawing::drawLiveStroke(std::vector<model::CanvasPoint> points) {
+    const model::PaintProject* project = m_context.host.project();
+    if (project == nullptr || m_liveDrawingImage.isNull()) return;
+    const auto stroke =
+        liveStroke(m_context.host.settings(), m_activeDrawingColor, std::move(points));
+    const QRect drawn = raster::LayerRasterService::drawStroke(
+        stroke, m_liveDrawingImage, project->canvasWidth, project->canvasHeight);
+    m_drawnRect |= drawn;
+    ++m_liveDrawingRevision;
+    m_didRasterizeDrawing = true;
+    dropSelection();
+    m_context.repaintCanvasPixels(drawn);
+}
+
+void LiveDrawing::dropSelection() {
+    const model::PaintProject* project = m_context.host.project();
+    // A write refreshes every observer of the project: only where there is something to drop.
+    if (!project->isCanvasSelected && !project->pixelSelection) return;
+    m_context.editProject([](model::PaintProject& edited) {
+        edited.isCanvasSelected = false;
+        edited.pixelSelection.reset();
+    });
+}
+
+void LiveDrawing::finishRasterDrawing() {
+    const model::PaintProject* project = m_context.host.project();
+    if (!m_didRasterizeDrawing || m_liveDrawingImage.isNull() || project == nullptr ||
+        !m_activeDrawingLayerID) {
+        return resetRasterDrawing();
+    }
+    const auto layer =
+        std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
+    if (layer == project->layers.end()) return resetRasterDrawing();
+
+    const auto png = raster::LayerRasterService::pngData(m_liveDrawingImage);
+    const auto index = static_cast<std::size_t>(layer - project->layers.begin());
+    m_context.editProject([&](model::PaintProject& edited) {
+        edited.layers[index].bitmapPNGData = png;
+        edited.lastModified = m_context.host.now();
+    });
+    // What shows is what was stored: nothing is painted again.
+    m_drawnRect = {};
+    const model::PaintTool tool = m_context.host.settings().selectedTool;
+    m_context.host.recordHistory(model::title(tool), model::symbolName(tool));
+    resetRasterDrawing();
+}
+
+void LiveDrawing::resetRasterDrawing() {
+    m_activeDrawingLayerID.reset();
+    m_liveDrawingImage = {};
+    m_activeDrawingColor.reset();
+    m_originalBitmapPNGData.reset();
+    m_didRasterizeDrawing = false;
+    ++m_liveDrawingRevision;
+    m_context.repaintCanvasPixels(std::exchange(m_drawnRect, {}));
+}
+
+} // namespace quillabrae::canvas

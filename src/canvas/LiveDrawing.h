@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/CanvasPoint.h"
+#include "model/ColorValue.h"
+#include "model/PaintLayer.h"
+#include "model/PaintStroke.h"
+#include "raster/RasterImage.h"
+
+#include <QRect>
+#include <QUuid>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace quillabrae::canvas {
+
+class CanvasContext;
+
+/// The layer under edit while a drawing gesture runs: rendered once at the first sample, drawn on
+/// in place, shown instead of the layer, and encoded once at the end.
+class LiveDrawing {
+public:
+    explicit LiveDrawing(CanvasContext& context) : m_context(context) {}
+
+    /// The layer under edit; set means that a gesture is running.
+    const std::optional<QUuid>& activeDrawingLayerID() const { return m_activeDrawingLayerID; }
+    bool isRunning() const { return m_activeDrawingLayerID.has_value(); }
+    /// What the layer looks like now; null when nothing runs.
+    const raster::RasterImage& liveDrawingImage() const { return m_liveDrawingImage; }
+    /// Counts the changes of the live image.
+    std::uint64_t liveDrawingRevision() const { return m_liveDrawingRevision; }
+    bool didRasterizeDrawing() const { return m_didRasterizeDrawing; }
+
+    /// The colour of this gesture; none means the primary colour.
+    const std::optional<model::ColorValue>& activeDrawingColor() const {
+        return m_activeDrawingColor;
+    }
+    void setActiveDrawingColor(const model::ColorValue& color) { m_activeDrawingColor = color; }
+
+    /// Starts the gesture on `layer` of the active project.
+    void begin(const model::PaintLayer& layer);
+    /// Draws one stroke of the current tool through `points` on the live image. The first one of a
+    /// gesture drops the selection.
+    void drawLiveStroke(std::vector<model::CanvasPoint> points);
+    /// Writes the live image into its layer with one history entry, if anything was drawn.
+    void finishRasterDrawing();
+    /// Ends the gesture and forgets what it drew since it was last finished.
+    void resetRasterDrawing();
+
+private:
+    void dropSelection();
+
+    CanvasContext& m_context;
+    std::optional<QUuid> m_activeDrawingLayerID;
+    raster::RasterImage m_liveDrawingImage;
+    std::uint64_t m_liveDrawingRevision = 0;
+    bool m_didRasterizeDrawing = false;
+    std::optional<model::ColorValue> m_activeDrawingColor;
+    /// The layer's stored pixels at the first sample, and the pixels drawn on since.
+    std::optional<model::PngBytes> m_originalBitmapPNGData;
+    QRect m_drawnRect;
+};
+
+} // namespace quillabrae::canvas
