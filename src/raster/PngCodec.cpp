@@ -1,47 +1,51 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PngCodec.h"
 
-#include <QBuffer>
-#include <QImageReader>
+#include "raster/PngBands.h"
+#include "raster/PngChunks.h"
+#include "raster/PngDecoder.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace quillabrae::raster {
+namespace {
+
+/// Deflate cannot make more of a byte than this, so image data that would have to is torn or a lie.
+constexpr std::size_t greatestInflation = 1032;
+
+bool isPlausible(const PngLayout& layout) {
+    const std::size_t rawSize = layout.header.rowByteCount() * layout.header.height;
+    return rawSize / greatestInflation <= layout.imageDataSize();
+}
+
+bool hasValidImageDataCrcs(const PngLayout& layout) {
+    return std::ranges::all_of(layout.imageData, &PngChunk::hasValidCrc);
+}
+
+} // namespace
 
 bool isDecodableSize(qint64 width, qint64 height) {
     return width >= 1 && height >= 1 && width <= maximumImageSide && height <= maximumImageSide &&
            width * height <= maximumImagePixels;
 }
 
-model::PngBytes encodePng(const RasterImage& image) {
-    if (image.isNull()) return {};
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.toQImage().convertToFormat(QImage::Format_RGBA8888).save(&buffer, "PNG", 90);
-    return model::PngBytes(bytes);
-}
-
-model::PngBytes encodePng(const RasterImage& image, const model::PngBytes&, RowRange) {
-    return encodePng(image);
-}
-
 RasterImage decodePng(const model::PngBytes& bytes) {
-    const QByteArray data = bytes.toByteArray();
-    QImage decoded = QImage::fromData(data, "PNG");
-    if (decoded.isNull()) return {};
-    decoded = decoded.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
-    RasterImage image = RasterImage::uninitialized(decoded.width(), decoded.height());
-    for (int y = 0; y < image.height(); ++y)
-        std::memcpy(image.mutableRow(y), decoded.constScanLine(y), image.stride());
-    return image;
+    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
+    if (!header || !isDecodableSize(header->width, header->height)) return {};
+    const std::optional<PngLayout> layout = readPngLayout(bytes.bytes());
+    if (!layout || !isPlausible(*layout)) return {};
+    if (const std::optional<PngBands> bands = readBandIndex(*layout)) {
+        RasterImage image = decodePngBands(*layout, *bands);
+        if (!image.isNull()) return image;
+    }
+    if (!hasValidImageDataCrcs(*layout)) return {};
+    return header->isInterlaced ? decodeInterlacedPng(*layout) : decodePngRows(*layout);
 }
 
 std::optional<QSize> pngPixelSize(const model::PngBytes& bytes) {
-    QByteArray data = bytes.toByteArray();
-    QBuffer buffer(&data);
-    const QSize size = QImageReader(&buffer, "PNG").size();
-    return size.isValid() ? std::optional(size) : std::nullopt;
+    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
+    if (!header || header->width > 0x7fffffffU || header->height > 0x7fffffffU) return std::nullopt;
+    return QSize(static_cast<int>(header->width), static_cast<int>(header->height));
 }
 
 } // namespace quillabrae::raster

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "raster/RasterImage.h"
+
+namespace quillabrae::bench {
+
+/// Smooth shading, texture and sensor noise; opaque.
+raster::RasterImage syntheticPhoto(int side);
+/// Flat panels, rules and small blocks like text; opaque.
+raster::RasterImage syntheticScreenshot(int side);
+/// A few translucent soft strokes on nothing.
+raster::RasterImage syntheticDrawing(int side);
+
+} // namespace quillabrae::bench

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "raster/PngBands.h"
+#include "raster/PngChunks.h"
+#include "raster/RasterImage.h"
+
+/// The ways from a walked PNG to pixels. Each gives a null image when it cannot. Sizes have been
+/// checked before.
+namespace quillabrae::raster {
+
+/// Decodes the bands on several threads. Null as soon as a band is not what the index says; such a
+/// file may still be a good PNG.
+RasterImage decodePngBands(const PngLayout& layout, const PngBands& bands);
+
+/// Decodes row by row any PNG that is not interlaced; the CRCs of its image data have been checked.
+RasterImage decodePngRows(const PngLayout& layout);
+
+/// Decodes any PNG through libspng; the CRCs of its image data have been checked.
+RasterImage decodeInterlacedPng(const PngLayout& layout);
+
+} // namespace quillabrae::raster
