@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/PaintProject.h"
+#include "raster/RasterImage.h"
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+#include <QPointF>
+#include <QRect>
+#include <QSizeF>
+#include <QUuid>
+
+#include <memory>
+#include <optional>
+
+namespace quillabrae::canvas {
+
+/// What a frame of the canvas shows and where. Borrowed for the length of a call: the renderer
+/// keeps neither pointer, so a live image is never shared when the next sample is drawn on it.
+struct CanvasFrame {
+    const model::PaintProject* project = nullptr;
+    double zoomScale = 1.0;
+    /// Where the canvas's top left corner stands in the viewport, in points.
+    QPointF canvasOrigin;
+    /// In points.
+    QSizeF viewportSize;
+    double devicePixelRatio = 1.0;
+    bool showsPixelGrid = false;
+    /// The layer that `liveImage` stands for. Both, or neither.
+    std::optional<QUuid> liveLayerID;
+    const raster::RasterImage* liveImage = nullptr;
+    /// The secondary label colour of the surroundings, from which the canvas's border is made.
+    QColor secondaryLabelColor = QColor(0, 0, 0, 128);
+};
+
+/// Paints the canvas: transparency checker, visible layers with the live image in its layer's
+/// place, floating pixels, border and pixel grid. Samples the layers at device resolution, nearest
+/// neighbour, and touches nothing outside the canvas: the surroundings are the caller's.
+///
+/// While a live image is shown, what lies below and above its layer is kept as composites of the
+/// viewport, made tile by tile where the dirty rectangles fall. A frame without one drops them.
+class CanvasRenderer {
+public:
+    CanvasRenderer();
+    ~CanvasRenderer();
+    CanvasRenderer(CanvasRenderer&&) noexcept;
+    CanvasRenderer& operator=(CanvasRenderer&&) noexcept;
+
+    /// Paints the part of the canvas inside `dirty` (points of the viewport). The painter draws in
+    /// points of the viewport on a device of the frame's pixel ratio.
+    void paint(QPainter& painter, const CanvasFrame& frame, const QRect& dirty);
+
+    /// Paints the part inside `dirty` (device pixels of the viewport) into `target`, whose pixel
+    /// (0, 0) is the viewport's. RGB32 or ARGB32_Premultiplied.
+    void paint(QImage& target, const CanvasFrame& frame, const QRect& dirty);
+
+private:
+    struct Cache;
+    std::unique_ptr<Cache> m_cache;
+    QImage m_strip;
+};
+
+/// The points of the viewport that show any part of `canvasRect` (canvas pixels): what to repaint
+/// when those pixels change. Not clipped to the viewport.
+QRect viewportRect(const CanvasFrame& frame, const QRectF& canvasRect);
+
+/// Whether the grid is shown: asked for, and at most 240 canvas pixels visible along each axis.
+bool shouldDrawPixelGrid(const CanvasFrame& frame);
+
+/// The eraser's outline: a circle of `diameter` points (at least 1) about `centre`.
+void paintEraserCursor(QPainter& painter, QPointF centre, double diameter);
+
+} // namespace quillabrae::canvas
