@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "persistence/SaveFormat.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace quillabrae::store {
+
+/// What a question to the user says. The buttons stand in their order, the default one first.
+struct PromptText {
+    QString message;
+    QString informativeText;
+    QStringList buttons;
+};
+
+PromptText saveBeforeClosingPrompt(const QString& projectTitle);
+PromptText flattenedSavePrompt(int layerCount);
+PromptText overwritePrompt(const QString& fileName);
+
+QString openProjectPanelTitle();
+QString importImagePanelTitle();
+QString savePanelTitle();
+
+/// Where a project goes for what was chosen in the save panel: the format decides the extension,
+/// whatever was typed.
+persistence::SaveDestination saveDestination(const QUrl& chosen, persistence::SaveFormat format);
+
+} // namespace quillabrae::store
