@@ -1,0 +1,38 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A test case with a desk of its own, which on failure keeps what the screen showed."""
+
+import sys
+import unittest
+
+import photos
+from desk import Desk
+from editor import PROGRAM, SCREENSHOTS, Editor
+
+
+class DeskCase(unittest.TestCase):
+    longMessage = True
+
+    def setUp(self):
+        for needed in (PROGRAM, photos.JPEG, photos.PNG):
+            self.assertTrue(needed.exists(), f"{needed} is missing: run ./dev test")
+        self.desk = self.enterContext(Desk())
+        self.running = []
+
+    def start(self, *files):
+        editor = Editor(self.desk, *files)
+        self.running.append(editor)
+        return editor
+
+    def second_start(self, editor, *files):
+        """Starts the program again beside a running one; its exit status."""
+        self.assertIsNone(editor.process.poll(), "the first one has ended")
+        return Editor(self.desk, *files).process.wait(30)
+
+    def tearDown(self):
+        if self._outcome.success:
+            return
+        self.desk.screenshot(SCREENSHOTS / f"failed-{self.id().rpartition('.')[2]}.png")
+        for editor in self.running:
+            node = editor.node()
+            print(node.outline() if node else "it has no window", file=sys.stderr)
+        print(self.desk.log_of(PROGRAM.name), file=sys.stderr)
