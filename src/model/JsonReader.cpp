@@ -5,6 +5,8 @@
 #include "model/JsonError.h"
 #include "model/PngInterner.h"
 
+#include <QStringDecoder>
+
 #include <simdjson.h>
 
 #include <algorithm>
@@ -21,7 +23,9 @@ namespace ondemand = simdjson::ondemand;
 static_assert(JsonReader::padding >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING));
 
 QString textOf(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    // A text that begins with what would be a byte order mark in a file keeps it.
+    QStringDecoder toText(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return toText(QByteArrayView(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
 // The document with nothing but zeros behind it: what lies there is looked at.

@@ -3,6 +3,8 @@
 
 #include "model/JsonError.h"
 
+#include <QStringEncoder>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -74,7 +76,8 @@ void JsonWriter::boolean(bool value) {
 
 void JsonWriter::string(const QString& text) {
     beginValue();
-    const QByteArray bytes = text.toUtf8();
+    QStringEncoder toUtf8(QStringEncoder::Utf8);
+    const QByteArray bytes = toUtf8(text);
     put("\"");
     std::string_view rest(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     std::size_t plain = 0;

@@ -5,16 +5,28 @@
 #include <cmath>
 
 namespace quillabrae::model {
+namespace {
+
+// Not a number counts as the default, which lies in the range.
+double inRange(double value, double lower, double upper, double fallback) {
+    return std::isnan(value) ? fallback : std::clamp(value, lower, upper);
+}
+
+} // namespace
 
 PaintAppSettings PaintAppSettings::clamped() const {
+    const PaintAppSettings standard;
     PaintAppSettings result = *this;
-    result.brushSize = std::clamp(brushSize, 1.0, 512.0);
-    result.shapeOutlineWidth = std::clamp(std::round(shapeOutlineWidth), 1.0, 32.0);
-    result.pencilHardness = std::clamp(pencilHardness, 0.0, 100.0);
-    result.magicWandMatchPercentage = std::clamp(magicWandMatchPercentage, 0.0, 100.0);
-    result.paintBucketMatchPercentage = std::clamp(paintBucketMatchPercentage, 0.0, 100.0);
-    result.textFontSize = std::clamp(textFontSize, 1.0, 512.0);
-    result.zoomScale = std::clamp(zoomScale, minimumZoomScale, maximumZoomScale);
+    result.brushSize = inRange(brushSize, 1.0, 512.0, standard.brushSize);
+    result.shapeOutlineWidth =
+        inRange(std::round(shapeOutlineWidth), 1.0, 32.0, standard.shapeOutlineWidth);
+    result.pencilHardness = inRange(pencilHardness, 0.0, 100.0, standard.pencilHardness);
+    result.magicWandMatchPercentage =
+        inRange(magicWandMatchPercentage, 0.0, 100.0, standard.magicWandMatchPercentage);
+    result.paintBucketMatchPercentage =
+        inRange(paintBucketMatchPercentage, 0.0, 100.0, standard.paintBucketMatchPercentage);
+    result.textFontSize = inRange(textFontSize, 1.0, 512.0, standard.textFontSize);
+    result.zoomScale = inRange(zoomScale, minimumZoomScale, maximumZoomScale, standard.zoomScale);
     return result;
 }
 

@@ -40,7 +40,12 @@ PaintLayer* PaintProject::selectedLayer() {
 }
 
 QString PaintProject::displayName() const {
-    return fileURL ? QFileInfo(fileURL->path()).completeBaseName() : title;
+    if (!fileURL) return title;
+    const QString name = fileURL->adjusted(QUrl::StripTrailingSlash).fileName();
+    const QString stem = QFileInfo(name).completeBaseName();
+    // ".quillabrae" is all extension and "/" has no name at all.
+    if (!stem.isEmpty()) return stem;
+    return name.isEmpty() ? title : name;
 }
 
 } // namespace quillabrae::model
