@@ -18,7 +18,7 @@
 namespace quillabrae::platform {
 namespace {
 
-constexpr std::size_t writeBufferSize = 256 * 1024;
+constexpr std::size_t writeBufferSize = std::size_t{256} * 1024;
 
 [[noreturn]] void fail(const QString& path) {
     throw FileOperationError(path, errno);

@@ -11,7 +11,7 @@
 /// four bytes with the high byte first, and the files' URLs, one a line.
 namespace quillabrae::platform::HandOver {
 
-constexpr qsizetype maximumPayload = 16 * 1024 * 1024;
+constexpr qsizetype maximumPayload = qsizetype{16} * 1024 * 1024;
 inline constexpr char answer[] = "taken\n";
 
 QByteArray message(const QList<QUrl>& files);
