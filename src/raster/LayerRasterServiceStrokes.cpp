@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Drawing strokes onto surfaces: one row of the table below for each tool that paints.
+#include "model/PaintTool.h"
+#include "raster/BlendKernels.h"
+#include "raster/Capsule.h"
+#include "raster/LayerRasterService.h"
+#include "raster/Parallel.h"
+#include "raster/StrokeEdge.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace quillabrae::raster::LayerRasterService {
+namespace {
+
+using model::CanvasPoint;
+using model::PaintStroke;
+using model::PaintTool;
+
+/// What a stroke is drawn on.
+struct Surface {
+    RasterImage& image;
+    double canvasWidth;
+    double canvasHeight;
+};
+
+enum class Compositing { sourceOver, destinationOut };
+
+/// Work for one thread that is worth waking another for.
+constexpr int pixelsPerBand = 1 << 15;
+
+/// Far outside every canvas, near enough for exact arithmetic.
+constexpr double farAway = 1e7;
+
+std::vector<CanvasPoint> drawablePoints(const std::vector<CanvasPoint>& points) {
+    std::vector<CanvasPoint> drawable;
+    drawable.reserve(points.size());
+    for (const CanvasPoint& point : points) {
+        if (!std::isfinite(point.x) || !std::isfinite(point.y)) continue;
+        drawable.push_back(
+            {std::clamp(point.x, -farAway, farAway), std::clamp(point.y, -farAway, farAway)});
+    }
+    return drawable;
+}
+
+std::vector<Capsule> capsulesThrough(const std::vector<CanvasPoint>& points) {
+    std::vector<Capsule> capsules;
+    if (points.size() == 1) capsules.emplace_back(points.front(), points.front());
+    for (std::size_t i = 1; i < points.size(); ++i) capsules.emplace_back(points[i - 1], points[i]);
+    return capsules;
+}
+
+/// The pixels of the image that the capsules may touch.
+QRect reachedPixels(const std::vector<Capsule>& capsules, double reach, const RasterImage& image) {
+    double left = farAway;
+    double top = farAway;
+    double right = -farAway;
+    double bottom = -farAway;
+    for (const Capsule& capsule : capsules) {
+        left = std::min(left, capsule.left());
+        top = std::min(top, capsule.top());
+        right = std::max(right, capsule.right());
+        bottom = std::max(bottom, capsule.bottom());
+    }
+    const auto firstPixel = [](double low, int limit) {
+        return static_cast<int>(std::clamp(std::floor(low), 0.0, double(limit)));
+    };
+    const auto endPixel = [](double high, int limit) {
+        return static_cast<int>(std::clamp(std::ceil(high), 0.0, double(limit)));
+    };
+    const QPoint first(firstPixel(left - reach, image.width()),
+                       firstPixel(top - reach, image.height()));
+    const QPoint end(endPixel(right + reach, image.width()),
+                     endPixel(bottom + reach, image.height()));
+    if (first.x() >= end.x() || first.y() >= end.y()) return {};
+    return QRect(first, end - QPoint(1, 1));
+}
+
+/// Draws the union of capsules, each pixel once with the alpha of its distance to the nearest.
+class CapsulePainter {
+public:
+    CapsulePainter(RasterImage& image, const StrokeEdge& edge, PixelColor color,
+                   Compositing compositing)
+        : m_pixels(image.mutableBytes().data()),
+          m_stride(image.stride()),
+          m_width(image.width()),
+          m_edge(edge),
+          m_color(color),
+          m_compositing(compositing) {
+        m_color.alpha = edge.maximum();
+    }
+
+    void paintRows(const std::vector<Capsule>& capsules, int firstRow, int endRow) const {
+        std::vector<const Capsule*> near;
+        for (const Capsule& capsule : capsules) {
+            if (capsule.top() - m_edge.reach() < endRow &&
+                capsule.bottom() + m_edge.reach() > firstRow)
+                near.push_back(&capsule);
+        }
+        std::vector<std::uint8_t> alpha(static_cast<std::size_t>(m_width));
+        for (int y = firstRow; y < endRow; ++y) {
+            if (near.size() == 1) {
+                paintRow(*near.front(), y, alpha.data());
+            } else {
+                paintUnionRow(near, y, alpha.data());
+            }
+        }
+    }
+
+private:
+    /// The edges from the table, the flat inside in one go.
+    void paintRow(const Capsule& capsule, int y, std::uint8_t* alpha) const {
+        const PixelSpan outer = capsule.spanWithin(m_edge.reach(), y, m_width);
+        if (outer.isEmpty()) return;
+        PixelSpan inner = capsule.spanWithin(m_edge.flatRadius(), y, m_width);
+        if (inner.isEmpty()) inner = {outer.end, outer.end};
+        for (const PixelSpan span :
+             {PixelSpan{outer.first, inner.first}, PixelSpan{inner.end, outer.end}}) {
+            if (span.isEmpty()) continue;
+            std::fill_n(alpha, span.end - span.first, std::uint8_t{0});
+            capsule.raiseAlpha(m_edge, y, span, alpha);
+            blend(y, span, alpha);
+        }
+        blendFlat(y, inner);
+    }
+
+    void paintUnionRow(const std::vector<const Capsule*>& capsules, int y,
+                       std::uint8_t* alpha) const {
+        PixelSpan touched{m_width, 0};
+        std::fill_n(alpha, m_width, std::uint8_t{0});
+        for (const Capsule* capsule : capsules) {
+            const PixelSpan outer = capsule->spanWithin(m_edge.reach(), y, m_width);
+            if (outer.isEmpty()) continue;
+            capsule->raiseAlpha(m_edge, y, outer, alpha + outer.first);
+            touched = {std::min(touched.first, outer.first), std::max(touched.end, outer.end)};
+        }
+        if (!touched.isEmpty()) blend(y, touched, alpha + touched.first);
+    }
+
+    std::uint8_t* pixels(int y, int x) const {
+        return m_pixels + static_cast<std::size_t>(y) * m_stride + 4 * static_cast<std::size_t>(x);
+    }
+
+    void blend(int y, PixelSpan span, const std::uint8_t* alpha) const {
+        const auto count = static_cast<std::size_t>(span.end - span.first);
+        if (m_compositing == Compositing::sourceOver) {
+            sourceOverColor(pixels(y, span.first), alpha, count, m_color);
+        } else {
+            destinationOutPixels(pixels(y, span.first), alpha, count);
+        }
+    }
+
+    void blendFlat(int y, PixelSpan span) const {
+        if (span.isEmpty()) return;
+        const auto count = static_cast<std::size_t>(span.end - span.first);
+        if (m_compositing == Compositing::sourceOver) {
+            sourceOverColor(pixels(y, span.first), count, m_color);
+        } else {
+            destinationOutPixels(pixels(y, span.first), count, m_edge.maximum());
+        }
+    }
+
+    std::uint8_t* m_pixels;
+    std::size_t m_stride;
+    int m_width;
+    const StrokeEdge& m_edge;
+    PixelColor m_color;
+    Compositing m_compositing;
+};
+
+/// A polyline or a dot with the given edge.
+QRect drawLine(const PaintStroke& stroke, std::optional<double> hardness,
+               const model::ColorValue& color, Compositing compositing, RasterImage& image) {
+    const std::vector<CanvasPoint> points = drawablePoints(stroke.points);
+    const StrokeForm form = stroke.points.size() == 1 ? StrokeForm::dot : StrokeForm::line;
+    const double alpha = color.alpha > 0.0 ? std::min(color.alpha, 1.0) : 0.0;
+    const StrokeEdge edge(brushPasses(stroke.lineWidth, hardness, alpha, form));
+    if (points.empty() || edge.maximum() == 0) return {};
+
+    const std::vector<Capsule> capsules = capsulesThrough(points);
+    const QRect dirty = reachedPixels(capsules, edge.reach(), image);
+    if (dirty.isEmpty()) return {};
+    const CapsulePainter painter(image, edge, PixelColor::of(color), compositing);
+    parallelForRowBands(dirty.height(), std::max(pixelsPerBand / dirty.width(), 1),
+                        [&](int first, int last) {
+                            painter.paintRows(capsules, dirty.top() + first, dirty.top() + last);
+                        });
+    return dirty;
+}
+
+/// A brush's edge is always hard.
+QRect drawBrush(const PaintStroke& stroke, Surface& surface) {
+    return drawLine(stroke, std::nullopt, stroke.color, Compositing::sourceOver, surface.image);
+}
+
+QRect drawPencil(const PaintStroke& stroke, Surface& surface) {
+    return drawLine(stroke, stroke.hardness, stroke.color, Compositing::sourceOver, surface.image);
+}
+
+/// Removes what a pencil of full strength would add.
+QRect drawEraser(const PaintStroke& stroke, Surface& surface) {
+    constexpr model::ColorValue black{0.0, 0.0, 0.0, 1.0};
+    return drawLine(stroke, stroke.hardness, black, Compositing::destinationOut, surface.image);
+}
+
+struct ToolRow {
+    PaintTool tool;
+    QRect (*draw)(const PaintStroke& stroke, Surface& surface);
+};
+
+/// Tools that are not listed draw nothing.
+constexpr std::array toolRows{
+    ToolRow{PaintTool::paintbrush, drawBrush}, ToolRow{PaintTool::cloneStamp, drawBrush},
+    ToolRow{PaintTool::recolor, drawBrush},    ToolRow{PaintTool::pencil, drawPencil},
+    ToolRow{PaintTool::lineCurve, drawPencil}, ToolRow{PaintTool::eraser, drawEraser},
+};
+
+} // namespace
+
+QRect drawStroke(const PaintStroke& stroke, RasterImage& image, double canvasWidth,
+                 double canvasHeight) {
+    if (stroke.points.empty() || image.isNull()) return {};
+    const auto row = std::ranges::find(toolRows, stroke.tool, &ToolRow::tool);
+    if (row == toolRows.end()) return {};
+    Surface surface{image, canvasWidth, canvasHeight};
+    return row->draw(stroke, surface);
+}
+
+} // namespace quillabrae::raster::LayerRasterService
