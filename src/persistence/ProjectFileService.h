@@ -2,9 +2,10 @@
 #pragma once
 
 #include "model/PaintProject.h"
+#include "platform/FileOperations.h"
+#include "raster/RasterImage.h"
 
 #include <QByteArray>
-#include <QImage>
 #include <QUrl>
 
 namespace quillabrae::platform {
@@ -19,16 +20,18 @@ namespace quillabrae::persistence::ProjectFileService {
 /// can show one. The copy that is written has no `fileURL` and is stamped with the present time.
 /// Throws FileError; then the old package, if any, stands as it was and nothing is left beside it.
 void save(const model::PaintProject& project, const QUrl& url, const platform::Clock& clock,
-          platform::FileIcons& icons);
+          platform::FileIcons& icons,
+          platform::FileOperations& operations = platform::systemFileOperations());
 
 /// Reads a package, or a plain file that holds the same JSON. The result has no `fileURL`. Throws
 /// FileError.
 model::PaintProject read(const QUrl& url);
 
 /// A 1024 by 1024 picture with `image` scaled to fit, centred on clear.
-QImage fileIconImage(const QImage& image);
+raster::RasterImage fileIconImage(const raster::RasterImage& image);
 
-/// A page of PDF that shows `image` at its own size; empty for a null image.
-QByteArray previewPDFData(const QImage& image);
+/// A page of PDF that shows an opaque image at its own size, one point a pixel; empty for a null
+/// image.
+QByteArray previewPDFData(const raster::RasterImage& image);
 
 } // namespace quillabrae::persistence::ProjectFileService

@@ -3,6 +3,7 @@
 
 #include "model/PaintProject.h"
 #include "persistence/SaveFormat.h"
+#include "platform/FileOperations.h"
 #include "raster/RasterImage.h"
 
 #include <QUrl>
@@ -13,10 +14,12 @@ namespace quillabrae::persistence::ProjectImageExportService {
 /// What stands where no layer has pixels.
 enum class Background { transparent, white };
 
-/// The visible layers, bottom first, each at its opacity.
+/// The visible layers, bottom first, each at its opacity. Null for a canvas beyond the size limits
+/// of a picture.
 raster::RasterImage render(const model::PaintProject& project, Background background);
 
 /// Writes the flat picture in an image format, whole or not at all. Throws FileError.
-void save(const model::PaintProject& project, const QUrl& url, SaveFormat format);
+void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
+          platform::FileOperations& operations = platform::systemFileOperations());
 
 } // namespace quillabrae::persistence::ProjectImageExportService

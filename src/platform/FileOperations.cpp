@@ -32,6 +32,15 @@ auto retrying(Call&& call) {
     return result;
 }
 
+/// Leaves `errno` as it is.
+bool isFolder(const QByteArray& name) {
+    const int error = errno;
+    struct stat information {};
+    const bool is = ::stat(name.constData(), &information) == 0 && S_ISDIR(information.st_mode);
+    errno = error;
+    return is;
+}
+
 class Descriptor {
 public:
     explicit Descriptor(int value) : m_value(value) {}
@@ -101,10 +110,12 @@ private:
 class SystemFileOperations final : public FileOperations {
 public:
     void makePath(const QString& folder) override {
-        errno = 0;
-        if (QDir().mkpath(folder)) return;
-        if (QFileInfo(folder).exists()) errno = ENOTDIR;
-        fail(folder);
+        const QByteArray name = QFile::encodeName(folder);
+        if (::mkdir(name.constData(), 0777) == 0 || isFolder(name)) return;
+        const QString parent = QFileInfo(folder).path();
+        if (errno != ENOENT || parent == folder) fail(folder);
+        makePath(parent);
+        if (::mkdir(name.constData(), 0777) != 0 && !isFolder(name)) fail(folder);
     }
 
     std::unique_ptr<DurableFile> createFile(const QString& path) override {

@@ -105,8 +105,16 @@ TEST_F(SystemFiles, RemovingNothingIsNoError) {
     EXPECT_EQ(errorOf([&] { operations.removeTree(path(a)); }), 0);
 }
 
+TEST_F(SystemFiles, AFolderIsMadeWithThoseAboveIt) {
+    const QString deep = path(QStringLiteral("x/y/z"));
+    operations.makePath(deep);
+    EXPECT_TRUE(operations.exists(deep));
+    EXPECT_EQ(errorOf([&] { operations.makePath(deep); }), 0);
+}
+
 TEST_F(SystemFiles, AFileInThePathOfAFolderIsReported) {
     put(a, "text");
+    EXPECT_EQ(errorOf([&] { operations.makePath(path(a)); }), EEXIST);
     EXPECT_EQ(errorOf([&] { operations.makePath(path(QStringLiteral("a/b"))); }), ENOTDIR);
 }
 

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/ImageWriters.h"
+
+#include "persistence/FileError.h"
+#include "persistence/FileSink.h"
+#include "raster/PngCodec.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QImage>
+#include <QImageWriter>
+
+namespace quillabrae::persistence {
+namespace {
+
+constexpr int lossyQuality = 92;
+
+[[noreturn]] void failToEncode() {
+    throw FileError(QStringLiteral("The image could not be encoded."));
+}
+
+/// The picture's own pixels as an opaque image, valid while it lives.
+QImage opaqueView(const raster::RasterImage& picture) {
+    return QImage(picture.bytes().data(), picture.width(), picture.height(),
+                  static_cast<qsizetype>(picture.stride()), QImage::Format_RGBX8888);
+}
+
+struct Encoding {
+    const char* format;
+    /// 0 to 100; -1 leaves it to the encoder.
+    int quality = -1;
+};
+
+void writeThroughQt(const raster::RasterImage& picture, platform::DurableFile& file,
+                    const Encoding& encoding) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, encoding.format);
+    writer.setQuality(encoding.quality);
+    if (!writer.write(opaqueView(picture)) || bytes.isEmpty()) failToEncode();
+    file.write(bytes);
+}
+
+model::PngBytes encodedPng(const raster::RasterImage& picture) {
+    model::PngBytes png = raster::encodePng(picture);
+    if (png.isEmpty()) failToEncode();
+    return png;
+}
+
+} // namespace
+
+void writePng(const raster::RasterImage& picture, platform::DurableFile& file) {
+    file.write(encodedPng(picture).toByteArray());
+}
+
+void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file) {
+    writeThroughQt(picture, file, {"jpeg", lossyQuality});
+}
+
+void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file) {
+    if (QImageWriter::supportedImageFormats().contains("webp"))
+        writeThroughQt(picture, file, {"webp", lossyQuality});
+    else
+        writeWebPWithEncoder(picture, file, webPEncoder(), QDir::tempPath());
+}
+
+void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file) {
+    writeThroughQt(picture, file, {"tiff"});
+}
+
+void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file) {
+    writeThroughQt(picture, file, {"bmp"});
+}
+
+void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file) {
+    const model::PngBytes png = encodedPng(picture);
+    const QByteArray width = QByteArray::number(picture.width());
+    const QByteArray height = QByteArray::number(picture.height());
+    FileSink sink(file);
+    sink.write(
+        QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                   "<svg xmlns=\"http://www.w3.org/2000/svg\""
+                   " xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"" +
+                   width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + ' ' + height +
+                   "\">\n  <image width=\"" + width + "\" height=\"" + height +
+                   "\" xlink:href=\"data:image/png;base64,"));
+    sink.writeBase64(png.bytes());
+    sink.write(QByteArray("\"/>\n</svg>"));
+}
+
+void writeUnsupported(const raster::RasterImage&, platform::DurableFile&) {
+    failToEncode();
+}
+
+} // namespace quillabrae::persistence

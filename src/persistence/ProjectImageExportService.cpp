@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/ProjectImageExportService.h"
+
+#include "persistence/FileError.h"
+#include "persistence/ImageWriters.h"
+#include "persistence/ProjectFileService.h"
+#include "persistence/Staging.h"
+#include "platform/Clock.h"
+#include "platform/FileIcons.h"
+#include "raster/LayerRasterService.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+
+namespace quillabrae::persistence::ProjectImageExportService {
+namespace {
+
+struct Row {
+    SaveFormat format;
+    Background background;
+    ImageWriter write;
+};
+
+constexpr std::array<Row, saveFormatCount - 1> table{{
+    {SaveFormat::png, Background::transparent, writePng},
+    {SaveFormat::jpeg, Background::white, writeJpeg},
+    {SaveFormat::heic, Background::white, writeUnsupported},
+    {SaveFormat::webp, Background::white, writeWebP},
+    {SaveFormat::tiff, Background::white, writeTiff},
+    {SaveFormat::svg, Background::white, writeSvg},
+    {SaveFormat::bmp, Background::white, writeBmp},
+    {SaveFormat::gif, Background::white, writeUnsupported},
+    {SaveFormat::jpeg2000, Background::white, writeUnsupported},
+}};
+
+void fillWithWhite(raster::RasterImage& image) {
+    constexpr int opaqueWhite = 0xff;
+    const auto bytes = image.mutableBytes();
+    if (!bytes.empty()) std::memset(bytes.data(), opaqueWhite, bytes.size());
+}
+
+void saveImage(const model::PaintProject& project, const QString& path, const Row& row,
+               platform::FileOperations& operations) {
+    const raster::RasterImage picture = render(project, row.background);
+    if (picture.isNull()) throw FileError(QStringLiteral("The image could not be encoded."));
+    writeFileAtomically(operations, path,
+                        [&](platform::DurableFile& file) { row.write(picture, file); });
+}
+
+} // namespace
+
+raster::RasterImage render(const model::PaintProject& project, Background background) {
+    raster::RasterImage picture =
+        raster::LayerRasterService::transparentImage(project.canvasWidth, project.canvasHeight);
+    if (picture.isNull()) return picture;
+    if (background == Background::white) fillWithWhite(picture);
+    const QRect whole(0, 0, picture.width(), picture.height());
+    for (const model::PaintLayer& layer : project.layers) {
+        if (!layer.isVisible || !layer.bitmapPNGData) continue;
+        const raster::RasterImage pixels = raster::LayerRasterService::renderLayer(
+            layer, project.canvasWidth, project.canvasHeight);
+        raster::LayerRasterService::drawImage(picture, pixels, whole, layer.opacity);
+    }
+    return picture;
+}
+
+void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
+          platform::FileOperations& operations) {
+    if (format == SaveFormat::project) {
+        platform::NoFileIcons icons;
+        ProjectFileService::save(project, url, platform::SystemClock(), icons, operations);
+        return;
+    }
+    if (!url.isLocalFile())
+        throw FileError::notWritten(url.toDisplayString(),
+                                    QStringLiteral("It is not a local file"));
+    const QString path = url.toLocalFile();
+    try {
+        saveImage(project, path, *std::ranges::find(table, format, &Row::format), operations);
+    } catch (const platform::FileOperationError& error) {
+        throw FileError::notWritten(path, error.description());
+    } catch (const std::bad_alloc&) {
+        throw FileError::notWritten(path, QStringLiteral("There is not enough memory"));
+    }
+}
+
+} // namespace quillabrae::persistence::ProjectImageExportService

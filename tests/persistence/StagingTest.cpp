@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/FaultyFileOperations.h"
+#include "persistence/Staging.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+namespace quillabrae::persistence {
+namespace {
+
+using platform::DurableFile;
+using platform::FileOperationError;
+
+class Saving : public ::testing::Test {
+protected:
+    void save(const QByteArray& bytes, FaultyFileOperations& operations) const {
+        writeFileAtomically(operations, target, [&](DurableFile& file) { file.write(bytes); });
+    }
+    void save(const QByteArray& bytes) const {
+        FaultyFileOperations operations;
+        save(bytes, operations);
+    }
+
+    static QByteArray contents(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+    }
+    static void put(const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    QStringList names() const {
+        return QDir(folder.path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    QTemporaryDir folder;
+    QString target = folder.filePath(QStringLiteral("picture.png"));
+    QStringList onlyTheTarget{QStringLiteral("picture.png")};
+    QString leftover =
+        folder.filePath(QStringLiteral(".picture.png.B7C0F3A4-1C3B-4B52-9D5A-0E5B7E2D9F10.tmp"));
+};
+
+TEST_F(Saving, ANewFileAppearsUnderItsNameAlone) {
+    save("new");
+    EXPECT_EQ(contents(target), QByteArray("new"));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, AnOldFileIsReplacedAndLeavesNothing) {
+    save("old");
+    save("new");
+    EXPECT_EQ(contents(target), QByteArray("new"));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, AFileIsReplacedWhereNamesCannotBeSwapped) {
+    save("old");
+    FaultyFileOperations operations(FaultyFileOperations::Exchange::isUnsupported);
+    save("new", operations);
+    EXPECT_EQ(contents(target), QByteArray("new"));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, AFailureAtAnyStepLeavesTheOldFileAlone) {
+    for (const auto exchange :
+         {FaultyFileOperations::Exchange::works, FaultyFileOperations::Exchange::isUnsupported}) {
+        save("old");
+        for (int failing = 0;; ++failing) {
+            FaultyFileOperations operations(exchange);
+            bool hasFailed = false;
+            operations.beforeStep = [&](int step, const char* name) {
+                if (step != failing || name == std::string_view("removeTree")) return;
+                hasFailed = true;
+                throw FileOperationError(target, EIO);
+            };
+            try {
+                save("new", operations);
+                if (failing >= operations.stepCount()) break;
+                ASSERT_FALSE(hasFailed);
+            } catch (const FileOperationError& error) {
+                EXPECT_EQ(error.errorNumber(), EIO);
+                EXPECT_EQ(contents(target), QByteArray("old")) << "step " << failing;
+                EXPECT_EQ(names(), onlyTheTarget) << "step " << failing;
+            }
+            save("old");
+        }
+    }
+}
+
+TEST_F(Saving, AFailureAtAnyStepOfAFirstSaveLeavesNothing) {
+    for (int failing = 0;; ++failing) {
+        FaultyFileOperations operations;
+        operations.beforeStep = [&](int step, const char* name) {
+            if (step == failing && name != std::string_view("removeTree"))
+                throw FileOperationError(target, EIO);
+        };
+        try {
+            save("new", operations);
+            if (failing >= operations.stepCount()) break;
+            ASSERT_TRUE(QFile::remove(target));
+        } catch (const FileOperationError&) {
+            EXPECT_TRUE(names().isEmpty()) << "step " << failing;
+        }
+    }
+}
+
+TEST_F(Saving, WhatAKilledSaveLeftGoesWithTheNextSave) {
+    put(leftover, "half");
+    save("new");
+    EXPECT_EQ(names(), onlyTheTarget);
+    ASSERT_TRUE(QDir().mkpath(leftover + QStringLiteral("/QuickLook")));
+    save("newer");
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, WithNoTargetTheLeftoverStaysUntilTheSaveIsDone) {
+    put(leftover, "the only copy");
+    FaultyFileOperations operations;
+    operations.beforeStep = [&](int, const char* name) {
+        if (name == std::string_view("finish")) throw FileOperationError(target, ENOSPC);
+    };
+    EXPECT_THROW(save("new", operations), FileOperationError);
+    EXPECT_EQ(contents(leftover), QByteArray("the only copy"));
+}
+
+TEST_F(Saving, HiddenFilesThatOnlyLookLikeALeftoverStay) {
+    const QStringList others{
+        QStringLiteral(".picture.png.tmp"), QStringLiteral(".picture.png.backup.tmp"),
+        QStringLiteral(".other.png.B7C0F3A4-1C3B-4B52-9D5A-0E5B7E2D9F10.tmp"),
+        QStringLiteral(".picture.png.B7C0F3A4-1C3B-4B52-9D5A-0E5B7E2D9F10.tmp.png")};
+    for (const QString& name : others) put(folder.filePath(name), "mine");
+    save("old");
+    save("new");
+    for (const QString& name : others)
+        EXPECT_EQ(contents(folder.filePath(name)), QByteArray("mine")) << qPrintable(name);
+}
+
+TEST_F(Saving, ATargetThatVanishesMidwayIsMadeAnew) {
+    save("old");
+    FaultyFileOperations operations;
+    operations.beforeStep = [&](int, const char* name) {
+        if (name == std::string_view("exchange")) QFile::remove(target);
+    };
+    save("new", operations);
+    EXPECT_EQ(contents(target), QByteArray("new"));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, AFolderThatVanishesMidwayIsReported) {
+    const QString inner = folder.filePath(QStringLiteral("inner"));
+    ASSERT_TRUE(QDir().mkpath(inner));
+    target = inner + QStringLiteral("/picture.png");
+    FaultyFileOperations operations;
+    operations.beforeStep = [&](int, const char* name) {
+        if (name == std::string_view("rename")) QDir(inner).removeRecursively();
+    };
+    EXPECT_THROW(save("new", operations), FileOperationError);
+    EXPECT_TRUE(names().isEmpty());
+}
+
+TEST_F(Saving, ALinkGoesOnPointingToWhatWasSaved) {
+    save("old");
+    const QString file = std::exchange(target, folder.filePath(QStringLiteral("link.png")));
+    ASSERT_TRUE(QFile::link(file, target));
+    save("new");
+    EXPECT_TRUE(QFileInfo(target).isSymLink());
+    EXPECT_EQ(contents(file), QByteArray("new"));
+}
+
+TEST_F(Saving, AFileNeverReplacesAFolder) {
+    ASSERT_TRUE(QDir().mkpath(target + QStringLiteral("/kept")));
+    EXPECT_THROW(save("new"), FileOperationError);
+    EXPECT_TRUE(QFileInfo::exists(target + QStringLiteral("/kept")));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, TheStagingNameIsHiddenAndCarriesAnIdentifier) {
+    FaultyFileOperations operations;
+    const Staging staging(operations, target);
+    const QRegularExpression pattern(
+        QStringLiteral("^\\.picture\\.png\\.[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}\\.tmp$"));
+    EXPECT_TRUE(pattern.match(QFileInfo(staging.path()).fileName()).hasMatch());
+    EXPECT_EQ(QFileInfo(staging.path()).path(), folder.path());
+}
+
+} // namespace
+} // namespace quillabrae::persistence
