@@ -21,6 +21,10 @@ CanvasGeometry CanvasContext::geometry() const {
     return CanvasGeometry::of(*project, viewportSize);
 }
 
+QSizeF CanvasContext::documentViewSize(double zoom) const {
+    return host.project() == nullptr ? viewportSize : geometry().documentViewSize(zoom);
+}
+
 void CanvasContext::editProject(const std::function<void(model::PaintProject&)>& edit) {
     const QScopedValueRollback<bool> editing(m_isEditing, true);
     host.editProject(edit);

@@ -40,6 +40,8 @@ public:
 
     /// The geometry of the active project; of an empty canvas when there is none.
     CanvasGeometry geometry() const;
+    /// The document's size at `zoom`; without a project the document is just the viewport.
+    QSizeF documentViewSize(double zoom) const;
 
     /// Rewrites the active project. Observers can tell such a change from others by `isEditing`:
     /// the canvas reports itself what has to be painted again.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/CanvasPainting.h"
 
-#include "canvas/LiveDrawing.h"
+#include "canvas/CanvasRenderer.h"
 #include "model/PaintProject.h"
 #include "raster/DecodeCache.h"
 
@@ -31,10 +31,10 @@ void paintChecker(QPainter& painter, const QRectF& canvas, const QRectF& visible
 
 } // namespace
 
-void paintCanvas(QPainter& painter, const CanvasScene& scene, const QRect& exposed) {
-    const model::PaintProject& project = scene.project;
-    const QRectF canvas(scene.origin,
-                        QSizeF(project.canvasWidth, project.canvasHeight) * scene.zoom);
+void paintCanvas(QPainter& painter, const CanvasFrame& frame, const QRect& exposed) {
+    const model::PaintProject& project = *frame.project;
+    const QRectF canvas(frame.canvasOrigin,
+                        QSizeF(project.canvasWidth, project.canvasHeight) * frame.zoomScale);
     const QRectF visible = canvas.intersected(exposed);
     if (visible.isEmpty()) return;
     painter.save();
@@ -42,9 +42,9 @@ void paintCanvas(QPainter& painter, const CanvasScene& scene, const QRect& expos
     paintChecker(painter, canvas, visible);
     for (const model::PaintLayer& layer : project.layers) {
         if (!layer.isVisible) continue;
-        const bool isLive = layer.id == scene.drawing.activeDrawingLayerID();
+        const bool isLive = layer.id == frame.liveLayerID;
         const raster::RasterImage image =
-            isLive ? scene.drawing.liveDrawingImage()
+            isLive ? *frame.liveImage
                    : (layer.bitmapPNGData ? raster::decodedImage(*layer.bitmapPNGData)
                                           : raster::RasterImage());
         if (image.isNull()) continue;

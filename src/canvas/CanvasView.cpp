@@ -7,6 +7,8 @@
 #include "canvas/Scroller.h"
 
 #include <array>
+#include <cmath>
+#include <utility>
 
 namespace quillabrae::canvas {
 
@@ -34,7 +36,8 @@ CanvasView::CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerStat
       m_zoom(m_context),
       m_pan(m_context),
       m_drawing(m_context),
-      m_stroke(m_drawing) {}
+      m_stroke(m_drawing),
+      m_showsPixelGrid(host.settings().showsPixelGrid) {}
 
 // Surroundings
 
@@ -56,6 +59,8 @@ void CanvasView::setViewportSize(QSizeF size) {
 
 void CanvasView::projectChanged() {
     updateLayout();
+    // The canvas reports itself what its own edits have changed on screen.
+    if (!m_context.isEditing()) m_context.repaintViewport();
 }
 
 void CanvasView::activeProjectChanged() {
@@ -64,16 +69,46 @@ void CanvasView::activeProjectChanged() {
     m_context.repaintViewport();
 }
 
+void CanvasView::settingsChanged() {
+    m_zoom.zoomScaleChanged();
+    const bool showsPixelGrid = m_context.host.settings().showsPixelGrid;
+    if (std::exchange(m_showsPixelGrid, showsPixelGrid) != showsPixelGrid) {
+        m_context.repaintViewport();
+    }
+}
+
 void CanvasView::updateLayout() {
     if (m_context.scroller == nullptr) return;
-    const bool isEmpty = m_context.host.project() == nullptr;
-    const QSizeF size =
-        isEmpty ? m_context.viewportSize : geometry().documentViewSize(currentZoom());
+    const QSizeF size = m_context.documentViewSize(currentZoom());
     if (size != m_context.scroller->documentSize()) m_context.scroller->setDocumentSize(size);
 }
 
 PaintTool CanvasView::selectedTool() const {
     return m_context.host.settings().selectedTool;
+}
+
+QPointF CanvasView::canvasOriginInViewport(double devicePixelRatio) const {
+    QPointF origin = geometry().canvasDocumentOrigin(currentZoom());
+    if (m_context.scroller != nullptr) origin -= m_context.scroller->clipBounds().topLeft();
+    const auto snapped = [=](double value) {
+        return std::round(value * devicePixelRatio) / devicePixelRatio;
+    };
+    return {snapped(origin.x()), snapped(origin.y())};
+}
+
+CanvasFrame CanvasView::frame(double devicePixelRatio) const {
+    CanvasFrame frame;
+    frame.project = m_context.host.project();
+    frame.zoomScale = currentZoom();
+    frame.canvasOrigin = canvasOriginInViewport(devicePixelRatio);
+    frame.viewportSize = m_context.viewportSize;
+    frame.devicePixelRatio = devicePixelRatio;
+    frame.showsPixelGrid = m_context.host.settings().showsPixelGrid;
+    if (!m_drawing.liveDrawingImage().isNull()) {
+        frame.liveLayerID = m_drawing.activeDrawingLayerID();
+        frame.liveImage = &m_drawing.liveDrawingImage();
+    }
+    return frame;
 }
 
 // Routing

@@ -3,6 +3,7 @@
 
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasInput.h"
+#include "canvas/CanvasRenderer.h"
 #include "canvas/LiveDrawing.h"
 #include "canvas/PanGesture.h"
 #include "canvas/StrokeGesture.h"
@@ -30,14 +31,13 @@ public:
     void setDisplay(CanvasDisplay* display) { m_context.display = display; }
     /// To be called on appearing and whenever the viewport's size changes, in screen points.
     void setViewportSize(QSizeF size);
-    /// To be called after any change of the active project that the canvas did not make itself.
+    /// To be called after any change of the active project.
     void projectChanged();
     /// To be called when another project has become active.
     void activeProjectChanged();
-    void zoomScaleChanged() { m_zoom.zoomScaleChanged(); }
+    /// To be called after any change of the tool settings.
+    void settingsChanged();
     void zoomToFitRequested(const QUuid& requestID) { m_zoom.zoomToFitRequested(requestID); }
-    /// Whether the canvas is changing the project at this moment.
-    bool isEditingProject() const { return m_context.isEditing(); }
 
     // Input
 
@@ -66,6 +66,10 @@ public:
     // State
 
     double currentZoom() const { return m_zoom.currentZoom(); }
+    /// The canvas's top left corner in the viewport's points, on a whole device pixel.
+    QPointF canvasOriginInViewport(double devicePixelRatio) const;
+    /// What is to be painted; good until the project or the drawing changes. Needs a project.
+    CanvasFrame frame(double devicePixelRatio) const;
     CanvasGeometry geometry() const { return m_context.geometry(); }
     std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
     const LiveDrawing& drawing() const { return m_drawing; }
@@ -112,6 +116,8 @@ private:
     StrokeGesture m_stroke;
     std::optional<model::CanvasPoint> m_hoveredCanvasPoint;
     bool m_isRightMouseDrawing = false;
+    /// As it was when last painted.
+    bool m_showsPixelGrid;
 };
 
 } // namespace quillabrae::canvas

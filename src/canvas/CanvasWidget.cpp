@@ -41,9 +41,9 @@ struct CanvasWidget::Parts final : CanvasDisplay {
           input(view, scroller, pointer) {}
 
     void repaintCanvasPixels(const QRect& rect) override {
-        const double zoom = view.currentZoom();
-        const QPointF origin = widget.canvasOriginInViewport();
-        const QRectF onScreen(origin + QPointF(rect.topLeft()) * zoom, QSizeF(rect.size()) * zoom);
+        const CanvasFrame frame = view.frame(widget.viewport()->devicePixelRatioF());
+        const QRectF onScreen(frame.canvasOrigin + QPointF(rect.topLeft()) * frame.zoomScale,
+                              QSizeF(rect.size()) * frame.zoomScale);
         widget.viewport()->update(onScreen.toAlignedRect().adjusted(-1, -1, 1, 1));
     }
     void repaintViewport() override { widget.viewport()->update(); }
@@ -55,8 +55,6 @@ struct CanvasWidget::Parts final : CanvasDisplay {
     QtCanvasTimers timers;
     CanvasView view;
     CanvasWidgetInput input;
-    /// The settings that the viewport was last painted with.
-    bool showsPixelGrid = false;
 };
 
 CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
@@ -67,10 +65,11 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->grabGesture(Qt::PinchGesture);
-    m_parts->showsPixelGrid = store.settings().showsPixelGrid;
     m_parts->view.setDisplay(m_parts.get());
     m_parts->view.setScroller(&m_parts->scroller);
-    connectStore();
+    feedCanvas(m_parts->view, store, *this);
+    connect(&store, &store::ProjectStore::settingsChanged, this, &CanvasWidget::updateCursor);
+    connect(&store, &store::ProjectStore::activeProjectChanged, this, &CanvasWidget::updateCursor);
     updateCursor();
 }
 
@@ -80,51 +79,17 @@ CanvasView& CanvasWidget::view() {
     return m_parts->view;
 }
 
-void CanvasWidget::connectStore() {
-    connect(&m_store, &store::ProjectStore::projectChanged, this, [this](const QUuid& id) {
-        if (id != m_store.activeProjectID()) return;
-        m_parts->view.projectChanged();
-        // The canvas tells itself what its own edits changed on screen.
-        if (!m_parts->view.isEditingProject()) viewport()->update();
-    });
-    connect(&m_store, &store::ProjectStore::activeProjectChanged, this, [this] {
-        m_parts->view.activeProjectChanged();
-        updateCursor();
-    });
-    connect(&m_store, &store::ProjectStore::settingsChanged, this, &CanvasWidget::settingsChanged);
-    connect(&m_store, &store::ProjectStore::zoomToFitRequested, this,
-            [this] { m_parts->view.zoomToFitRequested(m_store.zoomToFitRequestID()); });
-}
-
-void CanvasWidget::settingsChanged() {
-    m_parts->view.zoomScaleChanged();
-    updateCursor();
-    const bool showsPixelGrid = m_store.settings().showsPixelGrid;
-    if (showsPixelGrid == m_parts->showsPixelGrid) return;
-    m_parts->showsPixelGrid = showsPixelGrid;
-    viewport()->update();
-}
-
 QPointF CanvasWidget::canvasOriginInViewport() const {
-    const CanvasView& view = m_parts->view;
-    const QPointF origin = view.geometry().canvasDocumentOrigin(view.currentZoom()) -
-                           m_parts->scroller.clipBounds().topLeft();
-    const double ratio = viewport()->devicePixelRatioF();
-    return {std::round(origin.x() * ratio) / ratio, std::round(origin.y() * ratio) / ratio};
+    return m_parts->view.canvasOriginInViewport(viewport()->devicePixelRatioF());
 }
 
 void CanvasWidget::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.fillRect(event->rect(), workspaceColor(palette()));
-    const model::PaintProject* project = m_store.activeProject();
-    if (project == nullptr) return;
-    const CanvasScene scene{*project,
-                            m_parts->view.drawing(),
-                            m_parts->view.currentZoom(),
-                            canvasOriginInViewport(),
-                            m_store.settings().showsPixelGrid,
-                            palette().color(QPalette::PlaceholderText)};
-    paintCanvas(painter, scene, event->rect());
+    if (!m_store.hasActiveProject()) return;
+    CanvasFrame frame = m_parts->view.frame(viewport()->devicePixelRatioF());
+    frame.secondaryLabelColor = palette().color(QPalette::PlaceholderText);
+    paintCanvas(painter, frame, event->rect());
 }
 
 void CanvasWidget::resizeEvent(QResizeEvent*) {

@@ -45,8 +45,6 @@ protected:
 private:
     struct Parts;
 
-    void connectStore();
-    void settingsChanged();
     void updateCursor();
     bool gestureEvent(QGestureEvent& event);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/StoreCanvasHost.h"
 
+#include "canvas/CanvasView.h"
 #include "store/ProjectStore.h"
 
 namespace quillabrae::canvas {
@@ -41,6 +42,19 @@ void StoreCanvasHost::pickPrimaryColor(const model::ColorValue& color) {
 
 void StoreCanvasHost::recordHistory(const QString& title, const QString& symbolName) {
     if (const auto id = m_store.activeProjectID()) m_store.recordHistory(*id, title, symbolName);
+}
+
+void feedCanvas(CanvasView& view, store::ProjectStore& store, QObject& context) {
+    using quillabrae::store::ProjectStore;
+    QObject::connect(&store, &ProjectStore::projectChanged, &context, [&](const QUuid& id) {
+        if (id == store.activeProjectID()) view.projectChanged();
+    });
+    QObject::connect(&store, &ProjectStore::activeProjectChanged, &context,
+                     [&] { view.activeProjectChanged(); });
+    QObject::connect(&store, &ProjectStore::settingsChanged, &context,
+                     [&] { view.settingsChanged(); });
+    QObject::connect(&store, &ProjectStore::zoomToFitRequested, &context,
+                     [&] { view.zoomToFitRequested(store.zoomToFitRequestID()); });
 }
 
 } // namespace quillabrae::canvas

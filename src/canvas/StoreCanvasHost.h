@@ -3,11 +3,15 @@
 
 #include "canvas/CanvasHost.h"
 
+class QObject;
+
 namespace quillabrae::store {
 class ProjectStore;
 }
 
 namespace quillabrae::canvas {
+
+class CanvasView;
 
 /// The canvas's host over the store's active project. The store outlives it.
 class StoreCanvasHost final : public CanvasHost {
@@ -27,5 +31,8 @@ public:
 private:
     store::ProjectStore& m_store;
 };
+
+/// Tells the canvas of every change of the store that concerns it, as long as `context` lives.
+void feedCanvas(CanvasView& view, store::ProjectStore& store, QObject& context);
 
 } // namespace quillabrae::canvas

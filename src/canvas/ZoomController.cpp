@@ -187,7 +187,7 @@ QPointF ZoomController::scrollOrigin(const ZoomAnchorPlan& plan, double zoom) co
 
 void ZoomController::applyZoomScrollOrigin(QPointF origin, double zoom) {
     Scroller& scroller = *m_context.scroller;
-    const QSizeF size = m_context.geometry().documentViewSize(zoom);
+    const QSizeF size = m_context.documentViewSize(zoom);
     const QSizeF excess = size - scroller.documentSize();
     if (std::abs(excess.width()) > documentSizeTolerance ||
         std::abs(excess.height()) > documentSizeTolerance) {
