@@ -75,7 +75,8 @@ protected:
     KillTest() {
         QImage noise(256, 192, QImage::Format_RGB32);
         for (int y = 0; y < noise.height(); ++y)
-            for (int x = 0; x < noise.width(); ++x) noise.setPixel(x, y, m_random());
+            for (int x = 0; x < noise.width(); ++x)
+                noise.setPixel(x, y, static_cast<QRgb>(m_random()));
         noise.save(m_home.filePath(QStringLiteral("noise.png")));
     }
 

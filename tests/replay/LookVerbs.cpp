@@ -38,7 +38,7 @@ QJsonValue expect(Session& session, const Arguments& arguments) {
 }
 
 std::array<int, 4> straightPixel(const raster::RasterImage& image, int x, int y) {
-    const QRgb pixel = image.toQImage().pixel(x, y);
+    const QRgb pixel = qUnpremultiply(image.toQImage().pixel(x, y));
     return {qRed(pixel), qGreen(pixel), qBlue(pixel), qAlpha(pixel)};
 }
 

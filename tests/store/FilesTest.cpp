@@ -122,8 +122,10 @@ TEST_F(OpenAndSave, AFailedSaveSaysWhyAndChangesNothing) {
     const auto store = makeStore();
     const QUuid id = makeProject(*store);
     const model::PaintProject before = *store->project(id);
+    QFile notAFolder(folder.filePath(QStringLiteral("plain")));
+    ASSERT_TRUE(notAFolder.open(QIODevice::WriteOnly));
     for (const auto format : {SaveFormat::project, SaveFormat::png}) {
-        const QUrl target = file(QStringLiteral("missing/boat.x"));
+        const QUrl target = file(QStringLiteral("plain/boat.x"));
         EXPECT_FALSE(store->saveProject(0, {target, format}));
         EXPECT_TRUE(store->statusMessage().startsWith(QStringLiteral("Save failed: ")));
         EXPECT_EQ(*store->project(id), before);
