@@ -20,6 +20,8 @@ void unpremultiplyPixels(const std::uint8_t* from, std::uint8_t* to, std::size_t
 
 /// Whether every pixel is opaque, or every byte is zero: runs that are the same either way.
 bool isAlphaTrivial(const std::uint8_t* pixels, std::size_t pixelCount);
+/// Whether no component of any pixel is above its alpha.
+bool isPremultiplied(const std::uint8_t* pixels, std::size_t pixelCount);
 bool isAllZero(const std::uint8_t* bytes, std::size_t byteCount);
 
 } // namespace quillabrae::raster

@@ -1,17 +1,165 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/DecodeCache.h"
 
-#include "raster/PngCodec.h"
+#include "raster/AlphaKernels.h"
+#include "raster/Parallel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <list>
+#include <mutex>
+#include <unordered_map>
+
+#if defined(__unix__)
+#include <unistd.h>
+#endif
 
 namespace quillabrae::raster {
+namespace {
+
+constexpr std::size_t greatestDefaultBudget = std::size_t{512} * 1024 * 1024;
+
+std::size_t quarterOfMemory() {
+#if defined(_SC_PHYS_PAGES) && defined(_SC_PAGESIZE)
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGESIZE);
+    if (pages > 0 && pageSize > 0)
+        return static_cast<std::size_t>(pages) / 4 * static_cast<std::size_t>(pageSize);
+#endif
+    return greatestDefaultBudget;
+}
+
+class Cache {
+public:
+    RasterImage find(const model::PngBytes::Buffer& bytes) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_index.find(bytes.get());
+        if (found == m_index.end()) return {};
+        // The address may have been another buffer's before.
+        if (found->second->bytes.lock() != bytes) {
+            remove(found->second);
+            return {};
+        }
+        m_entries.splice(m_entries.begin(), m_entries, found->second);
+        return found->second->image;
+    }
+
+    void enter(const model::PngBytes::Buffer& bytes, RasterImage image) {
+        image.setLogicalSize(QSizeF(image.width(), image.height()));
+        const std::lock_guard lock(m_mutex);
+        removeDead();
+        if (const auto old = m_index.find(bytes.get()); old != m_index.end()) remove(old->second);
+        if (image.byteCount() > m_budget) return;
+        m_size += image.byteCount();
+        m_entries.push_front({bytes, bytes.get(), std::move(image)});
+        m_index[bytes.get()] = m_entries.begin();
+        keepToBudget();
+    }
+
+    void clear() {
+        const std::lock_guard lock(m_mutex);
+        m_index.clear();
+        m_entries.clear();
+        m_size = 0;
+    }
+
+    void setBudget(std::size_t bytes) {
+        const std::lock_guard lock(m_mutex);
+        m_budget = std::min(bytes, quarterOfMemory());
+        keepToBudget();
+    }
+
+    std::size_t size() {
+        const std::lock_guard lock(m_mutex);
+        removeDead();
+        return m_size;
+    }
+
+private:
+    struct Entry {
+        std::weak_ptr<const QByteArray> bytes;
+        const QByteArray* key;
+        RasterImage image;
+    };
+    using Entries = std::list<Entry>;
+
+    void remove(Entries::iterator entry) {
+        m_size -= entry->image.byteCount();
+        m_index.erase(entry->key);
+        m_entries.erase(entry);
+    }
+
+    void removeDead() {
+        for (auto entry = m_entries.begin(); entry != m_entries.end();) {
+            const auto candidate = entry++;
+            if (candidate->bytes.expired()) remove(candidate);
+        }
+    }
+
+    void keepToBudget() {
+        while (m_size > m_budget) remove(std::prev(m_entries.end()));
+    }
+
+    std::mutex m_mutex;
+    /// Last used first.
+    Entries m_entries;
+    std::unordered_map<const QByteArray*, Entries::iterator> m_index;
+    std::size_t m_size = 0;
+    std::size_t m_budget = std::min(greatestDefaultBudget, quarterOfMemory());
+};
+
+Cache& cache() {
+    static Cache instance;
+    return instance;
+}
+
+/// Whether the image comes back from its encoding as it is: no component above its alpha.
+bool survivesEncoding(const RasterImage& image) {
+    constexpr int rowsAtOnce = 64;
+    std::atomic<bool> survives = true;
+    parallelForRowBands(image.height(), rowsAtOnce, [&](int first, int last) {
+        const std::size_t pixels =
+            static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(last - first);
+        if (survives && !isPremultiplied(image.row(first), pixels)) survives = false;
+    });
+    return survives;
+}
+
+model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image) {
+    if (!bytes.isEmpty() && survivesEncoding(image)) cache().enter(bytes.buffer(), image);
+    return bytes;
+}
+
+} // namespace
 
 RasterImage decodedImage(const model::PngBytes& bytes) {
-    return decodePng(bytes);
+    if (bytes.isEmpty()) return {};
+    RasterImage image = cache().find(bytes.buffer());
+    if (!image.isNull()) return image;
+    image = decodePng(bytes);
+    if (!image.isNull()) cache().enter(bytes.buffer(), image);
+    return image;
 }
+
 model::PngBytes encodedImage(const RasterImage& image) {
-    return encodePng(image);
+    return entered(encodePng(image), image);
 }
-void clearDecodeCache() {}
-void setDecodeCacheBudget(std::size_t) {}
+
+model::PngBytes encodedImage(const RasterImage& image, const model::PngBytes& previous,
+                             RowRange changedRows) {
+    return entered(encodePng(image, previous, changedRows), image);
+}
+
+void clearDecodeCache() {
+    cache().clear();
+}
+
+void setDecodeCacheBudget(std::size_t bytes) {
+    cache().setBudget(bytes);
+}
+
+std::size_t decodeCacheSize() {
+    return cache().size();
+}
 
 } // namespace quillabrae::raster

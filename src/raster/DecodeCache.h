@@ -2,23 +2,34 @@
 #pragma once
 
 #include "model/PngBytes.h"
+#include "raster/PngCodec.h"
 #include "raster/RasterImage.h"
 
 #include <cstddef>
 
+/// The images that were decoded or encoded last, kept within a budget of bytes, each for as long as
+/// its PNG bytes are held anywhere. Invisible but for its speed: the same calls give the same
+/// pixels and the same bytes without it. Safe on any thread.
 namespace quillabrae::raster {
 
-/// `decodePng`, remembering the images that were decoded or encoded last within a byte budget.
-/// Invisible but for its speed: the same bytes give the same pixels without it. Safe on any thread.
+/// `decodePng`, remembered.
 RasterImage decodedImage(const model::PngBytes& bytes);
 
-/// `encodePng`, which leaves the image as the cached decoding of its own bytes.
+/// `encodePng`, which leaves the image as the decoding of its own bytes.
 model::PngBytes encodedImage(const RasterImage& image);
 
-/// Forgets every image that nobody else holds.
+/// The same by way of an earlier encoding, as `encodePng` does it.
+model::PngBytes encodedImage(const RasterImage& image, const model::PngBytes& previous,
+                             RowRange changedRows);
+
+/// Forgets every image. Those that are in use elsewhere live on there.
 void clearDecodeCache();
 
-/// The most bytes of pixels that the cache keeps.
+/// The most bytes of pixels that the cache keeps. 512 MiB unless set, and never more than a quarter
+/// of the machine's memory.
 void setDecodeCacheBudget(std::size_t bytes);
+
+/// The bytes of pixels that the cache holds now.
+std::size_t decodeCacheSize();
 
 } // namespace quillabrae::raster

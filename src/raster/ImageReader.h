@@ -11,8 +11,8 @@
 namespace quillabrae::raster {
 
 /// The picture in an image file: first frame, orientation applied, converted to sRGB. Nothing for
-/// a file that cannot be read, is no picture, or is beyond the size limits (which are checked
-/// before anything is allocated for its pixels).
+/// a file that cannot be read, is no raster picture, or is beyond the size limits (which are
+/// checked before anything is allocated for its pixels). The format is told by the contents.
 std::optional<RasterImage> readImageFile(const QString& path);
 
 /// The same for bytes in memory.

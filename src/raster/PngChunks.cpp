@@ -60,9 +60,12 @@ std::optional<PngHeader> headerFrom(const PngChunk& chunk) {
     return header;
 }
 
-bool statesColors(std::uint32_t type) {
-    return type == pngChunkType("iCCP") || type == pngChunkType("gAMA") ||
-           type == pngChunkType("cHRM") || type == pngChunkType("cICP");
+void enterColors(PngLayout& layout, std::uint32_t type) {
+    // A file that says sRGB states the gamma and chromaticities of sRGB for those who know it not.
+    if (type == pngChunkType("sRGB")) layout.isSrgb = true;
+    if (type == pngChunkType("iCCP") || type == pngChunkType("gAMA") ||
+        type == pngChunkType("cHRM"))
+        layout.statesColors = true;
 }
 
 /// Enters one chunk between header and end; false where it must not be there.
@@ -74,7 +77,7 @@ bool enterChunk(PngLayout& layout, const PngChunk& chunk, bool followsImageData)
         return true;
     }
     if (!chunk.hasValidCrc()) return false;
-    if (statesColors(chunk.type)) layout.hasColorProfile = true;
+    enterColors(layout, chunk.type);
     if (chunk.type == bandIndexType) layout.bandIndex = chunk.data;
     if (chunk.type == pngChunkType("tRNS")) layout.transparency = chunk.data;
     if (!chunk.isCritical()) return true;

@@ -73,8 +73,12 @@ struct PngLayout {
     ByteSpan palette;
     ByteSpan transparency;
     ByteSpan bandIndex;
-    /// Whether the file states colours other than sRGB's: an ICC profile, a gamma, chromaticities.
-    bool hasColorProfile = false;
+    /// Whether the file says that its colours are sRGB, and whether it states a profile, a gamma or
+    /// chromaticities.
+    bool isSrgb = false;
+    bool statesColors = false;
+
+    bool hasOtherColors() const { return statesColors && !isSrgb; }
 
     std::size_t imageDataSize() const;
 };

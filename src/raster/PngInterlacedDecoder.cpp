@@ -15,6 +15,18 @@ struct ContextDeleter {
     void operator()(spng_ctx* context) const { spng_ctx_free(context); }
 };
 
+/// The colour named transparent, cut to the samples' depth as the format has it; the library
+/// compares all 16 bits.
+std::vector<std::uint8_t> cutTransparency(const PngLayout& layout) {
+    std::vector<std::uint8_t> data(layout.transparency.begin(), layout.transparency.end());
+    const PngHeader& header = layout.header;
+    if (header.colorType == PngColorType::palette || header.bitDepth == 16) return data;
+    const auto mask = static_cast<std::uint8_t>((1U << header.bitDepth) - 1U);
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data[i] = i % 2 == 0 ? std::uint8_t{0} : static_cast<std::uint8_t>(data[i] & mask);
+    return data;
+}
+
 /// The file again with nothing in it but what the pixels need, so that the library spends nothing
 /// on texts and profiles.
 std::vector<std::uint8_t> bareFile(const PngLayout& layout) {
@@ -33,7 +45,7 @@ std::vector<std::uint8_t> bareFile(const PngLayout& layout) {
     out = writePngChunk(out, pngChunkType("IHDR"), headerData);
     if (!layout.palette.empty()) out = writePngChunk(out, pngChunkType("PLTE"), layout.palette);
     if (!layout.transparency.empty())
-        out = writePngChunk(out, pngChunkType("tRNS"), layout.transparency);
+        out = writePngChunk(out, pngChunkType("tRNS"), cutTransparency(layout));
     for (const PngChunk& chunk : layout.imageData) out = std::ranges::copy(chunk.whole, out).out;
     out = writePngChunk(out, pngChunkType("IEND"), {});
     file.resize(static_cast<std::size_t>(out - file.data()));

@@ -1,42 +1,85 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/RasterImage.h"
 
+#include "raster/PixelMemory.h"
+
 #include <algorithm>
-#include <cstdlib>
+#include <atomic>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace quillabrae::raster {
 
+/// A block of pixel memory, or the memory of a picture that was handed over.
 struct RasterImage::Pixels {
-    explicit Pixels(std::size_t byteCount)
-        : data(static_cast<std::uint8_t*>(std::malloc(byteCount))) {
-        if (!data) throw std::bad_alloc();
+    Pixels(std::uint8_t* memory, std::size_t size) : data(memory), byteCount(size) {
+        if (data == nullptr) throw std::bad_alloc();
     }
-    ~Pixels() { std::free(data); }
+    explicit Pixels(QImage&& handedOver) : picture(std::move(handedOver)), data(picture.bits()) {
+        if (data == nullptr) throw std::bad_alloc();
+    }
+    ~Pixels() {
+        if (byteCount != 0) freePixels(data, byteCount);
+    }
     Pixels(const Pixels&) = delete;
     Pixels& operator=(const Pixels&) = delete;
 
+    QImage picture;
     std::uint8_t* data;
+    std::size_t byteCount = 0;
 };
 
-RasterImage RasterImage::uninitialized(int pixelWidth, int pixelHeight) {
+namespace {
+
+std::size_t byteCountOf(int width, int height) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+}
+
+} // namespace
+
+RasterImage RasterImage::withPixels(std::shared_ptr<Pixels> pixels, int width, int height) {
     RasterImage image;
-    if (pixelWidth < 1 || pixelHeight < 1) return image;
-    image.m_width = pixelWidth;
-    image.m_height = pixelHeight;
-    image.m_logicalSize = QSizeF(pixelWidth, pixelHeight);
-    try {
-        image.m_pixels = std::make_shared<Pixels>(image.byteCount());
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    image.m_pixels = std::move(pixels);
+    image.m_width = width;
+    image.m_height = height;
+    image.m_logicalSize = QSizeF(width, height);
     return image;
 }
 
-RasterImage::RasterImage(int pixelWidth, int pixelHeight)
-    : RasterImage(uninitialized(pixelWidth, pixelHeight)) {
-    if (m_pixels) std::memset(m_pixels->data, 0, byteCount());
+RasterImage RasterImage::uninitialized(int pixelWidth, int pixelHeight) {
+    if (pixelWidth < 1 || pixelHeight < 1) return {};
+    const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
+    try {
+        return withPixels(std::make_shared<Pixels>(allocatePixels(size), size), pixelWidth,
+                          pixelHeight);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+RasterImage::RasterImage(int pixelWidth, int pixelHeight) {
+    if (pixelWidth < 1 || pixelHeight < 1) return;
+    const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
+    try {
+        *this = withPixels(std::make_shared<Pixels>(allocateClearPixels(size), size), pixelWidth,
+                           pixelHeight);
+    } catch (const std::bad_alloc&) {
+        // Null, as announced.
+    }
+}
+
+RasterImage RasterImage::fromQImage(QImage&& picture) {
+    if (picture.isNull()) return {};
+    picture.convertTo(QImage::Format_RGBA8888_Premultiplied);
+    const int width = picture.width();
+    const int height = picture.height();
+    if (picture.isNull() || picture.bytesPerLine() != qsizetype{4} * width) return {};
+    try {
+        return withPixels(std::make_shared<Pixels>(std::move(picture)), width, height);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
 }
 
 std::span<const std::uint8_t> RasterImage::bytes() const {
@@ -60,8 +103,12 @@ std::span<std::uint8_t> RasterImage::mutableBytes() {
 }
 
 void RasterImage::detach() {
-    if (m_pixels.use_count() == 1) return;
-    auto copy = std::make_shared<Pixels>(byteCount());
+    if (m_pixels.use_count() == 1) {
+        // What another thread read through its copy, it read before we write.
+        std::atomic_thread_fence(std::memory_order_acquire);
+        return;
+    }
+    auto copy = std::make_shared<Pixels>(allocatePixels(byteCount()), byteCount());
     std::memcpy(copy->data, m_pixels->data, byteCount());
     m_pixels = std::move(copy);
 }

@@ -24,6 +24,9 @@ public:
     RasterImage(int pixelWidth, int pixelHeight);
     /// The same with contents left undefined, for callers that write every pixel.
     static RasterImage uninitialized(int pixelWidth, int pixelHeight);
+    /// The pixels of a picture of any format, moved out of it where it is the only one to hold
+    /// them. Null for a null picture.
+    static RasterImage fromQImage(QImage&& picture);
 
     bool isNull() const { return m_pixels == nullptr; }
     int width() const { return m_width; }
@@ -54,6 +57,7 @@ public:
 private:
     struct Pixels;
 
+    static RasterImage withPixels(std::shared_ptr<Pixels> pixels, int width, int height);
     void detach();
 
     std::shared_ptr<Pixels> m_pixels;

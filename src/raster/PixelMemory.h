@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Where the pixels of images live. Pages fresh from the system cost several times what copying
+/// their contents does, so large blocks come in huge pages, and a little of what was freed last is
+/// kept for the next image of the same size. Safe on any thread.
+namespace quillabrae::raster {
+
+/// At most this much freed memory is kept.
+constexpr std::size_t keptPixelMemory = 72 * 1024 * 1024;
+
+/// `byteCount` bytes (more than 0) of undefined contents, aligned as malloc aligns; null when there
+/// are none. Freed by `freePixels` with the same count.
+std::uint8_t* allocatePixels(std::size_t byteCount);
+
+/// The same, all zero; large blocks take up memory only where they are written.
+std::uint8_t* allocateClearPixels(std::size_t byteCount);
+
+void freePixels(std::uint8_t* pixels, std::size_t byteCount);
+
+/// Gives the memory that is kept back to the system.
+void releaseKeptPixelMemory();
+
+/// Asks for huge pages under a large block just allocated by other means.
+void adviseHugePages(void* block, std::size_t byteCount);
+
+} // namespace quillabrae::raster
