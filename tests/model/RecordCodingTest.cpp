@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/RandomRecords.h"
 #include "model/RecordCoding.h"
+#include "support/RandomRecords.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "model/RandomRecords.h"
+#include "support/RandomRecords.h"
 
 #include <array>
 #include <bit>
