@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/RecordCoding.h"
+#include "persistence/AppPersistenceService.h"
+#include "persistence/FileError.h"
+#include "persistence/RecoverySessionCoding.h"
+#include "platform/MemoryPreferences.h"
+#include "support/RandomRecords.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <limits>
+
+namespace quillabrae::persistence {
+namespace {
+
+namespace Service = AppPersistenceService;
+using model::PaintAppSettings;
+using model::PaintProject;
+using testing::ElementsAre;
+using tests::RandomRecords;
+
+const QString settingsKey = QStringLiteral("Quillabrae.settings");
+const QString recentsKey = QStringLiteral("Quillabrae.recents");
+
+PaintAutosaveSession randomSession(std::uint32_t seed) {
+    RandomRecords random(seed);
+    PaintAutosaveSession session;
+    for (int i = 0; i < 3; ++i) {
+        const PaintProject project = random.project();
+        session.projects.push_back(project);
+        session.savedProjectFingerprints.insert(project.id,
+                                                *model::ProjectFingerprint::of(project));
+        session.histories.insert(project.id, random.history());
+    }
+    session.activeProjectID = session.projects.front().id;
+    session.savedAt = random.date();
+    return session;
+}
+
+class AutosavedSession : public testing::Test {
+protected:
+    QString file() const {
+        return Service::recoveryFile(m_folder.path() + QStringLiteral("/Autosave"));
+    }
+
+    void store(const QByteArray& bytes) const {
+        QDir().mkpath(m_folder.path() + QStringLiteral("/Autosave"));
+        QFile stored(file());
+        ASSERT_TRUE(stored.open(QIODevice::WriteOnly));
+        stored.write(bytes);
+    }
+
+    QByteArray stored() const {
+        QFile stored(file());
+        EXPECT_TRUE(stored.open(QIODevice::ReadOnly));
+        return stored.readAll();
+    }
+
+    // The names in the autosave folder, hidden ones included.
+    QStringList names() const {
+        return QDir(m_folder.path() + QStringLiteral("/Autosave"))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    // The error of a save that has to fail.
+    static QString errorOfSaving(const PaintAutosaveSession& session, const QString& file) {
+        try {
+            Service::saveAutosavedSession(session, file);
+        } catch (const FileError& error) {
+            return error.description();
+        }
+        ADD_FAILURE() << "it was saved";
+        return {};
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST(StoredSettings, AreDefaultsWhenAbsentOrUnreadable) {
+    platform::MemoryPreferences preferences;
+    EXPECT_EQ(Service::loadSettings(preferences), PaintAppSettings());
+    for (const char* bytes :
+         {"", "nonsense", "[]", R"({"brushSize": "5"})", R"({"brushSize": 7)"}) {
+        preferences.setValue(settingsKey, QByteArray(bytes));
+        EXPECT_EQ(Service::loadSettings(preferences), PaintAppSettings()) << bytes;
+    }
+}
+
+TEST(StoredSettings, ComeBackAsTheyWereSaved) {
+    platform::MemoryPreferences preferences;
+    const PaintAppSettings settings = RandomRecords(31).settings();
+    Service::saveSettings(preferences, settings);
+    EXPECT_EQ(preferences.value(settingsKey).typeId(), QMetaType::QByteArray);
+    EXPECT_EQ(Service::loadSettings(preferences), settings);
+}
+
+TEST(StoredSettings, OfAnOlderVersionTakeDefaultsForWhatIsMissing) {
+    platform::MemoryPreferences preferences;
+    preferences.setValue(settingsKey, QByteArray(R"({"brushSize": 33, "selectedTool": "hand"})"));
+    PaintAppSettings expected;
+    expected.brushSize = 33.0;
+    expected.selectedTool = model::PaintTool::pan;
+    EXPECT_EQ(Service::loadSettings(preferences), expected);
+}
+
+TEST(StoredSettings, AreLoadedUnclamped) {
+    platform::MemoryPreferences preferences;
+    preferences.setValue(
+        settingsKey,
+        QByteArray(R"({"brushSize": 900, "shapeOutlineWidth": 2.4, "zoomScale": 0.01})"));
+    const PaintAppSettings loaded = Service::loadSettings(preferences);
+    EXPECT_EQ(loaded.brushSize, 900.0);
+    EXPECT_EQ(loaded.clamped().brushSize, 512.0);
+    EXPECT_EQ(loaded.clamped().shapeOutlineWidth, 2.0);
+    EXPECT_EQ(loaded.clamped().zoomScale, 0.1);
+}
+
+TEST(StoredSettings, ThatCannotBeWrittenLeaveTheStoredOnes) {
+    platform::MemoryPreferences preferences;
+    PaintAppSettings settings = RandomRecords(32).settings();
+    Service::saveSettings(preferences, settings);
+    const PaintAppSettings before = settings;
+    settings.brushSize = std::numeric_limits<double>::quiet_NaN();
+    Service::saveSettings(preferences, settings);
+    EXPECT_EQ(Service::loadSettings(preferences), before);
+}
+
+TEST(StoredRecents, ComeBackAsTheyWereSaved) {
+    platform::MemoryPreferences preferences;
+    RandomRecords random(33);
+    const std::vector<model::RecentProject> recents{random.recent(), random.recent(),
+                                                    random.recent()};
+    EXPECT_TRUE(Service::loadRecents(preferences, recentsKey).empty());
+    Service::saveRecents(preferences, recentsKey, recents);
+    EXPECT_EQ(Service::loadRecents(preferences, recentsKey), recents);
+    Service::saveRecents(preferences, recentsKey, {});
+    EXPECT_EQ(preferences.bytes(recentsKey), QByteArray("[]"));
+    EXPECT_TRUE(Service::loadRecents(preferences, recentsKey).empty());
+}
+
+TEST(StoredRecents, OneThatIsUnreadableMakesTheListEmpty) {
+    platform::MemoryPreferences preferences;
+    preferences.setValue(recentsKey, QByteArray(R"([{"title": "a", "url": "file:///a"}])"));
+    EXPECT_TRUE(Service::loadRecents(preferences, recentsKey).empty());
+}
+
+TEST_F(AutosavedSession, ComesBackAsItWasSaved) {
+    for (std::uint32_t seed = 40; seed < 60; ++seed) {
+        const PaintAutosaveSession session = randomSession(seed);
+        Service::saveAutosavedSession(session, file());
+        EXPECT_EQ(Service::loadAutosavedSession(file()), session);
+        EXPECT_THAT(names(), ElementsAre(QStringLiteral("Recovery.quillabraesession")));
+    }
+}
+
+TEST_F(AutosavedSession, IsWrittenWithSortedKeysAndIdentifiersAsKeys) {
+    PaintAutosaveSession session;
+    PaintProject project;
+    project.id = QUuid(QStringLiteral("7c9e6679-7425-40de-944b-e07fc1f90ae7"));
+    project.lastModified = QDateTime::fromSecsSinceEpoch(60, Qt::UTC);
+    session.projects = {project};
+    session.activeProjectID = project.id;
+    session.savedAt = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+    session.histories.insert(project.id, {});
+    session.savedProjectFingerprints.insert(project.id, *model::ProjectFingerprint::of(project));
+    Service::saveAutosavedSession(session, file());
+
+    project.lastModified = QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+    const QByteArray fingerprint = model::encodedJson(project).toBase64();
+    project.lastModified = QDateTime::fromSecsSinceEpoch(60, Qt::UTC);
+    const QByteArray projectText = model::encodedJson(project).replace("\n", "\n    ");
+    EXPECT_EQ(stored(), QByteArray(R"({
+  "activeProjectID": "7C9E6679-7425-40DE-944B-E07FC1F90AE7",
+  "histories": {
+    "7C9E6679-7425-40DE-944B-E07FC1F90AE7": {
+      "entries": [],
+      "selectedIndex": -1
+    }
+  },
+  "projects": [
+    )") + projectText + R"(
+  ],
+  "savedAt": "1970-01-01T00:00:00Z",
+  "savedProjectFingerprints": {
+    "7C9E6679-7425-40DE-944B-E07FC1F90AE7": ")" +
+                            fingerprint + R"("
+  }
+})");
+}
+
+TEST_F(AutosavedSession, KeepsWhereItsProjectsAreSaved) {
+    PaintAutosaveSession session = randomSession(61);
+    session.projects[0].fileURL = QUrl::fromLocalFile(QStringLiteral("/a b/ü.quillabrae"));
+    Service::saveAutosavedSession(session, file());
+    EXPECT_EQ(Service::loadAutosavedSession(file())->projects[0].fileURL,
+              session.projects[0].fileURL);
+}
+
+TEST_F(AutosavedSession, OnlyItsProjectsAreRequired) {
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    store(R"({"projects": []})");
+    const auto session = Service::loadAutosavedSession(file());
+    ASSERT_TRUE(session);
+    EXPECT_TRUE(session->projects.empty());
+    EXPECT_EQ(session->activeProjectID, std::nullopt);
+    EXPECT_TRUE(session->histories.isEmpty());
+    EXPECT_TRUE(session->savedProjectFingerprints.isEmpty());
+    EXPECT_GE(session->savedAt, before);
+    EXPECT_LE(session->savedAt, QDateTime::currentDateTimeUtc());
+    store(R"({"histories": {}})");
+    EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt);
+}
+
+TEST_F(AutosavedSession, AFingerprintThatIsNoProjectIsDropped) {
+    PaintAutosaveSession session = randomSession(62);
+    Service::saveAutosavedSession(session, file());
+    const QUuid broken = session.projects[1].id;
+    const QByteArray text =
+        model::encodedJson(session.savedProjectFingerprints.constFind(broken)->project())
+            .toBase64();
+    store(stored().replace(text, QByteArray("{\"no\": \"project\"}").toBase64()));
+    session.savedProjectFingerprints.remove(broken);
+    EXPECT_EQ(Service::loadAutosavedSession(file()), session);
+}
+
+TEST_F(AutosavedSession, PicturesAreSharedAcrossProjectsHistoriesAndFingerprints) {
+    PaintAutosaveSession session = randomSession(63);
+    const model::PngBytes picture(QByteArray(300'000, 'p'));
+    PaintProject& project = session.projects[0];
+    project.layers[0].bitmapPNGData = picture;
+    session.savedProjectFingerprints.insert(project.id, *model::ProjectFingerprint::of(project));
+    session.histories[project.id].entries.assign(3, {QUuid::createUuid(), {}, {}, project});
+    session.histories[project.id].selectedIndex = 1;
+    Service::saveAutosavedSession(session, file());
+
+    const auto read = Service::loadAutosavedSession(file());
+    const model::PngBytes& first = *read->projects[0].layers[0].bitmapPNGData;
+    EXPECT_EQ(first, picture);
+    const auto sharesFirst = [&](const PaintProject& other) {
+        return other.layers[0].bitmapPNGData->sharesBufferWith(first);
+    };
+    EXPECT_TRUE(sharesFirst(read->savedProjectFingerprints.constFind(project.id)->project()));
+    for (const model::PaintHistoryEntry& entry : read->histories.value(project.id).entries)
+        EXPECT_TRUE(sharesFirst(entry.project));
+}
+
+TEST_F(AutosavedSession, WhatIsNoSessionIsAsNoFile) {
+    EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt);
+    for (const char* bytes :
+         {"", "{", "[]", "{}", "null", R"({"projects": 1})", R"({"projects": [{}]})",
+          R"({"projects": []}x)", R"({"projects": [], "savedAt": "today"})",
+          R"({"projects": [], "histories": []})", R"({"projects": [], "histories": {"x": {}}})",
+          R"({"projects": [], "savedProjectFingerprints": {"x": ""}})"}) {
+        store(bytes);
+        EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt) << bytes;
+    }
+    EXPECT_EQ(Service::loadAutosavedSession(m_folder.path()), std::nullopt);
+}
+
+TEST_F(AutosavedSession, ATornFileIsAsNoFile) {
+    Service::saveAutosavedSession(randomSession(64), file());
+    const QByteArray whole = stored();
+    for (qsizetype length = 0; length < whole.size(); length += 1 + length / 50) {
+        store(whole.first(length));
+        EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt) << length;
+    }
+}
+
+TEST_F(AutosavedSession, IsReadableByItsOwnerAlone) {
+    Service::saveAutosavedSession(randomSession(65), file());
+    EXPECT_EQ(QFile::permissions(file()) &
+                  (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther),
+              QFile::Permissions());
+}
+
+TEST_F(AutosavedSession, ThatCannotBeEncodedLeavesTheFormerOne) {
+    const PaintAutosaveSession before = randomSession(66);
+    Service::saveAutosavedSession(before, file());
+    PaintAutosaveSession session = before;
+    session.projects[2].canvasWidth = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(errorOfSaving(session, file()),
+              QStringLiteral("A number is not finite at projects[2].canvasWidth."));
+    EXPECT_EQ(Service::loadAutosavedSession(file()), before);
+    EXPECT_EQ(names().size(), 1);
+}
+
+TEST_F(AutosavedSession, ThatFindsAFolderInItsPlaceFailsAndLeavesNothing) {
+    QDir().mkpath(file() + QStringLiteral("/held"));
+    EXPECT_TRUE(errorOfSaving(randomSession(67), file()).contains(u"could not be written"));
+    EXPECT_THAT(names(), ElementsAre(QStringLiteral("Recovery.quillabraesession")));
+}
+
+TEST_F(AutosavedSession, ThatCannotHaveAFolderFails) {
+    QFile inTheWay(m_folder.path() + QStringLiteral("/Autosave"));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(errorOfSaving(randomSession(68), file()).isEmpty());
+}
+
+TEST_F(AutosavedSession, ThatDoesNotFitOntoTheDiskLeavesTheFormerOne) {
+    const PaintAutosaveSession before = randomSession(69);
+    Service::saveAutosavedSession(before, file());
+    PaintAutosaveSession session = before;
+    session.projects[0].layers[0].bitmapPNGData = model::PngBytes(QByteArray(1'000'000, 'x'));
+    // A limit on the size of files stands for the full disk.
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    rlimit lower = limit;
+    lower.rlim_cur = 500'000;
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &lower), 0);
+    const QString error = errorOfSaving(session, file());
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, formerHandler);
+    EXPECT_TRUE(error.contains(u"could not be written")) << error.toStdString();
+    EXPECT_EQ(Service::loadAutosavedSession(file()), before);
+    EXPECT_EQ(names().size(), 1);
+}
+
+TEST_F(AutosavedSession, KilledWritesNeitherHarmTheFileNorFillTheFolder) {
+    const PaintAutosaveSession before = randomSession(70);
+    Service::saveAutosavedSession(before, file());
+    PaintAutosaveSession next = before;
+    next.projects[0].layers[0].bitmapPNGData = model::PngBytes(QByteArray(20'000'000, 'x'));
+    int leftBehind = 0;
+    for (int round = 0; round < 12; ++round) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (;;) Service::saveAutosavedSession(round % 2 == 0 ? next : before, file());
+        }
+        usleep(static_cast<useconds_t>(3000 + round * 4000));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        const auto read = Service::loadAutosavedSession(file());
+        EXPECT_TRUE(read == before || read == next) << round;
+        EXPECT_LE(names().size(), 2) << round;
+        leftBehind += names().size() > 1 ? 1 : 0;
+    }
+    EXPECT_GT(leftBehind, 0);
+    Service::saveAutosavedSession(before, file());
+    EXPECT_THAT(names(), ElementsAre(QStringLiteral("Recovery.quillabraesession")));
+}
+
+TEST_F(AutosavedSession, TheTwoFilesOfAFolderDoNotDisturbEachOther) {
+    const QString closed = Service::closedWorkFile(m_folder.path() + QStringLiteral("/Autosave"));
+    Service::saveAutosavedSession(randomSession(71), file());
+    Service::saveAutosavedSession(randomSession(72), closed);
+    QFile other(m_folder.path() + QStringLiteral("/Autosave/.Recovery.notes"));
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    Service::saveAutosavedSession(randomSession(73), file());
+    EXPECT_EQ(Service::loadAutosavedSession(closed), randomSession(72));
+    EXPECT_EQ(Service::loadAutosavedSession(file()), randomSession(73));
+    EXPECT_EQ(names().size(), 3);
+}
+
+TEST_F(AutosavedSession, ClearingRemovesTheFileAndIsSilentWithoutOne) {
+    Service::saveAutosavedSession(randomSession(74), file());
+    Service::clearAutosavedSession(file());
+    EXPECT_TRUE(names().isEmpty());
+    Service::clearAutosavedSession(file());
+    Service::clearAutosavedSession(m_folder.path() + QStringLiteral("/nowhere/at/all"));
+}
+
+} // namespace
+} // namespace quillabrae::persistence
