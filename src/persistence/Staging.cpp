@@ -46,7 +46,9 @@ Staging::Staging(platform::FileOperations& operations, const QString& target)
       m_folder(QFileInfo(m_target).path()),
       m_path(m_folder + u'/' + stagingPrefix(m_target) + newIdentifier() + suffix) {
     // With no target, the only copy may be what a killed save has left.
-    if (m_operations.exists(m_target)) removeLeftovers();
+    if (!m_operations.exists(m_target)) return;
+    if (!m_operations.isWritable(m_target)) throw FileOperationError(m_target, EACCES);
+    removeLeftovers();
 }
 
 Staging::~Staging() {
@@ -70,6 +72,7 @@ void Staging::takePlace() {
 }
 
 bool Staging::replaceTarget() {
+    m_operations.adoptPermissions(m_target, m_path);
     try {
         if (!m_operations.exchange(m_path, m_target)) {
             replaceTargetInSteps();

@@ -18,7 +18,8 @@ namespace quillabrae::persistence {
 /// Throws platform::FileOperationError.
 class Staging {
 public:
-    /// A link at `target` is followed, so that it goes on pointing to what was saved.
+    /// A link at `target` is followed, so that it goes on pointing to what was saved. A target that
+    /// is protected against writing is an error.
     Staging(platform::FileOperations& operations, const QString& target);
     /// Removes what was not committed.
     ~Staging();
@@ -28,9 +29,9 @@ public:
     /// Where to build. There is nothing yet.
     const QString& path() const { return m_path; }
 
-    /// Puts what stands at `path`, which must be on the disk whole, in the target's place, and
-    /// removes what was there and what killed saves of the same target have left. On an error the
-    /// target is as it was.
+    /// Puts what stands at `path`, which must be on the disk whole, in the target's place with the
+    /// target's access rights, and removes what was there and what killed saves of it have left. On
+    /// an error the target is as it was.
     void commit();
 
 private:

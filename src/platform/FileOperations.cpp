@@ -161,6 +161,21 @@ public:
         if (::rmdir(name.constData()) != 0 && errno != ENOENT) fail(path);
     }
 
+    void adoptPermissions(const QString& from, const QString& to) override {
+        struct stat model {};
+        struct stat information {};
+        const QByteArray name = QFile::encodeName(to);
+        if (::stat(QFile::encodeName(from).constData(), &model) != 0) return;
+        if (::stat(name.constData(), &information) != 0) return;
+        if ((model.st_mode & S_IFMT) != (information.st_mode & S_IFMT)) return;
+        // Where it fails the thing keeps the rights it was made with.
+        static_cast<void>(::chmod(name.constData(), model.st_mode & 0777));
+    }
+
+    bool isWritable(const QString& path) override {
+        return ::euidaccess(QFile::encodeName(path).constData(), W_OK) == 0;
+    }
+
     bool exists(const QString& path) override {
         struct stat information {};
         return ::lstat(QFile::encodeName(path).constData(), &information) == 0;

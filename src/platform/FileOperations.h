@@ -58,8 +58,13 @@ public:
     /// are removed, not followed.
     virtual void removeTree(const QString& path) = 0;
 
+    /// Gives `to` the access rights of `from` where both are files or both are folders. Never fails.
+    virtual void adoptPermissions(const QString& from, const QString& to) = 0;
+
     /// Whether there is anything, a broken link included.
     virtual bool exists(const QString& path) = 0;
+    /// Whether this user may change what is at `path`.
+    virtual bool isWritable(const QString& path) = 0;
     /// The names in a folder, hidden ones included; empty for a folder that cannot be read.
     virtual QStringList entries(const QString& folder) = 0;
 };

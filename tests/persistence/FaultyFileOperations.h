@@ -19,8 +19,6 @@ public:
     std::function<void(int step, const char* name)> beforeStep = [](int, const char*) {};
 
     int stepCount() const { return m_stepCount; }
-    /// How many files were created.
-    int createdFileCount() const { return m_createdFileCount; }
 
     void makePath(const QString& folder) override {
         take("makePath");
@@ -28,7 +26,6 @@ public:
     }
     std::unique_ptr<platform::DurableFile> createFile(const QString& path) override {
         take("createFile");
-        ++m_createdFileCount;
         return std::make_unique<File>(*this, m_system.createFile(path));
     }
     void syncFolder(const QString& folder) override {
@@ -48,6 +45,10 @@ public:
         take("removeTree");
         m_system.removeTree(path);
     }
+    void adoptPermissions(const QString& from, const QString& to) override {
+        m_system.adoptPermissions(from, to);
+    }
+    bool isWritable(const QString& path) override { return m_system.isWritable(path); }
     bool exists(const QString& path) override { return m_system.exists(path); }
     QStringList entries(const QString& folder) override { return m_system.entries(folder); }
 
@@ -80,7 +81,6 @@ private:
     platform::FileOperations& m_system = platform::systemFileOperations();
     Exchange m_exchange;
     int m_stepCount = 0;
-    int m_createdFileCount = 0;
 };
 
 } // namespace quillabrae::persistence

@@ -2,6 +2,7 @@
 // What stands at the target, and beside it, after saves that fail or are killed.
 #include "persistence/FaultyFileOperations.h"
 #include "persistence/FileError.h"
+#include "persistence/OrdinaryUser.h"
 #include "persistence/ProjectFileService.h"
 #include "persistence/SampleProjects.h"
 #include "platform/FileIcons.h"
@@ -27,8 +28,6 @@ namespace {
 using platform::FileOperationError;
 using ::testing::HasSubstr;
 using Exchange = FaultyFileOperations::Exchange;
-
-constexpr uid_t nobody = 65534;
 
 class InterruptedSave : public ::testing::Test {
 protected:
@@ -209,22 +208,6 @@ TEST_F(InterruptedSave, AFullDiskIsToldAndLeavesTheOldPackage) {
     QFile::remove(disk + QStringLiteral("/ballast"));
     expectOnlyThePackage();
 }
-
-/// While alive, files are seen with the eyes of a user who is not root.
-class OrdinaryUser {
-public:
-    OrdinaryUser() {
-        if (m_isRoot && ::seteuid(nobody) != 0) ADD_FAILURE() << "cannot act as another user";
-    }
-    ~OrdinaryUser() {
-        if (m_isRoot && ::seteuid(0) != 0) std::abort();
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-private:
-    bool m_isRoot = ::geteuid() == 0;
-};
 
 TEST_F(InterruptedSave, AReadOnlyFolderIsToldAndKeepsItsPackage) {
     save(oldTitle);

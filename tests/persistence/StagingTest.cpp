@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/FaultyFileOperations.h"
+#include "persistence/FileSink.h"
+#include "persistence/OrdinaryUser.h"
 #include "persistence/Staging.h"
 
 #include <QDir>
@@ -9,8 +11,11 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <vector>
 
 namespace quillabrae::persistence {
 namespace {
@@ -181,6 +186,57 @@ TEST_F(Saving, AFileNeverReplacesAFolder) {
     EXPECT_THROW(save("new"), FileOperationError);
     EXPECT_TRUE(QFileInfo::exists(target + QStringLiteral("/kept")));
     EXPECT_EQ(names(), onlyTheTarget);
+}
+
+TEST_F(Saving, TheAccessRightsOfTheOldFileStay) {
+    constexpr mode_t onlyMine = 0600;
+    save("old");
+    ASSERT_EQ(::chmod(QFile::encodeName(target).constData(), onlyMine), 0);
+    save("new");
+    struct stat information {};
+    ASSERT_EQ(::stat(QFile::encodeName(target).constData(), &information), 0);
+    EXPECT_EQ(information.st_mode & 0777, onlyMine);
+}
+
+TEST_F(Saving, AFolderThatReplacesAFileKeepsTheRightsOfAFolder) {
+    save("old");
+    FaultyFileOperations operations;
+    Staging staging(operations, target);
+    operations.makePath(staging.path() + QStringLiteral("/inner"));
+    staging.commit();
+    EXPECT_TRUE(QFileInfo(target).isExecutable());
+    EXPECT_TRUE(QFileInfo::exists(target + QStringLiteral("/inner")));
+}
+
+TEST_F(Saving, AProtectedFileStaysAsItIs) {
+    save("old");
+    ASSERT_EQ(::chmod(QFile::encodeName(target).constData(), 0444), 0);
+    ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
+    {
+        const OrdinaryUser user;
+        EXPECT_THROW(save("new"), FileOperationError);
+    }
+    EXPECT_EQ(contents(target), QByteArray("old"));
+    EXPECT_EQ(names(), onlyTheTarget);
+}
+
+/// Remembers the largest piece that it was given.
+class MeasuringFile final : public DurableFile {
+public:
+    void write(std::span<const char> bytes) override { largest = std::max(largest, bytes.size()); }
+    void finish() override {}
+
+    std::size_t largest = 0;
+};
+
+TEST(FileSink, APictureIsNeverAsTextInMemoryWhole) {
+    constexpr std::size_t pictureSize = 8 << 20;
+    constexpr std::size_t smallPiece = 1 << 20;
+    MeasuringFile file;
+    FileSink sink(file);
+    sink.writeBase64(std::vector<std::uint8_t>(pictureSize, 0x5a));
+    EXPECT_GT(file.largest, 0U);
+    EXPECT_LT(file.largest, smallPiece);
 }
 
 TEST_F(Saving, TheStagingNameIsHiddenAndCarriesAnIdentifier) {
