@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/AppPaths.h"
+#include "platform/ProgramInstance.h"
+#include "shell/app/AppModel.h"
+
+#include <QApplication>
+#include <QDir>
+
+using quillabrae::platform::AppPaths;
+using quillabrae::platform::MeetingPlace;
+using quillabrae::platform::ProgramInstance;
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Quillabrae"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLABRAE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillabrae"));
+
+    const AppPaths paths = AppPaths::standard();
+    const QList<QUrl> files = quillabrae::platform::filesFromArguments(
+        QCoreApplication::arguments().mid(1), QDir::currentPath());
+    ProgramInstance instance(MeetingPlace::standard(paths.applicationSupport));
+    switch (instance.start(files)) {
+        case ProgramInstance::Role::first:
+            break;
+        case ProgramInstance::Role::second:
+            return EXIT_SUCCESS;
+        case ProgramInstance::Role::unanswered:
+            qCritical("Quillabrae is running but did not answer.");
+            return EXIT_FAILURE;
+    }
+
+    quillabrae::shell::AppModel model(application, paths);
+    model.launch(instance, files);
+    return QCoreApplication::exec();
+}

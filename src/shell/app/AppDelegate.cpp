@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/app/AppDelegate.h"
+
+#include "shell/app/FirstFrame.h"
+#include "shell/app/WindowCoordinator.h"
+#include "store/ProjectStore.h"
+
+#include <QEvent>
+#include <QScopedValueRollback>
+#include <QSessionManager>
+#include <QWidget>
+
+namespace quillabrae::shell {
+
+AppDelegate::AppDelegate(store::ProjectStore& store, WindowCoordinator& windows, Hooks hooks,
+                         QObject* parent)
+    : QObject(parent), m_store(store), m_windows(windows), m_hooks(std::move(hooks)) {
+    connect(&m_windows, &WindowCoordinator::quitRequested, this, &AppDelegate::terminate);
+}
+
+void AppDelegate::finishLaunching(const QList<QUrl>& files) {
+    const bool startsInEditor = m_store.hasActiveProject() || !files.isEmpty();
+    if (startsInEditor)
+        m_windows.showEditorWindow(m_store.activeProjectID());
+    else
+        m_windows.showWelcome();
+    QWidget* first = m_windows.window(startsInEditor ? WindowRole::editor : WindowRole::welcome);
+    new FirstFrame(first, [this, files] {
+        openFirstFiles(files);
+        m_hooks.afterFirstFrame();
+    });
+}
+
+void AppDelegate::openFirstFiles(const QList<QUrl>& files) {
+    if (files.isEmpty()) return;
+    m_windows.openFiles(files);
+    m_windows.closeEmptyEditor();
+}
+
+void AppDelegate::openFiles(const QList<QUrl>& files) {
+    m_windows.openFiles(files);
+    // The files may all have failed; the program still comes to the user, who reads why.
+    m_windows.reopen();
+}
+
+bool AppDelegate::mayTerminate() {
+    if (m_isAsking) return false;
+    const QScopedValueRollback asking(m_isAsking, true);
+    if (!m_store.shouldTerminateAfterHandlingUnsavedProjects()) return false;
+    return true;
+}
+
+void AppDelegate::terminate() {
+    if (mayTerminate()) finish();
+}
+
+void AppDelegate::finish() {
+    if (m_isEnding) return;
+    m_isEnding = true;
+    if (m_store.isPersistent()) m_store.finishSession();
+    m_hooks.quit();
+}
+
+void AppDelegate::commitData(QSessionManager& session) {
+    if (!session.allowsInteraction()) return;
+    const bool mayEnd = mayTerminate();
+    session.release();
+    if (mayEnd)
+        finish();
+    else
+        session.cancel();
+}
+
+bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Quit) return QObject::eventFilter(watched, event);
+    terminate();
+    event->setAccepted(m_isEnding);
+    return true;
+}
+
+} // namespace quillabrae::shell

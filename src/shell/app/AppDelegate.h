@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QUrl>
+
+#include <functional>
+
+class QSessionManager;
+
+namespace quillabrae::store {
+class ProjectStore;
+}
+
+namespace quillabrae::shell {
+
+class WindowCoordinator;
+
+/// What the program does when the desktop starts it, hands it files, comes back to it and ends it.
+class AppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Hooks {
+        /// Work of the launch that no window waits for; run after the first frame.
+        std::function<void()> afterFirstFrame;
+        /// Ends the event loop.
+        std::function<void()> quit;
+    };
+
+    AppDelegate(store::ProjectStore& store, WindowCoordinator& windows, Hooks hooks,
+                QObject* parent = nullptr);
+
+    /// Shows the first window: the editor for recovered work or for files to open, else the welcome
+    /// window. Files are opened once that window has painted.
+    void finishLaunching(const QList<QUrl>& files);
+    /// Opens files that the program was asked for while it runs.
+    void openFiles(const QList<QUrl>& files);
+    /// Asks about unsaved changes; when nothing stands against it, ends the session and the
+    /// program.
+    void terminate();
+    /// The desktop's log-out: the same questions, and a refusal stops the log-out where it can.
+    void commitData(QSessionManager& session);
+
+protected:
+    /// Takes the desktop's request to quit, which would otherwise close the windows one by one.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void openFirstFiles(const QList<QUrl>& files);
+    /// Whether the program may end; asks at most one set of questions at a time.
+    bool mayTerminate();
+    void finish();
+
+    store::ProjectStore& m_store;
+    WindowCoordinator& m_windows;
+    Hooks m_hooks;
+    bool m_isAsking = false;
+    bool m_isEnding = false;
+};
+
+} // namespace quillabrae::shell

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/app/AppModel.h"
+
+#include "platform/Clock.h"
+#include "platform/DesktopRegistration.h"
+#include "platform/GioFileIcons.h"
+#include "platform/ProgramInstance.h"
+#include "platform/SettingsPreferences.h"
+#include "shell/app/AppDelegate.h"
+#include "shell/app/ClipboardImageSize.h"
+#include "shell/app/DesktopWindows.h"
+#include "shell/app/WindowCoordinator.h"
+#include "shell/dialogs/DesktopDialogs.h"
+#include "shell/dialogs/DesktopProjectPanels.h"
+#include "shell/looks/SystemColorScheme.h"
+#include "store/ProjectStore.h"
+
+#include <QApplication>
+
+namespace quillabrae::shell {
+
+/// In the order of construction: each leans only on those before it.
+struct AppModel::Graph {
+    Graph(QApplication& application, const platform::AppPaths& paths)
+        : preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
+          colorScheme(preferences),
+          panels([this] { return windows.dialogParent(); }),
+          store({panels, preferences, clock, fileIcons, paths}, store::Persistence::on),
+          factory(store),
+          windows({store, preferences, factory, dialogs, clipboardImageSize}),
+          delegate(store, windows,
+                   {.afterFirstFrame =
+                        [this] {
+                            registration.claimProjectType();
+                            colorScheme.followSystem();
+                        },
+                    .quit = [] { QCoreApplication::exit(); }}) {
+        application.installEventFilter(&delegate);
+    }
+
+    platform::SystemClock clock;
+    platform::GioFileIcons fileIcons;
+    platform::XdgDesktopRegistration registration;
+    platform::SettingsPreferences preferences;
+    SystemColorScheme colorScheme;
+    DesktopProjectPanels panels;
+    store::ProjectStore store;
+    DesktopDialogs dialogs;
+    DesktopWindows factory;
+    WindowCoordinator windows;
+    AppDelegate delegate;
+};
+
+AppModel::AppModel(QApplication& application, const platform::AppPaths& paths)
+    : m_graph(std::make_unique<Graph>(application, paths)) {
+    application.setQuitOnLastWindowClosed(false);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &m_graph->delegate,
+                     &AppDelegate::commitData, Qt::DirectConnection);
+}
+
+AppModel::~AppModel() = default;
+
+void AppModel::launch(platform::ProgramInstance& instance, const QList<QUrl>& files) {
+    using platform::ProgramInstance;
+    QObject::connect(&instance, &ProgramInstance::filesOpened, &m_graph->delegate,
+                     &AppDelegate::openFiles);
+    QObject::connect(&instance, &ProgramInstance::reopened, &m_graph->windows,
+                     &WindowCoordinator::reopen);
+    m_graph->delegate.finishLaunching(files);
+}
+
+} // namespace quillabrae::shell

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/app/DesktopWindows.h"
+
+#include "shell/app/PlaceholderWindow.h"
+#include "shell/commands/CommandActions.h"
+#include "shell/editor/EditorWindow.h"
+#include "shell/welcome/WelcomePanel.h"
+#include "store/ProjectStore.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace quillabrae::shell {
+namespace {
+
+Qt::WindowFlags windowFlags(WindowTraits::Frame frame) {
+    switch (frame) {
+        case WindowTraits::Frame::none:
+            return Qt::Window | Qt::FramelessWindowHint;
+        case WindowTraits::Frame::fixed:
+            return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                   Qt::WindowCloseButtonHint;
+        case WindowTraits::Frame::resizable:
+            return Qt::Window;
+    }
+    return Qt::Window;
+}
+
+/// The size that fits a screen, which may be smaller than what the window is meant to have.
+void placeOnScreen(QWidget& window, const WindowTraits& traits) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    if (traits.frame == WindowTraits::Frame::resizable) {
+        window.setMinimumSize(traits.minimumSize.boundedTo(room.size()));
+        window.resize(traits.size.boundedTo(room.size()));
+    } else {
+        window.setFixedSize(traits.size);
+    }
+    QRect place(QPoint(), window.size());
+    place.moveCenter(room.center());
+    window.move(place.topLeft());
+}
+
+} // namespace
+
+DesktopWindows::DesktopWindows(store::ProjectStore& store) : m_store(store) {}
+
+DesktopWindows::~DesktopWindows() = default;
+
+const CommandActions& DesktopWindows::actions(WindowCoordinator& coordinator) {
+    if (m_actions == nullptr) {
+        m_actions = std::make_unique<CommandActions>(CommandContext{m_store, coordinator});
+    }
+    return *m_actions;
+}
+
+std::unique_ptr<QWidget> DesktopWindows::makeWindow(WindowRole role,
+                                                    WindowCoordinator& coordinator) {
+    const WindowTraits traits = windowTraits(role);
+    std::unique_ptr<QWidget> window = makeContent(role, coordinator);
+    window->setObjectName(traits.identifier);
+    window->setWindowTitle(traits.title);
+    window->setWindowFlags(windowFlags(traits.frame));
+    placeOnScreen(*window, traits);
+    return window;
+}
+
+std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
+                                                     WindowCoordinator& coordinator) {
+    switch (role) {
+        case WindowRole::editor:
+            return std::make_unique<EditorWindow>(m_store, coordinator, actions(coordinator));
+        case WindowRole::welcome:
+            return std::make_unique<WelcomePanel>(m_store, coordinator, actions(coordinator));
+        case WindowRole::pluginLibrary:
+            return std::make_unique<PlaceholderWindow>(
+                QStringLiteral("Plugin Library"),
+                QStringLiteral("There are no plugins to install yet."));
+        case WindowRole::paintNetQuickStart:
+            return std::make_unique<PlaceholderWindow>(
+                QStringLiteral("Paint.NET Quick Start"),
+                QStringLiteral("A short tour of the workspace will be here."));
+    }
+    return nullptr;
+}
+
+} // namespace quillabrae::shell

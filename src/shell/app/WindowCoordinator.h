@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/app/WindowRole.h"
+
+#include <QList>
+#include <QObject>
+#include <QSizeF>
+#include <QUrl>
+#include <QUuid>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QWidget;
+
+namespace quillabrae::model {
+struct PaintProject;
+struct PastedImage;
+struct RecentProject;
+} // namespace quillabrae::model
+
+namespace quillabrae::platform {
+class Preferences;
+}
+
+namespace quillabrae::store {
+class ProjectStore;
+}
+
+namespace quillabrae::shell {
+
+class Dialogs;
+class WindowFactory;
+
+/// What the coordinator needs of the world. All outlive it.
+struct WindowEnvironment {
+    store::ProjectStore& store;
+    platform::Preferences& preferences;
+    WindowFactory& factory;
+    Dialogs& dialogs;
+    /// The size of the picture on the clipboard, in pixels.
+    std::function<std::optional<QSizeF>()> clipboardImageSize;
+};
+
+/// Owns the program's windows and leads every command that needs one to it. Operations that run a
+/// dialog are put off until the event that asked for them is over.
+class WindowCoordinator final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WindowCoordinator(WindowEnvironment environment, QObject* parent = nullptr);
+    ~WindowCoordinator() override;
+
+    /// Shows the editor window, with the project's tab in front when one is given.
+    void showEditorWindow(std::optional<QUuid> selecting);
+    void showWelcome();
+    void showWelcomeIfNoVisibleWindows();
+    void showPluginLibrary();
+    void showPaintNetQuickStart();
+    /// Brings the program to the user, who has started it once more: its visible windows, or the
+    /// welcome window when there are none.
+    void reopen();
+
+    void createNewProject();
+    void openProjectFromPanel();
+    void openImageAsNewProject(const model::PastedImage& image);
+    /// Opens a recent project; a failure is in the store's status message.
+    void openRecent(const model::RecentProject& recent);
+    /// Opens packages and images in turn, and shows the last that could be opened.
+    void openFiles(const QList<QUrl>& files);
+    /// The same for what was dropped on a window.
+    void openDroppedFiles(const QList<QUrl>& files);
+    /// Brings back what the editor window's close button set aside.
+    void reopenClosedWork();
+
+    void selectProject(const QUuid& id);
+    /// Asks about unsaved changes first. The editor window goes with its last tab.
+    void closeProject(const QUuid& id);
+    void closeActiveProject();
+    void closeWelcome();
+    /// Closes an editor window that has no tab, in favour of the welcome window.
+    void closeEmptyEditor();
+    /// Asks for the end of the program once the current event is over.
+    void requestQuit();
+
+    /// Where a dialog belongs: the editor window, else the welcome window, else the active one.
+    QWidget* dialogParent() const;
+    QWidget* window(WindowRole role) const;
+    /// Whether any window is on the screen; the welcome window does not count.
+    int visibleWindowCount() const;
+
+Q_SIGNALS:
+    void quitRequested();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    using Slot = std::unique_ptr<QWidget>;
+
+    Slot& slot(WindowRole role) { return m_windows[static_cast<std::size_t>(role)]; }
+    std::optional<WindowRole> roleOf(const QObject* object) const;
+    /// Whether the window had to be made.
+    bool show(WindowRole role);
+    void refreshEditorTitle();
+    void succeedWith(const QUuid& projectID);
+    void afterClosing(bool wasClosed);
+    void presentNewProjectDialog();
+    void presentOpenProjectFromPanel();
+    void showQuickStartOnce();
+    /// Whether the window may close.
+    bool windowWillClose(WindowRole role);
+    bool closeAllProjects();
+    void windowDidBecomeKey();
+
+    WindowEnvironment m_environment;
+    std::array<Slot, windowRoleCount> m_windows;
+};
+
+} // namespace quillabrae::shell

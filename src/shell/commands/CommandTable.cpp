@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/commands/CommandTable.h"
+
+#include "shell/app/WindowCoordinator.h"
+#include "store/ProjectStore.h"
+
+#include <array>
+
+namespace quillabrae::shell {
+namespace {
+
+using namespace CommandPredicates;
+using namespace CommandSteps;
+using enum CommandMenu;
+using Context = CommandContext;
+
+void zoomToFit(const Context& context) {
+    context.store.performZoomToFitCanvas(store::StatusUpdate::shown);
+}
+
+constexpr Command divider(CommandMenu menu) {
+    return {menu, nullptr, nullptr, nullptr, nullptr};
+}
+
+// clang-format off
+constexpr std::array commands{
+    Command{file, "New Project", "Ctrl+N", always, [](const Context& c) { c.windows.createNewProject(); }},
+    Command{file, "Open Project...", "Ctrl+O", always, [](const Context& c) { c.windows.openProjectFromPanel(); }},
+    divider(file),
+    Command{file, "Save", "Ctrl+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProject(); }},
+    Command{file, "Save As...", "Ctrl+Shift+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProjectAs(); }},
+    divider(file),
+    Command{file, "Close Project", "Ctrl+W", hasActiveProject, [](const Context& c) { c.windows.closeActiveProject(); }},
+    divider(file),
+    Command{file, "Quit", "Ctrl+Q", always, [](const Context& c) { c.windows.requestQuit(); }},
+
+    Command{edit, "Undo", "Ctrl+Z", canUndo, undo},
+    Command{edit, "Redo", "Ctrl+Shift+Z Ctrl+Y", canRedo, redo},
+
+    Command{zoom, "Zoom In", "Ctrl++ Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
+    Command{zoom, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},
+    Command{zoom, "Zoom to Fit", "Ctrl+B", hasActiveProject, zoomToFit},
+
+    Command{plugins, "Plugin Library...", "Ctrl+Shift+P", always, [](const Context& c) { c.windows.showPluginLibrary(); }},
+    divider(plugins),
+    Command{plugins, "No Plugins Installed", "", never, [](const Context&) {}},
+
+    Command{help, "Paint.NET Quick Start", "", always, [](const Context& c) { c.windows.showPaintNetQuickStart(); }},
+};
+// clang-format on
+
+constexpr std::array<const char*, commandMenuCount> menuTitles{"File", "Edit", "Zoom", "Plugins",
+                                                               "Help"};
+
+} // namespace
+
+std::span<const Command> commandTable() {
+    return commands;
+}
+
+const char* title(CommandMenu menu) {
+    return menuTitles.at(static_cast<std::size_t>(menu));
+}
+
+} // namespace quillabrae::shell
+
+namespace quillabrae::shell::CommandSteps {
+
+void undo(const CommandContext& context) {
+    if (const auto id = context.store.activeProjectID()) context.store.undo(*id);
+}
+
+void redo(const CommandContext& context) {
+    if (const auto id = context.store.activeProjectID()) context.store.redo(*id);
+}
+
+} // namespace quillabrae::shell::CommandSteps

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <span>
+
+namespace quillabrae::store {
+class ProjectStore;
+}
+
+namespace quillabrae::shell {
+
+class WindowCoordinator;
+
+/// What a command works on.
+struct CommandContext {
+    store::ProjectStore& store;
+    WindowCoordinator& windows;
+};
+
+/// The menus, in the order of the menu bar.
+enum class CommandMenu { file, edit, zoom, plugins, help };
+
+/// One row of the menus. A row without a title is a divider.
+struct Command {
+    CommandMenu menu;
+    const char* title;
+    /// Key sequences in portable text, separated by blanks; the menu shows the first.
+    const char* shortcuts;
+    bool (*isEnabled)(const store::ProjectStore& store);
+    void (*run)(const CommandContext& context);
+};
+
+/// Every command that has a menu row, menu by menu.
+std::span<const Command> commandTable();
+
+const char* title(CommandMenu menu);
+constexpr int commandMenuCount = 5;
+
+/// What commands ask of the store before they can run.
+namespace CommandPredicates {
+bool always(const store::ProjectStore& store);
+bool never(const store::ProjectStore& store);
+bool hasActiveProject(const store::ProjectStore& store);
+bool canUndo(const store::ProjectStore& store);
+bool canRedo(const store::ProjectStore& store);
+} // namespace CommandPredicates
+
+/// What several places of the interface run.
+namespace CommandSteps {
+void undo(const CommandContext& context);
+void redo(const CommandContext& context);
+} // namespace CommandSteps
+
+} // namespace quillabrae::shell

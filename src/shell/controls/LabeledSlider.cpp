@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/controls/LabeledSlider.h"
+
+#include "shell/controls/Labels.h"
+#include "shell/looks/Style.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int trackWidth = 136;
+
+} // namespace
+
+LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget* parent)
+    : QWidget(parent),
+      m_slider(new QSlider(Qt::Horizontal, this)),
+      m_valueText(Labels::body({}, this)) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Style::grid);
+    QLabel* title = Labels::muted(text.title, this);
+    title->setBuddy(m_slider);
+    m_slider->setRange(range.minimum, range.maximum);
+    m_slider->setSingleStep(1);
+    m_slider->setFixedWidth(trackWidth);
+    m_valueText->setFixedWidth(
+        m_valueText->fontMetrics().horizontalAdvance(QString::number(range.maximum)) + 2);
+    m_valueText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    layout->addWidget(title);
+    layout->addWidget(m_slider);
+    layout->addWidget(m_valueText);
+    new HoverTooltip(m_slider, text, HoverTooltipPlacement::below);
+    connect(m_slider, &QSlider::valueChanged, this, [this](int value) {
+        setValueText(value);
+        Q_EMIT valueChosen(value);
+    });
+}
+
+void LabeledSlider::showValue(double value) {
+    const QSignalBlocker silence(m_slider);
+    m_slider->setValue(qRound(value));
+    setValueText(m_slider->value());
+}
+
+void LabeledSlider::setValueText(int value) {
+    m_valueText->setText(QString::number(value));
+}
+
+} // namespace quillabrae::shell

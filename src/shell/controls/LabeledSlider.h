@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/controls/HoverTooltip.h"
+
+#include <QWidget>
+
+class QLabel;
+class QSlider;
+
+namespace quillabrae::shell {
+
+/// A title, a slider over whole numbers and the value as text.
+class LabeledSlider final : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Range {
+        int minimum = 0;
+        int maximum = 100;
+    };
+
+    LabeledSlider(const HoverTooltipText& text, Range range, QWidget* parent = nullptr);
+
+    /// Shows `value` rounded and inside the range, without a signal.
+    void showValue(double value);
+
+Q_SIGNALS:
+    /// The user has chosen another value.
+    void valueChosen(int value);
+
+private:
+    void setValueText(int value);
+
+    QSlider* m_slider;
+    QLabel* m_valueText;
+};
+
+} // namespace quillabrae::shell

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+/// The few kinds of text in the interface. Labels are plain text and owned by their parent.
+namespace quillabrae::shell::Labels {
+
+QLabel* body(const QString& text, QWidget* parent);
+/// Small and bold, over a group of controls.
+QLabel* heading(const QString& text, QWidget* parent);
+/// Standing back from the body text.
+QLabel* muted(const QString& text, QWidget* parent);
+/// At `factor` times the body's size; bold.
+QLabel* title(const QString& text, qreal factor, QWidget* parent);
+
+} // namespace quillabrae::shell::Labels

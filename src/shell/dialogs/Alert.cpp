@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/Alert.h"
+
+#include "shell/controls/Labels.h"
+#include "shell/looks/Style.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int textWidth = 380;
+
+QHBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Style::grid);
+    row->addStretch();
+    for (int index = 0; index < titles.size(); ++index) {
+        auto* button = new QPushButton(titles.at(index), &dialog);
+        button->setAutoDefault(true);
+        button->setDefault(index == 0);
+        QObject::connect(button, &QPushButton::clicked, &dialog,
+                         [&dialog, index] { dialog.done(index + 1); });
+        row->addWidget(button);
+        if (index == 0) button->setFocus();
+    }
+    return row;
+}
+
+} // namespace
+
+int runAlert(const Alert& alert, QWidget* parent) {
+    QDialog dialog(parent);
+    dialog.setWindowTitle(QStringLiteral("Quillabrae"));
+    dialog.setAccessibleName(alert.message);
+    dialog.setAccessibleDescription(alert.informativeText);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
+    layout->setSpacing(Style::grid);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    QLabel* message = Labels::title(alert.message, 1.1, &dialog);
+    QLabel* text = Labels::muted(alert.informativeText, &dialog);
+    for (QLabel* label : {message, text}) {
+        label->setWordWrap(true);
+        label->setFixedWidth(textWidth);
+        layout->addWidget(label);
+    }
+    layout->addSpacing(Style::grid);
+    layout->addLayout(makeButtons(alert.buttons, dialog));
+    const int answer = dialog.exec();
+    return answer == QDialog::Rejected ? static_cast<int>(alert.buttons.size()) - 1 : answer - 1;
+}
+
+namespace Alerts {
+
+Alert flattenBeforeSaving(int layerCount) {
+    return {QStringLiteral("Flatten layers before saving?"),
+            QStringLiteral("This project has %1 layers. Saving as an image will flatten visible "
+                           "layers into a single image file. Your editable project stays "
+                           "unchanged.")
+                .arg(layerCount),
+            {QStringLiteral("Save Flattened Image"), QStringLiteral("Cancel")}};
+}
+
+Alert replaceFile(const QString& fileName) {
+    return {QStringLiteral("A file named \"") + fileName + QStringLiteral("\" already exists."),
+            QStringLiteral("Do you want to replace it? The existing file will be overwritten."),
+            {QStringLiteral("Replace"), QStringLiteral("Cancel")}};
+}
+
+Alert saveBeforeClosing(const QString& projectTitle) {
+    return {
+        QStringLiteral("Save changes to \"") + projectTitle + QStringLiteral("\" before closing?"),
+        QStringLiteral("If you don't save, changes to this project will be lost."),
+        {QStringLiteral("Save"), QStringLiteral("Don't Save"), QStringLiteral("Cancel")}};
+}
+
+} // namespace Alerts
+} // namespace quillabrae::shell

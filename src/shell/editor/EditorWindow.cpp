@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/EditorWindow.h"
+
+#include "shell/app/FileDrop.h"
+#include "shell/app/WindowCoordinator.h"
+#include "shell/commands/CommandActions.h"
+#include "shell/editor/ProjectTabBar.h"
+#include "shell/editor/QuickToolbar.h"
+#include "shell/editor/StatusBar.h"
+#include "shell/editor/Workspace.h"
+#include "store/ProjectStore.h"
+
+#include <QDropEvent>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+namespace quillabrae::shell {
+
+EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
+                           const CommandActions& actions)
+    : m_windows(windows), m_workspace(new Workspace(store, this)) {
+    setAcceptDrops(true);
+    auto* menuBar = new QMenuBar(this);
+    actions.fill(*menuBar);
+    actions.addKeysTo(*this);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->setMenuBar(menuBar);
+    layout->addWidget(new ProjectTabBar(store, windows, this));
+    layout->addWidget(new QuickToolbar({store, windows}, this));
+    layout->addWidget(m_workspace, 1);
+    layout->addWidget(new StatusBar(store, this));
+}
+
+void EditorWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_workspace->focusCanvas();
+}
+
+void EditorWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (FileDrop::isWelcome(*event->mimeData())) event->acceptProposedAction();
+}
+
+void EditorWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    m_windows.openDroppedFiles(FileDrop::files(*event->mimeData()));
+}
+
+} // namespace quillabrae::shell

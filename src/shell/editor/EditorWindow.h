@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+namespace quillabrae::store {
+class ProjectStore;
+}
+
+namespace quillabrae::shell {
+
+class CommandActions;
+class WindowCoordinator;
+class Workspace;
+
+/// The content of the editor window: menus, tabs, quick toolbar, workspace and status bar. Files
+/// that are dropped on it open as tabs.
+class EditorWindow final : public QWidget {
+    Q_OBJECT
+
+public:
+    EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
+                 const CommandActions& actions);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    WindowCoordinator& m_windows;
+    Workspace* m_workspace;
+};
+
+} // namespace quillabrae::shell

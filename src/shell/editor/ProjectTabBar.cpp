@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/ProjectTabBar.h"
+
+#include "shell/app/WindowCoordinator.h"
+#include "shell/controls/IconButton.h"
+#include "shell/editor/ProjectTab.h"
+#include "shell/editor/ProjectThumbnail.h"
+#include "shell/looks/Style.h"
+#include "store/ProjectStore.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <chrono>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int barHeight = 48;
+/// Pictures follow a little behind the work, so that a run of edits makes one.
+constexpr std::chrono::milliseconds thumbnailDelay{150};
+
+QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
+    auto* scroller = new QScrollArea(parent);
+    scroller->setWidget(content);
+    scroller->setWidgetResizable(true);
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setFocusPolicy(Qt::NoFocus);
+    scroller->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    scroller->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    return scroller;
+}
+
+} // namespace
+
+ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
+                             QWidget* parent)
+    : QWidget(parent), m_store(store), m_windows(windows) {
+    setFixedHeight(barHeight);
+    setAccessibleName(QStringLiteral("Open projects"));
+    auto* content = new QWidget;
+    m_row = new QHBoxLayout(content);
+    m_row->setContentsMargins(0, 0, 0, 0);
+    m_row->setSpacing(Style::grid / 2);
+    m_row->setSizeConstraint(QLayout::SetMinAndMaxSize);
+    m_scroller = makeScroller(content, this);
+
+    auto* create =
+        new IconButton({.symbolName = QStringLiteral("plus"),
+                        .title = QStringLiteral("New Project"),
+                        .help = QStringLiteral("Creates a blank project in the current window."),
+                        .extent = 32,
+                        .iconExtent = 16},
+                       this);
+    connect(create, &QAbstractButton::clicked, this, [this] { m_windows.createNewProject(); });
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Style::grid, 4, Style::grid, 4);
+    layout->setSpacing(Style::grid / 2);
+    layout->addWidget(m_scroller);
+    layout->addWidget(create);
+    layout->addStretch();
+    followStore();
+    matchProjects();
+}
+
+void ProjectTabBar::followStore() {
+    using store::ProjectStore;
+    m_thumbnailTimer.setSingleShot(true);
+    m_thumbnailTimer.setInterval(thumbnailDelay);
+    connect(&m_thumbnailTimer, &QTimer::timeout, this, &ProjectTabBar::refreshThumbnails);
+    connect(&m_store, &ProjectStore::openProjectsChanged, this, &ProjectTabBar::matchProjects);
+    connect(&m_store, &ProjectStore::activeProjectChanged, this, &ProjectTabBar::refreshTabs);
+    connect(&m_store, &ProjectStore::projectChanged, this, &ProjectTabBar::projectChanged);
+    connect(&m_store, &ProjectStore::historyChanged, this, &ProjectTabBar::refreshTabs);
+}
+
+void ProjectTabBar::matchProjects() {
+    const auto& projects = m_store.openProjects();
+    std::vector<ProjectTab*> tabs;
+    for (const auto& project : projects) {
+        const auto found = std::ranges::find(m_tabs, project.id, &ProjectTab::projectID);
+        if (found != m_tabs.end()) {
+            tabs.push_back(*found);
+            m_tabs.erase(found);
+        } else {
+            tabs.push_back(makeTab(project.id));
+            m_staleThumbnails.push_back(project.id);
+        }
+    }
+    for (ProjectTab* gone : m_tabs) {
+        m_row->removeWidget(gone);
+        gone->hide();
+        gone->deleteLater();
+    }
+    m_tabs = std::move(tabs);
+    for (int index = 0; index < std::ssize(m_tabs); ++index) {
+        ProjectTab* tab = m_tabs[static_cast<std::size_t>(index)];
+        if (m_row->indexOf(tab) != index) m_row->insertWidget(index, tab);
+    }
+    refreshTabs();
+    if (!m_staleThumbnails.empty()) m_thumbnailTimer.start();
+}
+
+ProjectTab* ProjectTabBar::makeTab(const QUuid& id) {
+    auto* tab = new ProjectTab(id, this);
+    connect(tab, &QAbstractButton::clicked, this, [this, id] { m_windows.selectProject(id); });
+    // Queued, since closing may delete the tab that is still in its event.
+    connect(
+        tab, &ProjectTab::closeRequested, this, [this, id] { m_windows.closeProject(id); },
+        Qt::QueuedConnection);
+    return tab;
+}
+
+void ProjectTabBar::refreshTabs() {
+    for (ProjectTab* tab : m_tabs) {
+        const QUuid id = tab->projectID();
+        const bool isActive = m_store.activeProjectID() == id;
+        tab->setLook({.title = m_store.projectTitle(id),
+                      .isActive = isActive,
+                      .isUnsaved = m_store.hasUnsavedChanges(id)});
+    }
+    const auto active = std::ranges::find_if(m_tabs, [this](const ProjectTab* tab) {
+        return m_store.activeProjectID() == tab->projectID();
+    });
+    m_scroller->updateGeometry();
+    if (active != m_tabs.end()) m_scroller->ensureWidgetVisible(*active, Style::grid, 0);
+}
+
+void ProjectTabBar::projectChanged(const QUuid& id) {
+    if (!std::ranges::count(m_staleThumbnails, id)) m_staleThumbnails.push_back(id);
+    m_thumbnailTimer.start();
+    refreshTabs();
+}
+
+void ProjectTabBar::refreshThumbnails() {
+    for (ProjectTab* tab : m_tabs) {
+        const QUuid id = tab->projectID();
+        if (!std::ranges::count(m_staleThumbnails, id)) continue;
+        if (const model::PaintProject* project = m_store.project(id)) {
+            tab->setThumbnail(projectThumbnail(*project, tab->thumbnailRoom()));
+        }
+    }
+    m_staleThumbnails.clear();
+}
+
+void ProjectTabBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(QRect(0, height() - 1, width(), 1), Style::line(palette()));
+}
+
+void ProjectTabBar::wheelEvent(QWheelEvent* event) {
+    const QPoint turn = event->angleDelta();
+    QScrollBar* bar = m_scroller->horizontalScrollBar();
+    bar->setValue(bar->value() - (turn.x() != 0 ? turn.x() : turn.y()) / 2);
+    event->accept();
+}
+
+} // namespace quillabrae::shell

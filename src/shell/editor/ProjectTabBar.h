@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QScrollArea>
+#include <QTimer>
+#include <QUuid>
+#include <QWidget>
+
+#include <vector>
+
+class QHBoxLayout;
+
+namespace quillabrae::store {
+class ProjectStore;
+}
+
+namespace quillabrae::shell {
+
+class ProjectTab;
+class WindowCoordinator;
+
+/// The open projects as a row of tabs that scrolls sideways, and a button for a new one.
+class ProjectTabBar final : public QWidget {
+    Q_OBJECT
+
+public:
+    ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
+                  QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void followStore();
+    void matchProjects();
+    ProjectTab* makeTab(const QUuid& id);
+    void refreshTabs();
+    void refreshThumbnails();
+    void projectChanged(const QUuid& id);
+
+    const store::ProjectStore& m_store;
+    WindowCoordinator& m_windows;
+    QScrollArea* m_scroller;
+    QHBoxLayout* m_row;
+    std::vector<ProjectTab*> m_tabs;
+    /// Tabs whose picture is behind their project.
+    std::vector<QUuid> m_staleThumbnails;
+    QTimer m_thumbnailTimer;
+};
+
+} // namespace quillabrae::shell

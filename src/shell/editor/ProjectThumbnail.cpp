@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/ProjectThumbnail.h"
+
+#include "raster/DecodeCache.h"
+#include "raster/LayerRasterService.h"
+
+#include <QPainter>
+
+namespace quillabrae::shell {
+namespace {
+
+/// Samples taken along each side of one thumbnail pixel.
+constexpr int samplesPerSide = 4;
+
+QImage shrunk(const QImage& image, QSize size) {
+    const QSize sampled = (size * samplesPerSide).boundedTo(image.size());
+    return image.scaled(sampled, Qt::IgnoreAspectRatio, Qt::FastTransformation)
+        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+} // namespace
+
+QImage projectThumbnail(const model::PaintProject& project, QSize room) {
+    const QSizeF canvas(project.canvasWidth, project.canvasHeight);
+    const QSize size = canvas.scaled(room, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
+    QImage thumbnail(size, QImage::Format_RGBA8888_Premultiplied);
+    thumbnail.fill(Qt::transparent);
+    QPainter painter(&thumbnail);
+    for (const model::PaintLayer& layer : project.layers) {
+        if (!layer.isVisible || !layer.bitmapPNGData.has_value()) continue;
+        const raster::RasterImage pixels = raster::LayerRasterService::renderLayer(
+            layer, project.canvasWidth, project.canvasHeight);
+        if (pixels.isNull()) continue;
+        painter.setOpacity(layer.opacity);
+        painter.drawImage(0, 0, shrunk(pixels.toQImage(), size));
+    }
+    return thumbnail;
+}
+
+} // namespace quillabrae::shell

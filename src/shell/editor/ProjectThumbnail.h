@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/PaintProject.h"
+
+#include <QImage>
+#include <QSize>
+
+namespace quillabrae::shell {
+
+/// The project's visible layers at their opacities, on clear; fitted into
+/// `room` (device pixels) with the canvas's proportions, so one side equals the room's. Sampled,
+/// not filtered whole: its cost does not grow with the canvas once the layers are decoded.
+QImage projectThumbnail(const model::PaintProject& project, QSize room);
+
+} // namespace quillabrae::shell

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/QuickToolbar.h"
+
+#include "shell/controls/Divider.h"
+#include "shell/controls/IconButton.h"
+#include "shell/editor/ToolOptions.h"
+#include "shell/looks/Style.h"
+#include "store/ProjectStore.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int barHeight = 44;
+constexpr int buttonExtent = 32;
+
+} // namespace
+
+QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
+    : QWidget(parent), m_context(context) {
+    setFixedHeight(barHeight);
+    setAccessibleName(QStringLiteral("Quick toolbar"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Style::grid, 0, Style::grid, 1);
+    layout->setSpacing(Style::grid / 2);
+    for (const ToolbarItem& item : quickToolbarItems()) add(item, layout);
+    layout->addWidget(new Divider(this));
+    layout->addWidget(new ToolOptions(m_context.store, this));
+    layout->addStretch();
+    followStore();
+    refresh();
+}
+
+void QuickToolbar::add(const ToolbarItem& item, QHBoxLayout* layout) {
+    if (item.title == nullptr) {
+        layout->addWidget(new Divider(this));
+        return;
+    }
+    auto* button = new IconButton({.symbolName = QString::fromLatin1(item.symbol(m_context.store)),
+                                   .title = QString::fromLatin1(item.title),
+                                   .help = QString::fromLatin1(item.help),
+                                   .extent = buttonExtent},
+                                  this);
+    connect(button, &QAbstractButton::clicked, this, [this, &item] { item.run(m_context); });
+    layout->addWidget(button);
+    m_entries.push_back({&item, button});
+}
+
+void QuickToolbar::followStore() {
+    using store::ProjectStore;
+    const ProjectStore* store = &m_context.store;
+    connect(store, &ProjectStore::openProjectsChanged, this, &QuickToolbar::refresh);
+    connect(store, &ProjectStore::activeProjectChanged, this, &QuickToolbar::refresh);
+    connect(store, &ProjectStore::historyChanged, this, &QuickToolbar::refresh);
+    connect(store, &ProjectStore::settingsChanged, this, &QuickToolbar::refresh);
+}
+
+void QuickToolbar::refresh() {
+    for (const auto& [item, button] : m_entries) {
+        button->setEnabled(item->isEnabled(m_context.store));
+        button->setSymbolName(QString::fromLatin1(item->symbol(m_context.store)));
+    }
+}
+
+void QuickToolbar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(QRect(0, height() - 1, width(), 1), Style::line(palette()));
+}
+
+} // namespace quillabrae::shell

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/StatusBar.h"
+
+#include "shell/controls/Labels.h"
+#include "shell/looks/Style.h"
+#include "store/ProjectStore.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+
+#include <cmath>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int barHeight = 28;
+
+QString wholeNumber(double value) {
+    return QString::number(static_cast<qint64>(std::floor(value)));
+}
+
+} // namespace
+
+StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
+    : QWidget(parent),
+      m_store(store),
+      m_message(Labels::body({}, this)),
+      m_position(Labels::muted({}, this)) {
+    setFixedHeight(barHeight);
+    m_message->setObjectName(QStringLiteral("statusMessage"));
+    m_message->setAccessibleName(QStringLiteral("Status"));
+    m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_position->setObjectName(QStringLiteral("cursorPosition"));
+    m_position->setAccessibleName(QStringLiteral("Pointer position"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(12, 1, 12, 0);
+    layout->setSpacing(2 * Style::grid);
+    layout->addWidget(m_message, 1);
+    layout->addWidget(m_position);
+
+    using store::ProjectStore;
+    connect(&m_store, &ProjectStore::statusMessageChanged, this, &StatusBar::showMessage);
+    connect(&m_store, &ProjectStore::canvasCursorPositionChanged, this, &StatusBar::showPosition);
+    showMessage();
+    showPosition();
+}
+
+void StatusBar::showMessage() {
+    m_message->setText(m_store.statusMessage());
+}
+
+void StatusBar::showPosition() {
+    const auto position = m_store.canvasCursorPosition();
+    m_position->setText(position.has_value() ? wholeNumber(position->x) + QStringLiteral(" x ") +
+                                                   wholeNumber(position->y)
+                                             : QString());
+}
+
+void StatusBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(QRect(0, 0, width(), 1), Style::line(palette()));
+}
+
+} // namespace quillabrae::shell

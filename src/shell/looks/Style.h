@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+class QApplication;
+
+namespace quillabrae::shell {
+
+enum class ColorScheme { light, dark };
+
+/// How the program looks: one palette for each scheme, one accent, one grid. Everything that is
+/// painted takes its colours from a widget's palette or from here.
+namespace Style {
+
+/// The step of the layout grid, in points; half of it separates what belongs together.
+constexpr int grid = 8;
+constexpr int cornerRadius = 6;
+constexpr int smallIcon = 16;
+constexpr int mediumIcon = 22;
+
+QPalette palette(ColorScheme scheme);
+ColorScheme schemeOf(const QPalette& palette);
+
+/// Gives the whole program the base style and the palette of a scheme.
+void apply(ColorScheme scheme);
+
+/// Hairlines between and around surfaces.
+QColor line(const QPalette& palette);
+/// Text that stands back: captions, paths, disabled titles.
+QColor mutedText(const QPalette& palette);
+/// The face of a control under the pointer.
+QColor hover(const QPalette& palette);
+/// The face of a control that is held down or switched on.
+QColor pressed(const QPalette& palette);
+QColor accent(const QPalette& palette);
+/// A faint wash of the accent: what is chosen.
+QColor accentWash(const QPalette& palette);
+/// A surface that floats over the canvas.
+QColor raised(const QPalette& palette);
+
+} // namespace Style
+} // namespace quillabrae::shell

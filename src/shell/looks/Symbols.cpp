@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/looks/Symbols.h"
+
+#include <QFile>
+#include <QHash>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace quillabrae::shell::Symbols {
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+/// A name that begins with a dot-slash is a drawing of ours; any other is in the icon theme.
+struct Row {
+    std::string_view symbol;
+    std::string_view icon;
+};
+
+constexpr std::array rows{
+    // Tools
+    Row{"selection.pin.in.out"sv, "./select-rectangle"sv},
+    Row{"lasso"sv, "./select-lasso"sv},
+    Row{"circle.dashed"sv, "./select-ellipse"sv},
+    Row{"wand.and.stars"sv, "tools-wizard"sv},
+    Row{"cursorarrow.motionlines"sv, "./move-pixels"sv},
+    Row{"cursorarrow"sv, "./move-selection"sv},
+    Row{"magnifyingglass"sv, "./magnifier"sv},
+    Row{"hand.draw"sv, "transform-browse"sv},
+    Row{"drop.fill"sv, "./bucket"sv},
+    Row{"square.fill.on.square.fill"sv, "./gradient"sv},
+    Row{"paintbrush"sv, "draw-brush"sv},
+    Row{"eraser"sv, "draw-eraser"sv},
+    Row{"pencil"sv, "document-edit"sv},
+    Row{"eyedropper"sv, "color-picker"sv},
+    Row{"rectangle.on.rectangle"sv, "./stamp"sv},
+    Row{"paintpalette"sv, "./palette"sv},
+    Row{"textformat"sv, "draw-text"sv},
+    Row{"line.diagonal"sv, "draw-line"sv},
+    Row{"square.on.circle"sv, "shapes"sv},
+    // Commands
+    Row{"doc.badge.plus"sv, "document-new"sv},
+    Row{"folder.badge.plus"sv, "document-open"sv},
+    Row{"folder"sv, "document-open"sv},
+    Row{"square.and.arrow.down"sv, "document-save"sv},
+    Row{"arrow.uturn.backward"sv, "edit-undo"sv},
+    Row{"arrow.uturn.forward"sv, "edit-redo"sv},
+    Row{"grid"sv, "./grid"sv},
+    Row{"grid.circle.fill"sv, "./grid-on"sv},
+    Row{"arrow.triangle.2.circlepath"sv, "./swap"sv},
+    Row{"plus"sv, "list-add"sv},
+    Row{"plus.square"sv, "list-add"sv},
+    Row{"xmark"sv, "./close"sv},
+    Row{"clock.arrow.circlepath"sv, "view-history"sv},
+    Row{"graduationcap"sv, "help-hint"sv},
+    Row{"quillabrae.project"sv, "./quillabrae"sv},
+};
+
+constexpr auto lightTheme = "breeze";
+constexpr auto darkTheme = "breeze-dark";
+
+const Row* find(const QString& symbolName) {
+    const QByteArray name = symbolName.toLatin1();
+    const std::string_view sought(name.constData(), static_cast<std::size_t>(name.size()));
+    const auto* const found = std::ranges::find(rows, sought, &Row::symbol);
+    return found == rows.end() ? nullptr : found;
+}
+
+} // namespace
+
+void useScheme(ColorScheme scheme) {
+    QIcon::setThemeName(QLatin1StringView(scheme == ColorScheme::dark ? darkTheme : lightTheme));
+    QIcon::setFallbackThemeName(QLatin1StringView(lightTheme));
+}
+
+QIcon icon(const QString& symbolName) {
+    const Row* row = find(symbolName);
+    if (row == nullptr) return {};
+    const QString name = QString::fromLatin1(row->icon.data(), qsizetype(row->icon.size()));
+    if (!name.startsWith(QLatin1StringView("./"))) return QIcon::fromTheme(name);
+    const bool isDark = QIcon::themeName() == QLatin1StringView(darkTheme);
+    return QIcon(QStringLiteral(":/symbols/%1/%2.svg")
+                     .arg(isDark ? QStringLiteral("dark") : QStringLiteral("light"), name.mid(2)));
+}
+
+bool isKnown(const QString& symbolName) {
+    return find(symbolName) != nullptr;
+}
+
+} // namespace quillabrae::shell::Symbols

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/welcome/WelcomeContent.h"
+
+#include "store/ProjectStore.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace quillabrae::shell {
+namespace {
+
+const auto quietStatus = QStringLiteral("Ready");
+
+QString shortFolder(const QUrl& file) {
+    const QString folder = QFileInfo(file.toLocalFile()).absolutePath();
+    const QString home = QDir::homePath();
+    if (folder == home) return QStringLiteral("~");
+    return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
+}
+
+} // namespace
+
+WelcomeContent WelcomeContent::of(const store::ProjectStore& store) {
+    WelcomeContent content;
+    for (const model::RecentProject& recent : store.recents()) {
+        content.recents.push_back({recent, shortFolder(recent.url)});
+    }
+    content.offersClosedWork = store.hasClosedWork();
+    if (store.statusMessage() != quietStatus) content.status = store.statusMessage();
+    return content;
+}
+
+} // namespace quillabrae::shell

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/welcome/WelcomePanel.h"
+
+#include "shell/app/FileDrop.h"
+#include "shell/app/WindowCoordinator.h"
+#include "shell/commands/CommandActions.h"
+#include "shell/controls/IconButton.h"
+#include "shell/controls/Labels.h"
+#include "shell/looks/Style.h"
+#include "shell/looks/Symbols.h"
+#include "shell/welcome/ActionRow.h"
+#include "shell/welcome/RecentList.h"
+#include "shell/welcome/WelcomeContent.h"
+#include "store/ProjectStore.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr int sideMargin = 32;
+constexpr int closeExtent = 28;
+constexpr int buttonHeight = 36;
+
+QPushButton* makeButton(const QString& title, QWidget* parent) {
+    auto* button = new QPushButton(title, parent);
+    button->setFixedHeight(buttonHeight);
+    button->setAutoDefault(true);
+    return button;
+}
+
+} // namespace
+
+WelcomePanel::WelcomePanel(store::ProjectStore& store, WindowCoordinator& windows,
+                           const CommandActions& actions)
+    : m_store(store), m_windows(windows) {
+    setAcceptDrops(true);
+    actions.addKeysTo(*this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(sideMargin, 40, sideMargin, 2 * Style::grid);
+    layout->setSpacing(0);
+    build(*layout);
+    followStore();
+    refresh();
+}
+
+void WelcomePanel::build(QVBoxLayout& layout) {
+    m_closeButton = new IconButton({.symbolName = QStringLiteral("xmark"),
+                                    .title = QStringLiteral("Close"),
+                                    .help = QStringLiteral("Closes this panel."),
+                                    .extent = closeExtent,
+                                    .iconExtent = Style::smallIcon},
+                                   this);
+    m_closeButton->setObjectName(QStringLiteral("closeWelcome"));
+    connect(static_cast<QAbstractButton*>(m_closeButton), &QAbstractButton::clicked, this,
+            &QWidget::close, Qt::QueuedConnection);
+
+    buildHeader(layout);
+    layout.addSpacing(3 * Style::grid);
+    buildButtons(layout);
+    layout.addSpacing(2 * Style::grid);
+
+    auto* tour = new ActionRow(
+        {.symbolName = QStringLiteral("graduationcap"),
+         .heading = QStringLiteral("Coming from Paint.NET?"),
+         .text = QStringLiteral("Your muscle memory already knows most of this workspace."),
+         .link = QStringLiteral("Take the 60-second workspace tour"),
+         .help = QStringLiteral("Open the Paint.NET quick-start guide")},
+        this);
+    connect(tour, &QAbstractButton::clicked, this, [this] { m_windows.showPaintNetQuickStart(); });
+    layout.addWidget(tour);
+    layout.addSpacing(Style::grid);
+
+    m_closedWork = new ActionRow(
+        {.symbolName = QStringLiteral("clock.arrow.circlepath"),
+         .heading = QStringLiteral("Reopen Closed Work"),
+         .text = QStringLiteral("Unsaved tabs of the window that was closed."),
+         .link = {},
+         .help = QStringLiteral("Brings back the tabs and their history as they were.")},
+        this);
+    m_closedWork->setObjectName(QStringLiteral("reopenClosedWork"));
+    connect(
+        m_closedWork, &QAbstractButton::clicked, this, [this] { m_windows.reopenClosedWork(); },
+        Qt::QueuedConnection);
+    layout.addWidget(m_closedWork);
+    layout.addSpacing(2 * Style::grid);
+
+    layout.addWidget(Labels::heading(QStringLiteral("Recent"), this));
+    layout.addSpacing(Style::grid / 2);
+    m_recents = new RecentList(m_store, m_windows, this);
+    layout.addWidget(m_recents, 1);
+    m_status = Labels::muted({}, this);
+    m_status->setObjectName(QStringLiteral("welcomeStatus"));
+    m_status->setWordWrap(true);
+    layout.addWidget(m_status);
+}
+
+void WelcomePanel::buildHeader(QVBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(2 * Style::grid);
+    constexpr int logoExtent = 56;
+    auto* logo = new QLabel(this);
+    logo->setFixedSize(logoExtent, logoExtent);
+    logo->setPixmap(Symbols::icon(QStringLiteral("quillabrae.project"))
+                        .pixmap(QSize(logoExtent, logoExtent), devicePixelRatioF()));
+    row->addWidget(logo);
+    auto* names = new QVBoxLayout;
+    names->setSpacing(0);
+    names->addStretch();
+    names->addWidget(Labels::title(QStringLiteral("Quillabrae"), 2.2, this));
+    names->addWidget(Labels::muted(QStringLiteral("Native pixel editor"), this));
+    names->addStretch();
+    row->addLayout(names, 1);
+    layout.addLayout(row);
+}
+
+void WelcomePanel::buildButtons(QVBoxLayout& layout) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Style::grid);
+    QPushButton* create = makeButton(QStringLiteral("New Project"), this);
+    create->setDefault(true);
+    QPushButton* open = makeButton(QStringLiteral("Open Project..."), this);
+    connect(create, &QPushButton::clicked, this, [this] { m_windows.createNewProject(); });
+    connect(open, &QPushButton::clicked, this, [this] { m_windows.openProjectFromPanel(); });
+    row->addWidget(create, 1);
+    row->addWidget(open, 1);
+    layout.addLayout(row);
+    create->setFocus();
+}
+
+void WelcomePanel::followStore() {
+    using store::ProjectStore;
+    connect(&m_store, &ProjectStore::recentsChanged, this, &WelcomePanel::refresh);
+    connect(&m_store, &ProjectStore::closedWorkChanged, this, &WelcomePanel::refresh);
+    connect(&m_store, &ProjectStore::statusMessageChanged, this, &WelcomePanel::refresh);
+}
+
+void WelcomePanel::refresh() {
+    const WelcomeContent content = WelcomeContent::of(m_store);
+    m_closedWork->setVisible(content.offersClosedWork);
+    m_recents->showRecents(content.recents);
+    m_status->setText(content.status);
+    m_status->setVisible(!content.status.isEmpty());
+}
+
+void WelcomePanel::resizeEvent(QResizeEvent*) {
+    m_closeButton->move(width() - closeExtent - Style::grid, Style::grid);
+}
+
+void WelcomePanel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Style::raised(palette()));
+    const bool isTarget = m_isImageDropTargeted;
+    painter.setPen(
+        QPen(isTarget ? Style::accent(palette()) : Style::line(palette()), isTarget ? 3.0 : 1.0));
+    const qreal inset = isTarget ? 1.5 : 0.5;
+    painter.drawRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
+}
+
+void WelcomePanel::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) m_press = event->globalPosition().toPoint();
+}
+
+void WelcomePanel::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_press.has_value() || (event->buttons() & Qt::LeftButton) == 0) return;
+    const QPoint way = event->globalPosition().toPoint() - *m_press;
+    if (way.manhattanLength() < QApplication::startDragDistance()) return;
+    m_press.reset();
+    windowHandle()->startSystemMove();
+}
+
+void WelcomePanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void WelcomePanel::markDropTarget(bool isTargeted) {
+    m_isImageDropTargeted = isTargeted;
+    update();
+}
+
+void WelcomePanel::dragEnterEvent(QDragEnterEvent* event) {
+    if (!FileDrop::isWelcome(*event->mimeData())) return;
+    event->acceptProposedAction();
+    markDropTarget(true);
+}
+
+void WelcomePanel::dragLeaveEvent(QDragLeaveEvent*) {
+    markDropTarget(false);
+}
+
+void WelcomePanel::dropEvent(QDropEvent* event) {
+    markDropTarget(false);
+    event->acceptProposedAction();
+    m_windows.openDroppedFiles(FileDrop::files(*event->mimeData()));
+}
+
+} // namespace quillabrae::shell
