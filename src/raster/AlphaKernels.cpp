@@ -51,13 +51,16 @@ QUILLABRAE_WIDE_KERNEL
 void unpremultiplyRun(const std::uint8_t* from, std::uint8_t* to, std::size_t pixelCount) {
     for (std::size_t i = 0; i < pixelCount; ++i) {
         const std::uint32_t pixel = load(from, i);
-        const auto alpha = static_cast<std::int32_t>(pixel >> 24);
-        const float scale = 255.0F / static_cast<float>(alpha > 1 ? alpha : 1);
+        const std::uint32_t alpha = pixel >> 24;
+        // All bits, or none where alpha is 0: a branch here would keep the loop from vectorising.
+        const std::uint32_t visible = 0U - ((alpha + 255U) >> 8);
+        const auto divisor = static_cast<std::int32_t>(alpha | (1U & ~visible));
+        const float scale = 255.0F / static_cast<float>(divisor);
         const std::uint32_t straight = (pixel & opaqueAlpha) |
                                        straightComponent(pixel & 0xffU, scale) |
                                        (straightComponent((pixel >> 8) & 0xffU, scale) << 8) |
                                        (straightComponent((pixel >> 16) & 0xffU, scale) << 16);
-        store(to, i, alpha == 0 ? 0U : straight);
+        store(to, i, straight & visible);
     }
 }
 

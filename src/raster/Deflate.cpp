@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/Deflate.h"
 
+#include "raster/LiteralDeflate.h"
+
 #include <isa-l/igzip_lib.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -32,8 +35,27 @@ BandDeflater::BandDeflater() : m_state(std::make_unique<State>()) {}
 BandDeflater::~BandDeflater() = default;
 
 std::size_t BandDeflater::deflate(ByteSpan bytes, std::span<std::uint8_t> out) {
+    return isNoise(bytes, out) ? deflateLiterals(bytes, out) : deflateWithReferences(bytes, out);
+}
+
+/// Tries both ways on a small part from the middle.
+bool BandDeflater::isNoise(ByteSpan bytes, std::span<std::uint8_t> workspace) {
+    constexpr std::size_t sampleSize = 32 * 1024;
+    constexpr std::size_t blockHeader = 160;
+    if (bytes.size() < 2 * sampleSize) return false;
+    const ByteSpan sample = bytes.subspan(bytes.size() / 2, sampleSize);
+    const std::size_t literal = literalSize(countBytes(sample));
+    // With less than two bits a byte there must be long runs of one value.
+    if (literal < sampleSize / 4) return false;
+    return literal + blockHeader <= deflateWithReferences(sample, workspace);
+}
+
+std::size_t BandDeflater::deflateWithReferences(ByteSpan bytes, std::span<std::uint8_t> out) {
     isal_zstream& stream = m_state->stream;
     isal_deflate_stateless_init(&stream);
+    // The library leaves what its tables held, and where they held something it shows in the
+    // result.
+    std::ranges::fill(m_state->levelBuffer, std::uint8_t{0});
     stream.level = 1;
     stream.level_buf = m_state->levelBuffer.data();
     stream.level_buf_size = static_cast<std::uint32_t>(m_state->levelBuffer.size());

@@ -8,7 +8,7 @@
 #include <memory>
 #include <span>
 
-/// Raw deflate, fast, over ISA-L.
+/// Raw deflate, fast, over ISA-L and our own coder for noise.
 namespace quillabrae::raster {
 
 /// The most bytes that `deflateBand` makes of that many.
@@ -28,6 +28,10 @@ public:
 
 private:
     struct State;
+
+    std::size_t deflateWithReferences(ByteSpan bytes, std::span<std::uint8_t> out);
+    bool isNoise(ByteSpan bytes, std::span<std::uint8_t> workspace);
+
     std::unique_ptr<State> m_state;
 };
 

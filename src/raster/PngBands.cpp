@@ -10,7 +10,7 @@ namespace {
 
 /// Small enough for a processor's own cache together with what it is compressed to; large enough
 /// that a band's block headers and fresh dictionary cost next to nothing.
-constexpr int bandByteCount = 256 * 1024;
+constexpr int bandByteCount = 1024 * 1024;
 
 constexpr std::uint8_t indexVersion = 1;
 constexpr std::size_t indexHeadSize = 5;

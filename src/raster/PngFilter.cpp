@@ -49,17 +49,31 @@ void unfilterPaeth(std::uint8_t* row, const std::uint8_t* above, std::size_t byt
 
 #if defined(__SSE2__)
 
+// Three bytes go as two and one: a 4-byte load from a copy just written bytewise would wait for it.
+
 template <std::size_t Step>
 __m128i loadPixel(const std::uint8_t* bytes) {
     std::uint32_t pixel = 0;
-    std::memcpy(&pixel, bytes, Step);
+    if constexpr (Step == 4) {
+        std::memcpy(&pixel, bytes, 4);
+    } else {
+        std::uint16_t low = 0;
+        std::memcpy(&low, bytes, 2);
+        pixel = low | (static_cast<std::uint32_t>(bytes[2]) << 16);
+    }
     return _mm_cvtsi32_si128(static_cast<int>(pixel));
 }
 
 template <std::size_t Step>
 void storePixel(std::uint8_t* bytes, __m128i value) {
     const auto pixel = static_cast<std::uint32_t>(_mm_cvtsi128_si32(value));
-    std::memcpy(bytes, &pixel, Step);
+    if constexpr (Step == 4) {
+        std::memcpy(bytes, &pixel, 4);
+    } else {
+        const auto low = static_cast<std::uint16_t>(pixel & 0xffffU);
+        std::memcpy(bytes, &low, 2);
+        bytes[2] = static_cast<std::uint8_t>((pixel >> 16) & 0xffU);
+    }
 }
 
 /// Rows of 3- or 4-byte pixels, a pixel at a time: each depends on the one to its left.

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "raster/Deflate.h"
+#include "raster/LiteralDeflate.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+namespace quillabrae::raster {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes deflatedBy(BandDeflater& deflater, const Bytes& bytes) {
+    Bytes out(deflatedSizeBound(bytes.size()));
+    out.resize(deflater.deflate(bytes, out));
+    return out;
+}
+
+Bytes literallyDeflated(const Bytes& bytes) {
+    Bytes out(deflatedSizeBound(bytes.size()));
+    out.resize(deflateLiterals(bytes, out));
+    return out;
+}
+
+/// What zlib makes of a run of blocks, after an end has been put to it.
+Bytes zlibInflated(Bytes deflated, std::size_t size) {
+    deflated.push_back(0x03);
+    deflated.push_back(0x00);
+    Bytes out(size + 1);
+    z_stream stream{};
+    inflateInit2(&stream, -15);
+    stream.next_in = deflated.data();
+    stream.avail_in = static_cast<uInt>(deflated.size());
+    stream.next_out = out.data();
+    stream.avail_out = static_cast<uInt>(out.size());
+    const int result = inflate(&stream, Z_FINISH);
+    inflateEnd(&stream);
+    if (result != Z_STREAM_END || stream.avail_in != 0) return {};
+    out.resize(stream.total_out);
+    return out;
+}
+
+Bytes noise(std::size_t size, double spread, unsigned seed) {
+    std::minstd_rand random(seed);
+    std::normal_distribution<double> normal(0, spread);
+    Bytes bytes(size);
+    for (std::uint8_t& byte : bytes)
+        byte = static_cast<std::uint8_t>(static_cast<int>(std::lround(normal(random))));
+    return bytes;
+}
+
+/// Mostly zero with short repeated words, like a screenshot's differences.
+Bytes sparseWords(std::size_t size, unsigned seed) {
+    std::minstd_rand random(seed);
+    Bytes bytes(size, 0);
+    for (std::size_t at = 0; at + 40 < size; at += 20 + random() % 900)
+        for (std::size_t i = 0; i < 3 + random() % 30; ++i)
+            bytes[at + i] = static_cast<std::uint8_t>((at / 4096 + i * 17) % 23);
+    return bytes;
+}
+
+TEST(LiteralDeflate, ZlibReadsTheSameBytes) {
+    for (const std::size_t size : {1U, 2U, 3U, 100U, 65'536U, 262'144U, 262'145U, 700'001U})
+        for (const double spread : {0.0, 0.3, 2.0, 9.0, 1000.0}) {
+            const Bytes bytes = noise(size, spread, static_cast<unsigned>(size));
+            EXPECT_EQ(zlibInflated(literallyDeflated(bytes), size), bytes)
+                << size << " bytes, spread " << spread;
+        }
+}
+
+TEST(LiteralDeflate, CodesOfVeryUnequalCountsStayWithinTheLimit) {
+    // Fibonacci counts give the deepest tree.
+    Bytes bytes;
+    std::size_t count = 1;
+    std::size_t before = 1;
+    for (std::uint8_t value = 0; value < 26; ++value) {
+        bytes.insert(bytes.end(), count, value);
+        count += std::exchange(before, count);
+    }
+    std::ranges::shuffle(bytes, std::minstd_rand(1));
+    EXPECT_EQ(zlibInflated(literallyDeflated(bytes), bytes.size()), bytes);
+}
+
+TEST(LiteralDeflate, TheEstimateIsNearTheTruth) {
+    for (const double spread : {1.0, 4.0, 30.0}) {
+        const Bytes bytes = noise(200'000, spread, 5);
+        const auto estimate = static_cast<double>(literalSize(countBytes(bytes)));
+        EXPECT_NEAR(static_cast<double>(literallyDeflated(bytes).size()) / estimate, 1.0, 0.07);
+    }
+}
+
+TEST(BandDeflater, TheResultDependsOnTheBytesAlone) {
+    std::vector<Bytes> bands;
+    for (unsigned seed = 1; seed < 6; ++seed) {
+        bands.push_back(sparseWords(300'000, seed));
+        bands.push_back(noise(300'000, 3.0, seed));
+    }
+    std::vector<Bytes> expected;
+    for (const Bytes& band : bands) {
+        BandDeflater fresh;
+        expected.push_back(deflatedBy(fresh, band));
+        EXPECT_EQ(zlibInflated(expected.back(), band.size()), band);
+    }
+    BandDeflater used;
+    std::minstd_rand random(3);
+    for (int round = 0; round < 60; ++round) {
+        const std::size_t band = random() % bands.size();
+        EXPECT_EQ(deflatedBy(used, bands[band]), expected[band]) << "round " << round;
+    }
+}
+
+TEST(BandDeflater, NeverNeedsMoreRoomThanAnnounced) {
+    BandDeflater deflater;
+    for (const std::size_t size : {0U, 1U, 20U, 70'000U, 400'000U}) {
+        const Bytes bytes = noise(size, 5000.0, 7);
+        EXPECT_EQ(zlibInflated(deflatedBy(deflater, bytes), size), bytes);
+    }
+}
+
+TEST(BandDeflater, NoiseIsCodedByItselfAndRepetitionsByReference) {
+    const Bytes bytes = noise(1'000'000, 3.0, 8);
+    BandDeflater deflater;
+    EXPECT_LT(deflatedBy(deflater, bytes).size(), bytes.size() * 47 / 100);
+    Bytes repeated;
+    for (int i = 0; i < 100; ++i) {
+        const Bytes word = noise(5000, 3.0, 9);
+        repeated.insert(repeated.end(), word.begin(), word.end());
+    }
+    EXPECT_LT(deflatedBy(deflater, repeated).size(), repeated.size() / 15);
+}
+
+TEST(BandInflater, AcceptsOnlyWholeBandsOfTheRightSize) {
+    const Bytes bytes = sparseWords(100'000, 4);
+    BandDeflater deflater;
+    const Bytes deflated = deflatedBy(deflater, bytes);
+    BandInflater inflater;
+    Bytes out(bytes.size());
+    EXPECT_TRUE(inflater.inflate(deflated, out));
+    EXPECT_EQ(out, bytes);
+    Bytes larger(bytes.size() + 1);
+    EXPECT_FALSE(inflater.inflate(deflated, larger));
+    Bytes smaller(bytes.size() - 1);
+    EXPECT_FALSE(inflater.inflate(deflated, smaller));
+    for (std::size_t cut = 1; cut < 12; ++cut)
+        EXPECT_FALSE(inflater.inflate(ByteSpan(deflated).first(deflated.size() - cut), out)) << cut;
+    Bytes longer = deflated;
+    longer.push_back(0);
+    EXPECT_FALSE(inflater.inflate(longer, out));
+    Bytes ended = deflated;
+    ended.push_back(3);
+    ended.push_back(0);
+    EXPECT_FALSE(inflater.inflate(ended, out));
+}
+
+} // namespace
+} // namespace quillabrae::raster
