@@ -1,0 +1,395 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "raster/LayerRasterService.h"
+#include "raster/Parallel.h"
+#include "raster/RasterFixtures.h"
+#include "raster/StrokeEdge.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <random>
+#include <vector>
+
+namespace quillabrae::raster {
+namespace {
+
+using model::CanvasPoint;
+using model::PaintStroke;
+using model::PaintTool;
+
+// The slow twin: every pixel on its own, every pass composited in floating point.
+
+double bookCoverage(double radius, double distance) {
+    return std::clamp(std::min(distance + 0.5, radius) - std::max(distance - 0.5, -radius), 0.0,
+                      1.0);
+}
+
+struct BookPass {
+    double width;
+    double alpha;
+};
+
+std::vector<BookPass> bookSoftPasses(double lineWidth, double h, double alpha) {
+    std::vector<BookPass> passes;
+    int count = static_cast<int>(std::ceil(2 * lineWidth));
+    if (count < 14) count = 14;
+    if (count > 56) count = 56;
+    const double core = std::min(std::max(h, 0.0), 0.98);
+    const double falloff = std::max(1 - core, 0.001);
+    double previous = 0;
+    for (int i = 0; i < count; ++i) {
+        const double t = 1 - (i + 0.5) / count;
+        double target = 1;
+        if (t > core) {
+            const double u = std::min(std::max((1 - t) / falloff, 0.0), 1.0);
+            target = u * u * (3 - 2 * u);
+        }
+        if (previous + 0.001 >= target) continue;
+        const double step = (target - previous) / std::max(1 - previous, 0.001);
+        passes.push_back({std::max(lineWidth * t, 0.75), alpha * step});
+        previous = target;
+    }
+    return passes;
+}
+
+/// The alpha that the passes leave at a distance, one pass after the other.
+double bookAlpha(const std::vector<BookPass>& passes, double distance, bool isDot) {
+    double left = 0;
+    for (const BookPass& pass : passes) {
+        double radius = pass.width * 0.5;
+        if (isDot) radius = std::max(radius, 0.5);
+        const double source = pass.alpha * bookCoverage(radius, distance);
+        left = source + left * (1 - source);
+    }
+    return left;
+}
+
+double distanceToSegment(double x, double y, CanvasPoint a, CanvasPoint b) {
+    const double vx = b.x - a.x, vy = b.y - a.y;
+    const double squared = vx * vx + vy * vy;
+    double t = squared > 0 ? ((x - a.x) * vx + (y - a.y) * vy) / squared : 0;
+    t = std::clamp(t, 0.0, 1.0);
+    return std::hypot(x - (a.x + t * vx), y - (a.y + t * vy));
+}
+
+double distanceToStroke(double x, double y, const std::vector<CanvasPoint>& points) {
+    double least = distanceToSegment(x, y, points.front(), points.front());
+    for (std::size_t i = 1; i < points.size(); ++i)
+        least = std::min(least, distanceToSegment(x, y, points[i - 1], points[i]));
+    return least;
+}
+
+bool isSoft(const PaintStroke& stroke) {
+    if (stroke.tool != PaintTool::pencil && stroke.tool != PaintTool::eraser &&
+        stroke.tool != PaintTool::lineCurve)
+        return false;
+    return stroke.hardness && !(*stroke.hardness >= 99.5);
+}
+
+RasterImage bookStroke(const PaintStroke& stroke, RasterImage image) {
+    const bool erases = stroke.tool == PaintTool::eraser;
+    const double strength = erases ? 1.0 : stroke.color.alpha;
+    const std::vector<BookPass> passes =
+        isSoft(stroke) ? bookSoftPasses(stroke.lineWidth, *stroke.hardness / 100, strength)
+                       : std::vector<BookPass>{{stroke.lineWidth, strength}};
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const double distance = distanceToStroke(x + 0.5, y + 0.5, stroke.points);
+            const double alpha = bookAlpha(passes, distance, stroke.points.size() == 1);
+            const Pixel under = pixelAt(image, x, y);
+            const auto component = [&](int below, double color) {
+                const double added = erases ? 0.0 : color * alpha * 255;
+                return static_cast<int>(std::lround(added + below * (1 - alpha)));
+            };
+            setPixel(
+                image, x, y,
+                {component(under.red, stroke.color.red), component(under.green, stroke.color.green),
+                 component(under.blue, stroke.color.blue), component(under.alpha, 1.0)});
+        }
+    }
+    return image;
+}
+
+PaintStroke strokeOf(PaintTool tool, double lineWidth, std::optional<double> hardness,
+                     std::vector<CanvasPoint> points) {
+    PaintStroke stroke;
+    stroke.tool = tool;
+    stroke.color = {1.0, 0.0, 0.0, 1.0};
+    stroke.lineWidth = lineWidth;
+    stroke.hardness = hardness;
+    stroke.points = std::move(points);
+    return stroke;
+}
+
+QRect drawOn(RasterImage& image, const PaintStroke& stroke) {
+    return LayerRasterService::drawStroke(stroke, image, image.width(), image.height());
+}
+
+TEST(StrokeEdge, EqualsTheStackOfPassesCompositedOneByOne) {
+    for (const double width : {0.3, 1.0, 3.0, 20.0, 100.0, 512.0}) {
+        for (const double hardness : {0.0, 25.0, 50.0, 75.0, 99.0}) {
+            for (const double alpha : {1.0, 0.35}) {
+                for (const StrokeForm form : {StrokeForm::line, StrokeForm::dot}) {
+                    const StrokeEdge edge(brushPasses(width, hardness, alpha, form));
+                    const auto passes = bookSoftPasses(width, hardness / 100, alpha);
+                    for (std::size_t k = 0; k < edge.alpha().size(); ++k) {
+                        const double book = 255 * bookAlpha(passes, static_cast<double>(k) / 256,
+                                                            form == StrokeForm::dot);
+                        ASSERT_NEAR(edge.alpha()[k], book, 1.0)
+                            << width << ' ' << hardness << ' ' << alpha << ' ' << k;
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(StrokeEdge, NeverGrowsWithTheDistanceAndEndsAtNothing) {
+    for (const double width : {0.0, 0.4, 1.0, 5.0, 77.7, 512.0}) {
+        for (const std::optional<double> hardness :
+             {std::optional<double>(), std::optional(0.0), std::optional(60.0)}) {
+            const StrokeEdge edge(brushPasses(width, hardness, 0.8, StrokeForm::line));
+            EXPECT_TRUE(std::ranges::is_sorted(edge.alpha(), std::greater()));
+            EXPECT_EQ(edge.alpha().back(), 0);
+            EXPECT_LE(edge.reach(), std::max(width, 0.75) / 2 + 0.51);
+            EXPECT_LT(edge.flatRadius(), std::max(edge.reach(), 0.01));
+        }
+    }
+}
+
+TEST(StrokeEdge, KnowsHowFarItIsFlat) {
+    const StrokeEdge hard(brushPasses(20.0, std::nullopt, 1.0, StrokeForm::line));
+    EXPECT_NEAR(hard.flatRadius(), 9.5, 0.01);
+    EXPECT_NEAR(hard.reach(), 10.5, 0.01);
+    const StrokeEdge half(brushPasses(100.0, 50.0, 1.0, StrokeForm::line));
+    EXPECT_GT(half.flatRadius(), 22.0);
+    EXPECT_LT(half.flatRadius(), 27.0);
+}
+
+TEST(SoftCore, IsAbsentForAHardEdge) {
+    EXPECT_EQ(softCore(std::nullopt), std::nullopt);
+    EXPECT_EQ(softCore(100.0), std::nullopt);
+    EXPECT_EQ(softCore(99.5), std::nullopt);
+    EXPECT_EQ(softCore(1e300), std::nullopt);
+}
+
+TEST(SoftCore, IsTheHardnessOrNothingForWhatIsNoPercentage) {
+    EXPECT_EQ(softCore(99.0), 0.99);
+    EXPECT_EQ(softCore(0.0), 0.0);
+    EXPECT_EQ(softCore(-5.0), 0.0);
+    EXPECT_EQ(softCore(std::numeric_limits<double>::quiet_NaN()), 0.0);
+}
+
+TEST(BrushPasses, RunFromTheWidestToTheNarrowestAndReachFullStrength) {
+    for (const double width : {3.0, 20.0, 100.0}) {
+        const auto passes = brushPasses(width, 0.0, 1.0, StrokeForm::line);
+        const double count = std::clamp(std::ceil(2 * width), 14.0, 56.0);
+        EXPECT_LE(passes.size(), static_cast<std::size_t>(count));
+        EXPECT_GE(passes.size(), static_cast<std::size_t>(count) - 2);
+        EXPECT_TRUE(std::ranges::is_sorted(passes, std::greater(), &BrushPass::radius));
+        double through = 1.0;
+        for (const BrushPass& pass : passes) through *= 1.0 - pass.alpha;
+        EXPECT_LT(through, 0.002);
+    }
+    EXPECT_EQ(brushPasses(20.0, 99.5, 1.0, StrokeForm::line).size(), 1U);
+}
+
+TEST(DrawStroke, AgreesWithThePixelByPixelTwin) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> position(-20.0, 90.0);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    constexpr std::array tools{PaintTool::paintbrush, PaintTool::pencil,     PaintTool::eraser,
+                               PaintTool::lineCurve,  PaintTool::cloneStamp, PaintTool::recolor};
+    for (int round = 0; round < 240; ++round) {
+        RasterImage image = randomImage(67, 53, random);
+        std::vector<CanvasPoint> points;
+        for (int i = 0; i <= round % 5; ++i) points.push_back({position(random), position(random)});
+        PaintStroke stroke =
+            strokeOf(tools[static_cast<std::size_t>(round) % tools.size()],
+                     std::pow(2.0, 7.0 * unit(random)) - 0.6, std::nullopt, std::move(points));
+        if (round % 3 != 0) stroke.hardness = 100 * unit(random);
+        stroke.color = {unit(random), unit(random), unit(random), round % 2 ? 1.0 : unit(random)};
+        const RasterImage expected = bookStroke(stroke, image);
+        const RasterImage before = image;
+        const QRect dirty = drawOn(image, stroke);
+        // Colour, alpha and the two products each round once; the twin only at the end.
+        ASSERT_LE(greatestDifference(image, expected), 2) << round;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (dirty.contains(x, y)) continue;
+                ASSERT_EQ(pixelAt(image, x, y), pixelAt(before, x, y));
+            }
+        }
+    }
+}
+
+TEST(DrawStroke, IsWithinOneLevelOfTheTwinOnATransparentLayer) {
+    for (const double width : {1.0, 3.0, 20.0, 100.0, 512.0}) {
+        for (const std::optional<double> hardness : {std::optional<double>(), std::optional(0.0),
+                                                     std::optional(50.0), std::optional(99.0)}) {
+            const PaintStroke stroke =
+                strokeOf(PaintTool::pencil, width, hardness, {{100.3, 80.9}, {190.6, 120.2}});
+            RasterImage image(300, 200);
+            drawOn(image, stroke);
+            EXPECT_LE(greatestDifference(image, bookStroke(stroke, RasterImage(300, 200))), 1)
+                << width;
+        }
+    }
+}
+
+TEST(DrawStroke, CoversAnAxisAlignedLineByTheExactAreaOfEachPixel) {
+    RasterImage image(12, 7);
+    const QRect dirty =
+        drawOn(image, strokeOf(PaintTool::paintbrush, 2.5, std::nullopt, {{-5, 3.5}, {20, 3.5}}));
+    for (int x = 0; x < 12; ++x) {
+        EXPECT_EQ(pixelAt(image, x, 1).alpha, 0);
+        EXPECT_EQ(pixelAt(image, x, 2).alpha, 191);
+        EXPECT_EQ(pixelAt(image, x, 3), (Pixel{255, 0, 0, 255}));
+        EXPECT_EQ(pixelAt(image, x, 4).alpha, 191);
+        EXPECT_EQ(pixelAt(image, x, 5).alpha, 0);
+    }
+    EXPECT_EQ(dirty.left(), 0);
+    EXPECT_EQ(dirty.right(), 11);
+    EXPECT_TRUE(dirty.contains(0, 2) && dirty.contains(0, 4));
+    EXPECT_FALSE(dirty.contains(0, 0) || dirty.contains(0, 6));
+}
+
+TEST(DrawStroke, DrawsADotOfDiameterOneAtTheLeast) {
+    for (const PaintTool tool : {PaintTool::paintbrush, PaintTool::pencil}) {
+        RasterImage image(5, 5);
+        drawOn(image, strokeOf(tool, 0.4, std::nullopt, {{2.5, 2.5}}));
+        EXPECT_EQ(pixelAt(image, 2, 2), (Pixel{255, 0, 0, 255}));
+        EXPECT_EQ(pixelAt(image, 1, 2).alpha, 0);
+        EXPECT_EQ(pixelAt(image, 2, 1).alpha, 0);
+    }
+}
+
+TEST(DrawStroke, DrawsAThinLineAsFaintAsItIsThin) {
+    RasterImage image(6, 3);
+    drawOn(image, strokeOf(PaintTool::pencil, 0.4, std::nullopt, {{-3, 1.5}, {9, 1.5}}));
+    EXPECT_EQ(pixelAt(image, 3, 1).alpha, 102);
+    EXPECT_EQ(pixelAt(image, 3, 0).alpha, 0);
+}
+
+TEST(DrawStroke, DrawsAPencilOfNearlyFullHardnessHardAndOneJustBelowSoft) {
+    const auto drawn = [](std::optional<double> hardness) {
+        RasterImage image(120, 120);
+        drawOn(image, strokeOf(PaintTool::pencil, 100, hardness, {{60, 60}, {61, 60}}));
+        return image;
+    };
+    EXPECT_EQ(drawn(99.5), drawn(std::nullopt));
+    EXPECT_NE(drawn(99.0), drawn(std::nullopt));
+    EXPECT_NE(drawn(0.0), drawn(50.0));
+}
+
+TEST(DrawStroke, DoesNotAskABrushForItsHardness) {
+    RasterImage soft(40, 40);
+    RasterImage hard(40, 40);
+    drawOn(soft, strokeOf(PaintTool::paintbrush, 20, 0.0, {{20, 20}}));
+    drawOn(hard, strokeOf(PaintTool::paintbrush, 20, std::nullopt, {{20, 20}}));
+    EXPECT_EQ(soft, hard);
+}
+
+TEST(DrawStroke, ErasesWhateverTheColor) {
+    for (const model::ColorValue color :
+         {model::ColorValue{1, 1, 1, 1}, model::ColorValue{0, 0.5, 1, 0.0}}) {
+        RasterImage image = filledImage(9, 9, {40, 80, 120, 200});
+        PaintStroke stroke = strokeOf(PaintTool::eraser, 4, std::nullopt, {{4.5, 4.5}});
+        stroke.color = color;
+        drawOn(image, stroke);
+        EXPECT_EQ(pixelAt(image, 4, 4), Pixel{});
+        EXPECT_EQ(pixelAt(image, 0, 0), (Pixel{40, 80, 120, 200}));
+    }
+}
+
+TEST(DrawStroke, ErasesWithTheSoftnessThatAPencilPaintsWith) {
+    const std::vector<CanvasPoint> points{{20.2, 17.0}, {44.0, 30.5}};
+    RasterImage painted(64, 48);
+    RasterImage erased = filledImage(64, 48, {255, 255, 255, 255});
+    drawOn(painted, strokeOf(PaintTool::pencil, 18, 30.0, points));
+    drawOn(erased, strokeOf(PaintTool::eraser, 18, 30.0, points));
+    for (int y = 0; y < 48; ++y)
+        for (int x = 0; x < 64; ++x)
+            ASSERT_EQ(pixelAt(erased, x, y).alpha, 255 - pixelAt(painted, x, y).alpha);
+}
+
+TEST(DrawStroke, PaintsAPolylineOnceWhereItsSegmentsOverlap) {
+    PaintStroke stroke = strokeOf(PaintTool::pencil, 10, 0.0, {{5, 20}, {20, 20}, {35, 20}});
+    stroke.color.alpha = 0.5;
+    RasterImage polyline(40, 40);
+    drawOn(polyline, stroke);
+    stroke.points = {{5, 20}, {35, 20}};
+    RasterImage line(40, 40);
+    drawOn(line, stroke);
+    EXPECT_LE(greatestDifference(polyline, line), 1);
+}
+
+TEST(DrawStroke, LooksTheSameOnOneThreadAndOnAll) {
+    std::mt19937 random(13);
+    for (const std::optional<double> hardness : {std::optional<double>(), std::optional(20.0)}) {
+        RasterImage many = randomImage(900, 700, random);
+        RasterImage one = many;
+        const PaintStroke stroke =
+            strokeOf(PaintTool::pencil, 240, hardness, {{100, 100}, {640, 500}, {800, 20}});
+        drawOn(many, stroke);
+        const ParallelThreadLimit limit(1);
+        drawOn(one, stroke);
+        EXPECT_EQ(many, one);
+    }
+}
+
+TEST(DrawStroke, ReturnsNothingWhenNothingIsOnTheImage) {
+    const RasterImage image = filledImage(10, 10, {1, 2, 3, 4});
+    PaintStroke invisible = strokeOf(PaintTool::pencil, 4, std::nullopt, {{5, 5}});
+    invisible.color.alpha = 0.0;
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double huge = 1e300;
+    for (const PaintStroke& stroke :
+         {invisible, strokeOf(PaintTool::pencil, 4, std::nullopt, {}),
+          strokeOf(PaintTool::pencil, 4, std::nullopt, {{-30, 5}, {-4, 8}}),
+          strokeOf(PaintTool::pencil, 4, 10.0, {{nan, 5}}),
+          strokeOf(PaintTool::pencil, 0.0, std::nullopt, {{2, 2}, {8, 8}}),
+          strokeOf(PaintTool::pencil, nan, std::nullopt, {{2, 2}, {8, 8}}),
+          strokeOf(PaintTool::pencil, 4, std::nullopt, {{huge, huge}, {huge, -huge}})}) {
+        RasterImage drawn = image;
+        EXPECT_TRUE(drawOn(drawn, stroke).isEmpty());
+        EXPECT_EQ(drawn, image);
+    }
+    RasterImage null;
+    EXPECT_TRUE(drawOn(null, strokeOf(PaintTool::pencil, 4, std::nullopt, {{5, 5}})).isEmpty());
+}
+
+TEST(DrawStroke, SurvivesWidthsAndPointsWithoutMeasure) {
+    constexpr double huge = 1e300;
+    RasterImage image(10, 10);
+    drawOn(image, strokeOf(PaintTool::pencil, huge, std::nullopt, {{5, 5}}));
+    EXPECT_EQ(image, filledImage(10, 10, {255, 0, 0, 255}));
+    RasterImage crossed(10, 10);
+    drawOn(crossed, strokeOf(PaintTool::pencil, 2, std::nullopt, {{-huge, 5}, {huge, 5}}));
+    EXPECT_EQ(pixelAt(crossed, 5, 5).alpha, 255);
+    EXPECT_EQ(pixelAt(crossed, 5, 0).alpha, 0);
+}
+
+TEST(DrawStroke, LeavesTheImageToToolsThatDoNotPaint) {
+    for (const PaintTool tool :
+         {PaintTool::rectangleSelect, PaintTool::lassoSelect, PaintTool::ellipseSelect,
+          PaintTool::magicWand, PaintTool::moveSelectedPixels, PaintTool::moveSelection,
+          PaintTool::zoom, PaintTool::pan, PaintTool::colorPicker, PaintTool::text}) {
+        RasterImage image(10, 10);
+        EXPECT_TRUE(drawOn(image, strokeOf(tool, 5, std::nullopt, {{2, 2}, {8, 8}})).isEmpty());
+        EXPECT_EQ(image, RasterImage(10, 10));
+    }
+}
+
+TEST(DrawStroke, DoesNotChangeImagesThatShareItsPixels) {
+    RasterImage image(10, 10);
+    const RasterImage shared = image;
+    drawOn(image, strokeOf(PaintTool::pencil, 5, std::nullopt, {{5, 5}}));
+    EXPECT_EQ(shared, RasterImage(10, 10));
+}
+
+} // namespace
+} // namespace quillabrae::raster
