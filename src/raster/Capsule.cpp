@@ -56,6 +56,7 @@ struct DistanceRun {
     float across;
     float acrossStep;
     float length;
+    float entriesPerPixel;
     float lastEntry;
 };
 
@@ -71,7 +72,7 @@ void tableEntries(const DistanceRun& run, std::int32_t* entry, int count) {
         const float across = r.across + step * r.acrossStep;
         const float beyond = along - std::min(std::max(along, 0.0F), r.length);
         const float distance = std::sqrt(across * across + beyond * beyond);
-        const float scaled = distance * float{StrokeEdge::entriesPerPixel} + 0.5F;
+        const float scaled = distance * r.entriesPerPixel + 0.5F;
         entry[i] = static_cast<std::int32_t>(std::min(scaled, r.lastEntry));
     }
 }
@@ -131,6 +132,7 @@ void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uin
                               .across = static_cast<float>(down * ux - over * uy),
                               .acrossStep = static_cast<float>(-uy),
                               .length = static_cast<float>(m_length),
+                              .entriesPerPixel = static_cast<float>(edge.entriesPerPixel()),
                               .lastEntry = static_cast<float>(edge.alpha().size() - 1)};
         tableEntries(run, entry.data(), count);
         std::uint8_t* const to = alpha + (first - span.first);

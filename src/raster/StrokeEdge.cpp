@@ -44,6 +44,16 @@ double coverage(double radius, double distance) {
     return std::clamp(covered, 0.0, 1.0);
 }
 
+double widestRadius(const std::vector<BrushPass>& passes) {
+    return passes.empty() ? 0.0 : passes.front().radius;
+}
+
+/// Fine enough for one level of alpha: the passes of a thin brush all end within the same pixel.
+int tableResolution(double radius) {
+    constexpr double thin = 32.0;
+    return radius < thin ? 1024 : 256;
+}
+
 } // namespace
 
 std::optional<double> softCore(std::optional<double> hardness) {
@@ -79,47 +89,51 @@ std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardn
     return passes;
 }
 
-StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes) {
-    const double widest = passes.empty() ? 0.0 : passes.front().radius;
-    const auto end = static_cast<std::size_t>(std::ceil((widest + 0.5) * entriesPerPixel)) + 1;
-    m_alpha.resize(end);
+StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes)
+    : m_entriesPerPixel(tableResolution(widestRadius(passes))) {
+    const double end = std::ceil((widestRadius(passes) + 0.5) * m_entriesPerPixel) + 1.0;
+    m_alpha.resize(static_cast<std::size_t>(end));
+    fillTable(passes);
+    m_alpha.back() = 0;
 
-    // What shows through the first k passes where they cover the pixel whole.
+    const auto firstBelow = [this](unsigned alpha) {
+        const auto found = std::ranges::partition_point(
+            m_alpha, [alpha](std::uint8_t entry) { return entry >= alpha; });
+        return static_cast<double>(found - m_alpha.begin());
+    };
+    m_reach = firstBelow(1) / m_entriesPerPixel;
+    // Distances are rounded to the table's steps.
+    m_flatRadius = (firstBelow(std::max<unsigned>(maximum(), 1)) - 1.5) / m_entriesPerPixel;
+}
+
+void StrokeEdge::fillTable(const std::vector<BrushPass>& passes) {
+    // What shows through the first passes where they cover the pixel whole.
     std::vector<double> shown{1.0};
     for (const BrushPass& pass : passes) shown.push_back(shown.back() * (1.0 - pass.alpha));
 
     // Going outward, `whole` passes cover the pixel whole and those up to `touching` in part.
     std::size_t whole = passes.size();
     std::size_t touching = passes.size();
-    for (std::size_t k = 0; k < end;) {
-        const double distance = static_cast<double>(k) / entriesPerPixel;
+    std::size_t next = 0;
+    for (std::size_t k = 0; k < m_alpha.size(); k = next) {
+        const double distance = static_cast<double>(k) / m_entriesPerPixel;
         while (whole > 0 && passes[whole - 1].radius < distance + 0.5) --whole;
         while (touching > whole && passes[touching - 1].radius <= distance - 0.5) --touching;
         double through = shown[whole];
         for (std::size_t i = whole; i < touching; ++i)
             through *= 1.0 - passes[i].alpha * coverage(passes[i].radius, distance);
-        const auto alpha = static_cast<std::uint8_t>(std::lround((1.0 - through) * 255.0));
-        // With none in part, nothing changes before the innermost whole pass begins to end.
-        std::size_t next = k + 1;
+        next = k + 1;
         if (whole == touching) {
+            // Nothing changes before the innermost whole pass begins to end.
             const double change =
-                whole > 0 ? (passes[whole - 1].radius - 0.5) * entriesPerPixel : double(end);
-            next = std::clamp(static_cast<std::size_t>(std::ceil(change)), k + 1, end);
+                whole > 0 ? std::ceil((passes[whole - 1].radius - 0.5) * m_entriesPerPixel)
+                          : static_cast<double>(m_alpha.size());
+            next = std::clamp(static_cast<std::size_t>(change), next, m_alpha.size());
         }
         std::fill(m_alpha.begin() + static_cast<std::ptrdiff_t>(k),
-                  m_alpha.begin() + static_cast<std::ptrdiff_t>(next), alpha);
-        k = next;
+                  m_alpha.begin() + static_cast<std::ptrdiff_t>(next),
+                  static_cast<std::uint8_t>(std::lround((1.0 - through) * 255.0)));
     }
-    m_alpha.back() = 0;
-
-    const auto firstBelow = [this](unsigned alpha) {
-        const auto found = std::ranges::partition_point(
-            m_alpha, [alpha](std::uint8_t entry) { return entry >= alpha; });
-        return static_cast<double>(found - m_alpha.begin()) / entriesPerPixel;
-    };
-    m_reach = firstBelow(1);
-    // Distances are rounded to the table's steps.
-    m_flatRadius = firstBelow(std::max<unsigned>(maximum(), 1)) - 1.5 / entriesPerPixel;
 }
 
 } // namespace quillabrae::raster

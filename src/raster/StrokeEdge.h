@@ -28,9 +28,6 @@ std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardn
 /// between the pixel's centre and the stroke's centre line. It never grows with the distance.
 class StrokeEdge {
 public:
-    /// Table entries for each pixel of distance: entry k is the alpha at k / 256.
-    static constexpr int entriesPerPixel = 256;
-
     /// `passes` from the widest to the narrowest.
     explicit StrokeEdge(const std::vector<BrushPass>& passes);
 
@@ -41,10 +38,15 @@ public:
     /// Up to here the alpha is the maximum; negative when it is nowhere flat.
     double flatRadius() const { return m_flatRadius; }
 
-    /// The table; its last entry is 0 and stands for all distances beyond.
+    /// Entry k is the alpha at distance k / `entriesPerPixel()`; the last one is 0 and stands for
+    /// all distances beyond.
     const std::vector<std::uint8_t>& alpha() const { return m_alpha; }
+    int entriesPerPixel() const { return m_entriesPerPixel; }
 
 private:
+    void fillTable(const std::vector<BrushPass>& passes);
+
+    int m_entriesPerPixel;
     std::vector<std::uint8_t> m_alpha;
     double m_reach = 0.0;
     double m_flatRadius = -1.0;
