@@ -8,10 +8,6 @@
 #include <cmath>
 #include <cstring>
 
-// The vectors below never cross a call that is not inlined, so their calling convention, which
-// differs with the processor, does not matter.
-#pragma GCC diagnostic ignored "-Wpsabi"
-
 namespace quillabrae::raster {
 namespace {
 
@@ -151,7 +147,12 @@ void sourceOverColor(std::uint8_t* pixels, const std::uint8_t* alpha, std::size_
 
 QUILLABRAE_WIDE_KERNEL
 void sourceOverColor(std::uint8_t* pixels, std::size_t pixelCount, PixelColor color) {
-    const Words source = Words{} + premultipliedWord(color);
+    const std::uint32_t word = premultipliedWord(color);
+    if (color.alpha == 255) {
+        for (std::size_t i = 0; i < pixelCount; ++i) std::memcpy(pixels + 4 * i, &word, 4);
+        return;
+    }
+    const Words source = Words{} + word;
     combineRun<Operand::nothing>(
         pixels, nullptr, pixelCount, [&](Words p, Words) __attribute__((always_inline)) {
             return sourceOver(p, source);

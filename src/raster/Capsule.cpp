@@ -57,6 +57,7 @@ struct DistanceRun {
     float acrossStep;
     float length;
     float entriesPerPixel;
+    float firstEntry;
     float lastEntry;
 };
 
@@ -72,8 +73,8 @@ void tableEntries(const DistanceRun& run, std::int32_t* entry, int count) {
         const float across = r.across + step * r.acrossStep;
         const float beyond = along - std::min(std::max(along, 0.0F), r.length);
         const float distance = std::sqrt(across * across + beyond * beyond);
-        const float scaled = distance * r.entriesPerPixel + 0.5F;
-        entry[i] = static_cast<std::int32_t>(std::min(scaled, r.lastEntry));
+        const float scaled = distance * r.entriesPerPixel - r.firstEntry;
+        entry[i] = static_cast<std::int32_t>(std::min(std::max(scaled, 0.0F), r.lastEntry));
     }
 }
 
@@ -127,13 +128,15 @@ void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uin
         const int count = std::min(runLength, span.end - first);
         const double over = first + 0.5 - m_from.x;
         // Each run starts from exact values, so that steps in single precision cannot drift.
-        const DistanceRun run{.along = static_cast<float>(over * ux + down * uy),
-                              .alongStep = static_cast<float>(ux),
-                              .across = static_cast<float>(down * ux - over * uy),
-                              .acrossStep = static_cast<float>(-uy),
-                              .length = static_cast<float>(m_length),
-                              .entriesPerPixel = static_cast<float>(edge.entriesPerPixel()),
-                              .lastEntry = static_cast<float>(edge.alpha().size() - 1)};
+        const DistanceRun run{
+            .along = static_cast<float>(over * ux + down * uy),
+            .alongStep = static_cast<float>(ux),
+            .across = static_cast<float>(down * ux - over * uy),
+            .acrossStep = static_cast<float>(-uy),
+            .length = static_cast<float>(m_length),
+            .entriesPerPixel = static_cast<float>(edge.entriesPerPixel()),
+            .firstEntry = static_cast<float>(edge.tableStart() * edge.entriesPerPixel() - 0.5),
+            .lastEntry = static_cast<float>(edge.alpha().size() - 1)};
         tableEntries(run, entry.data(), count);
         std::uint8_t* const to = alpha + (first - span.first);
         for (int i = 0; i < count; ++i)

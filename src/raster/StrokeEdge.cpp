@@ -39,19 +39,40 @@ double targetCoverage(double t, double core) {
     return smoothstep(std::clamp((1.0 - t) / falloff, 0.0, 1.0));
 }
 
-double coverage(double radius, double distance) {
-    const double covered = std::min(distance + 0.5, radius) - std::max(distance - 0.5, -radius);
-    return std::clamp(covered, 0.0, 1.0);
+float coverage(float radius, float distance) {
+    const float covered = std::min(distance + 0.5F, radius) - std::max(distance - 0.5F, -radius);
+    return std::max(covered, 0.0F);
 }
 
-double widestRadius(const std::vector<BrushPass>& passes) {
-    return passes.empty() ? 0.0 : passes.front().radius;
+/// What shows through the first passes, one entry more than there are passes, where they cover a
+/// pixel whole.
+std::vector<float> shownThrough(const std::vector<BrushPass>& passes) {
+    std::vector<float> shown{1.0F};
+    double through = 1.0;
+    for (const BrushPass& pass : passes) {
+        through *= 1.0 - pass.alpha;
+        shown.push_back(static_cast<float>(through));
+    }
+    return shown;
 }
 
-/// Fine enough for one level of alpha: the passes of a thin brush all end within the same pixel.
-int tableResolution(double radius) {
-    constexpr double thin = 32.0;
-    return radius < thin ? 1024 : 256;
+/// Entries for each pixel of distance: fine enough that a step to the next is half a level, from
+/// the most that the alpha can fall within a pixel.
+int tableResolution(const std::vector<BrushPass>& passes, const std::vector<float>& shown) {
+    constexpr double entriesForFullFall = 512.0;
+    constexpr int coarsest = 32;
+    constexpr int finest = 1024;
+    double steepest = 0.0;
+    for (std::size_t first = 0, end = 0; first < passes.size(); ++first) {
+        while (end < passes.size() && passes[first].radius - passes[end].radius < 1.0) ++end;
+        steepest = std::max(steepest, double{shown[first]} - double{shown[end]});
+    }
+    // Where the narrowest passes end, distances on either side of the centre line count.
+    const bool isThin = !passes.empty() && passes.back().radius < 1.0;
+    const double wanted = steepest * entriesForFullFall * (isThin ? 2.0 : 1.0);
+    int resolution = coarsest;
+    while (resolution < wanted && resolution < finest) resolution *= 2;
+    return resolution;
 }
 
 } // namespace
@@ -89,11 +110,19 @@ std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardn
     return passes;
 }
 
-StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes)
-    : m_entriesPerPixel(tableResolution(widestRadius(passes))) {
-    const double end = std::ceil((widestRadius(passes) + 0.5) * m_entriesPerPixel) + 1.0;
-    m_alpha.resize(static_cast<std::size_t>(end));
-    fillTable(passes);
+StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes) {
+    if (passes.empty()) return;
+    const std::vector<float> shown = shownThrough(passes);
+    m_entriesPerPixel = tableResolution(passes, shown);
+    m_tableStart = std::max(passes.back().radius - 0.5, 0.0);
+    const double length = passes.front().radius + 0.5 - m_tableStart;
+    const auto count = static_cast<std::size_t>(std::ceil(length * m_entriesPerPixel)) + 1;
+
+    const std::vector<float> through = throughByDistance(passes, shown, count);
+    m_alpha.resize(count);
+    std::ranges::transform(through, m_alpha.begin(), [](float shownHere) {
+        return static_cast<std::uint8_t>((1.0F - shownHere) * 255.0F + 0.5F);
+    });
     m_alpha.back() = 0;
 
     const auto firstBelow = [this](unsigned alpha) {
@@ -101,39 +130,39 @@ StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes)
             m_alpha, [alpha](std::uint8_t entry) { return entry >= alpha; });
         return static_cast<double>(found - m_alpha.begin());
     };
-    m_reach = firstBelow(1) / m_entriesPerPixel;
+    if (maximum() == 0) return;
+    m_reach = m_tableStart + firstBelow(1) / m_entriesPerPixel;
     // Distances are rounded to the table's steps.
-    m_flatRadius = (firstBelow(std::max<unsigned>(maximum(), 1)) - 1.5) / m_entriesPerPixel;
+    m_flatRadius = m_tableStart + (firstBelow(maximum()) - 1.5) / m_entriesPerPixel;
 }
 
-void StrokeEdge::fillTable(const std::vector<BrushPass>& passes) {
-    // What shows through the first passes where they cover the pixel whole.
-    std::vector<double> shown{1.0};
-    for (const BrushPass& pass : passes) shown.push_back(shown.back() * (1.0 - pass.alpha));
-
-    // Going outward, `whole` passes cover the pixel whole and those up to `touching` in part.
-    std::size_t whole = passes.size();
-    std::size_t touching = passes.size();
-    std::size_t next = 0;
-    for (std::size_t k = 0; k < m_alpha.size(); k = next) {
-        const double distance = static_cast<double>(k) / m_entriesPerPixel;
-        while (whole > 0 && passes[whole - 1].radius < distance + 0.5) --whole;
-        while (touching > whole && passes[touching - 1].radius <= distance - 0.5) --touching;
-        double through = shown[whole];
-        for (std::size_t i = whole; i < touching; ++i)
-            through *= 1.0 - passes[i].alpha * coverage(passes[i].radius, distance);
-        next = k + 1;
-        if (whole == touching) {
-            // Nothing changes before the innermost whole pass begins to end.
-            const double change =
-                whole > 0 ? std::ceil((passes[whole - 1].radius - 0.5) * m_entriesPerPixel)
-                          : static_cast<double>(m_alpha.size());
-            next = std::clamp(static_cast<std::size_t>(change), next, m_alpha.size());
-        }
-        std::fill(m_alpha.begin() + static_cast<std::ptrdiff_t>(k),
-                  m_alpha.begin() + static_cast<std::ptrdiff_t>(next),
-                  static_cast<std::uint8_t>(std::lround((1.0 - through) * 255.0)));
+std::vector<float> StrokeEdge::throughByDistance(const std::vector<BrushPass>& passes,
+                                                 const std::vector<float>& shown,
+                                                 std::size_t count) const {
+    const auto entryAt = [&](double distance) {
+        const double entry = std::ceil((distance - m_tableStart) * m_entriesPerPixel);
+        return static_cast<std::size_t>(std::clamp(entry, 0.0, static_cast<double>(count)));
+    };
+    // First the passes that cover the pixel whole: one fewer wherever one begins to end.
+    std::vector<float> through(count, 1.0F);
+    std::size_t from = 0;
+    for (std::size_t whole = passes.size(); whole > 0; --whole) {
+        const std::size_t end = std::max(entryAt(passes[whole - 1].radius - 0.5), from);
+        std::fill(through.begin() + static_cast<std::ptrdiff_t>(from),
+                  through.begin() + static_cast<std::ptrdiff_t>(end), shown[whole]);
+        from = end;
     }
+    // Then each pass over the pixel's length in which it ends.
+    for (const BrushPass& pass : passes) {
+        const std::size_t end = entryAt(pass.radius + 0.5);
+        const auto radius = static_cast<float>(pass.radius);
+        const auto alpha = static_cast<float>(pass.alpha);
+        const auto start = static_cast<float>(m_tableStart);
+        const float step = 1.0F / static_cast<float>(m_entriesPerPixel);
+        for (std::size_t k = entryAt(pass.radius - 0.5); k < end; ++k)
+            through[k] *= 1.0F - alpha * coverage(radius, start + static_cast<float>(k) * step);
+    }
+    return through;
 }
 
 } // namespace quillabrae::raster

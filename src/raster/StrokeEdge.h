@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -38,16 +39,20 @@ public:
     /// Up to here the alpha is the maximum; negative when it is nowhere flat.
     double flatRadius() const { return m_flatRadius; }
 
-    /// Entry k is the alpha at distance k / `entriesPerPixel()`; the last one is 0 and stands for
-    /// all distances beyond.
+    /// Entry k is the alpha at distance `tableStart()` + k / `entriesPerPixel()`. The first one
+    /// stands for all distances before, the last one, which is 0, for all beyond.
     const std::vector<std::uint8_t>& alpha() const { return m_alpha; }
+    double tableStart() const { return m_tableStart; }
     int entriesPerPixel() const { return m_entriesPerPixel; }
 
 private:
-    void fillTable(const std::vector<BrushPass>& passes);
+    /// What shows through all passes, at each entry of the table.
+    std::vector<float> throughByDistance(const std::vector<BrushPass>& passes,
+                                         const std::vector<float>& shown, std::size_t count) const;
 
-    int m_entriesPerPixel;
-    std::vector<std::uint8_t> m_alpha;
+    double m_tableStart = 0.0;
+    int m_entriesPerPixel = 1;
+    std::vector<std::uint8_t> m_alpha{0};
     double m_reach = 0.0;
     double m_flatRadius = -1.0;
 };

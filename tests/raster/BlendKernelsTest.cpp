@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <vector>
 
@@ -56,11 +57,13 @@ TEST_P(BlendRuns, SourceOverOfAColorScalesItByTheAlphaOfEachPixel) {
 
 TEST_P(BlendRuns, SourceOverOfAFlatColorUsesItsOwnAlpha) {
     const RasterImage under = randomImage(count(), 1, m_random);
-    RasterImage drawn = under;
-    sourceOverColor(drawn.mutableRow(0), size(), {200, 3, 77, 99});
-    for (int x = 0; x < count(); ++x)
-        ASSERT_EQ(pixelAt(drawn, x, 0),
-                  bookSourceOver(pixelAt(under, x, 0), {200, 3, 77, 255}, 99));
+    for (const std::uint8_t alpha : std::array<std::uint8_t, 3>{0, 99, 255}) {
+        RasterImage drawn = under;
+        sourceOverColor(drawn.mutableRow(0), size(), {200, 3, 77, alpha});
+        for (int x = 0; x < count(); ++x)
+            ASSERT_EQ(pixelAt(drawn, x, 0),
+                      bookSourceOver(pixelAt(under, x, 0), {200, 3, 77, 255}, alpha));
+    }
 }
 
 TEST_P(BlendRuns, DestinationOutKeepsWhatTheAlphaLeaves) {

@@ -137,7 +137,9 @@ TEST(StrokeEdge, EqualsTheStackOfPassesCompositedOneByOne) {
                     const auto passes = bookSoftPasses(width, hardness / 100, alpha);
                     for (std::size_t k = 0; k < edge.alpha().size(); ++k) {
                         const double book =
-                            255 * bookAlpha(passes, static_cast<double>(k) / edge.entriesPerPixel(),
+                            255 * bookAlpha(passes,
+                                            edge.tableStart() +
+                                                static_cast<double>(k) / edge.entriesPerPixel(),
                                             form == StrokeForm::dot);
                         ASSERT_NEAR(edge.alpha()[k], book, 1.0)
                             << width << ' ' << hardness << ' ' << alpha << ' ' << k;
