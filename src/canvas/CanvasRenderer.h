@@ -17,6 +17,8 @@
 
 namespace quillabrae::canvas {
 
+class LiveSurroundings;
+
 /// What a frame of the canvas shows and where. Borrowed for the length of a call: the renderer
 /// keeps neither pointer, so a live image is never shared when the next sample is drawn on it.
 struct CanvasFrame {
@@ -57,10 +59,17 @@ public:
     void paint(QImage& target, const CanvasFrame& frame, const QRect& dirty);
 
 private:
-    struct Cache;
-    std::unique_ptr<Cache> m_cache;
+    class Job;
+
+    /// Null for a frame without a live image.
+    LiveSurroundings* surroundingsFor(const CanvasFrame& frame);
+
+    std::unique_ptr<LiveSurroundings> m_surroundings;
     QImage m_strip;
 };
+
+/// The viewport's device pixels.
+QRect viewportDeviceRect(const CanvasFrame& frame);
 
 /// The points of the viewport that show any part of `canvasRect` (canvas pixels): what to repaint
 /// when those pixels change. Not clipped to the viewport.

@@ -3,7 +3,7 @@
 
 #include "canvas/CanvasCursors.h"
 #include "canvas/CanvasDisplay.h"
-#include "canvas/CanvasPainting.h"
+#include "canvas/CanvasRenderer.h"
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidgetInput.h"
 #include "canvas/CanvasWidgetScroller.h"
@@ -55,6 +55,7 @@ struct CanvasWidget::Parts final : CanvasDisplay {
     QtCanvasTimers timers;
     CanvasView view;
     CanvasWidgetInput input;
+    CanvasRenderer renderer;
 };
 
 CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
@@ -89,7 +90,7 @@ void CanvasWidget::paintEvent(QPaintEvent* event) {
     if (!m_store.hasActiveProject()) return;
     CanvasFrame frame = m_parts->view.frame(viewport()->devicePixelRatioF());
     frame.secondaryLabelColor = palette().color(QPalette::PlaceholderText);
-    paintCanvas(painter, frame, event->rect());
+    m_parts->renderer.paint(painter, frame, event->rect());
 }
 
 void CanvasWidget::resizeEvent(QResizeEvent*) {

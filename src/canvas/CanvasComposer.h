@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "canvas/DeviceView.h"
+#include "model/PaintProject.h"
+#include "raster/RasterImage.h"
+#include "raster/Stretch.h"
+
+#include <QRect>
+#include <QRectF>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace quillabrae::canvas {
+
+/// Pixels that stand on the canvas, stretched to `target` (canvas pixels).
+struct CanvasPicture {
+    raster::RasterImage image;
+    QRectF target;
+    std::uint8_t fraction = 255;
+};
+
+/// What the layers show, bottom first: each visible layer's pixels, followed by the floating pixels
+/// that belong to it. Layers without readable pixels show nothing.
+std::vector<CanvasPicture> picturesOf(const model::PaintProject& project,
+                                      std::span<const model::PaintLayer> layers);
+
+/// What a row is composed on and what is laid over it: composites of the whole viewport, or
+/// nothing.
+struct ComposerGround {
+    /// Stands for the checker and all below the pictures.
+    const raster::RasterImage* below = nullptr;
+    const raster::RasterImage* above = nullptr;
+    /// Without `below`: whether the checker shows, or nothing at all.
+    bool hasChecker = true;
+};
+
+/// Composes pictures, sampled at device pixels, a row at a time. Rows may be composed on several
+/// threads, each with its own buffer.
+class CanvasComposer {
+public:
+    /// The latest row that was composed into it; filled again only where the next one differs.
+    struct RowBuffer {
+        std::vector<std::uint8_t> pixels;
+        std::vector<std::uint8_t> gathered;
+        std::vector<int> sourceRows;
+    };
+
+    /// `device`: the device pixels to compose, all on the canvas.
+    CanvasComposer(const DeviceView& view, const QRect& device, std::vector<CanvasPicture> pictures,
+                   const ComposerGround& ground);
+
+    /// The premultiplied RGBA8 pixels of device row `y`, valid until the buffer's next use.
+    const std::uint8_t* composeRow(int y, RowBuffer& buffer) const;
+
+private:
+    /// A picture with its columns and rows of the device.
+    struct Item {
+        CanvasPicture picture;
+        std::size_t columns;
+        std::size_t rows;
+    };
+
+    struct AxisKey {
+        double low;
+        double length;
+        int sourceCount;
+
+        friend bool operator==(const AxisKey&, const AxisKey&) = default;
+    };
+    using AxisTable = std::vector<std::pair<AxisKey, raster::AxisSamples>>;
+
+    void makeChecker(const DeviceView& view);
+    int checkerRow(int y) const;
+    int sourceRow(const Item& item, int y) const;
+    void startRow(int y, std::uint8_t* row) const;
+    void drawItem(const Item& item, int source, RowBuffer& buffer) const;
+
+    QRect m_device;
+    DeviceAxis m_y;
+    ComposerGround m_ground;
+    AxisTable m_columns;
+    AxisTable m_rows;
+    std::vector<Item> m_items;
+    /// The checker's rows: one that begins with a cell of row 0, one with a cell of row 1.
+    std::array<std::vector<std::uint8_t>, 2> m_checker;
+};
+
+} // namespace quillabrae::canvas
