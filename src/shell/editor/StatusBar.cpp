@@ -29,10 +29,10 @@ StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
       m_position(Labels::muted({}, this)) {
     setFixedHeight(barHeight);
     m_message->setObjectName(QStringLiteral("statusMessage"));
-    m_message->setAccessibleName(QStringLiteral("Status"));
+    m_message->setAccessibleDescription(QStringLiteral("Status"));
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_position->setObjectName(QStringLiteral("cursorPosition"));
-    m_position->setAccessibleName(QStringLiteral("Pointer position"));
+    m_position->setAccessibleDescription(QStringLiteral("Pointer position"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 1, 12, 0);
     layout->setSpacing(2 * Style::grid);
