@@ -86,16 +86,6 @@ class Node:
         left, top, width, height = self.box
         return left + width / 2, top + height / 2
 
-    @property
-    def text(self):
-        """The content of a text field or label; the name where it has no text."""
-        try:
-            count = self._property("org.a11y.atspi.Text", "CharacterCount")
-            return self._call("org.a11y.atspi.Text", "GetText",
-                              GLib.Variant("(ii)", (0, count)))[0]
-        except GLib.Error:
-            return self.name
-
     def walk(self):
         """This node and everything under it that is still there when it is reached."""
         yield self

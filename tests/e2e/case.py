@@ -28,9 +28,14 @@ class DeskCase(unittest.TestCase):
         self.assertIsNone(editor.process.poll(), "the first one has ended")
         return Editor(self.desk, *files).process.wait(30)
 
-    def tearDown(self):
-        if self._outcome.success:
-            return
+    def _callTestMethod(self, method):
+        try:
+            super()._callTestMethod(method)
+        except Exception:
+            self.show_what_there_was()
+            raise
+
+    def show_what_there_was(self):
         self.desk.screenshot(SCREENSHOTS / f"failed-{self.id().rpartition('.')[2]}.png")
         for editor in self.running:
             node = editor.node()

@@ -59,6 +59,7 @@ class Desk:
     def __init__(self, size=(1400, 1000)):
         self.size = size
         self._bystanders = set()
+        self._spawned = []
 
     def __enter__(self):
         # Orphans come to us instead of to init, so that closing finds them.
@@ -89,6 +90,8 @@ class Desk:
             while set(descendants(os.getpid())) - self._bystanders and time.monotonic() < end:
                 self._reap()
                 time.sleep(0.02)
+        for process in self._spawned:
+            process.poll()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     @staticmethod
@@ -115,10 +118,11 @@ class Desk:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
     def spawn(self, *command, **options):
-        name = Path(command[0]).name
-        log = (self.folder / f"{name}.log").open("ab")
-        return subprocess.Popen(list(map(str, command)), env=self.environment, stdout=log,
-                                stderr=log, stdin=subprocess.DEVNULL, **options)
+        with (self.folder / f"{Path(command[0]).name}.log").open("ab") as log:
+            process = subprocess.Popen(list(map(str, command)), env=self.environment, stdout=log,
+                                       stderr=log, stdin=subprocess.DEVNULL, **options)
+        self._spawned.append(process)
+        return process
 
     def log_of(self, name):
         file = self.folder / f"{name}.log"

@@ -49,6 +49,7 @@ class Editor:
     def __init__(self, desk, *files, **options):
         self.desk = desk
         self.process = desk.spawn(PROGRAM, *files, **options)
+        self._position = None
         self._tree = Tree(desk.environment["DBUS_SESSION_BUS_ADDRESS"])
 
     @property
@@ -72,23 +73,24 @@ class Editor:
         return None
 
     def windows(self):
+        """The windows on the screen. One that goes while it is asked is none any more."""
+        showing = []
         node = self.node()
-        return [] if node is None else [w for w in node.children() if w.has("showing")]
+        for window in node.children() if node else []:
+            try:
+                if window.has("showing"):
+                    showing.append((window, window.name))
+            except GLib.Error:
+                continue
+        return showing
 
     def titles(self):
-        try:
-            return [window.name for window in self.windows()]
-        except GLib.Error:
-            return []
+        return [title for _, title in self.windows()]
 
     def wait_for_window(self, words, seconds=30.0):
         """The window whose title begins with `words`."""
-        def look():
-            try:
-                return next((w for w in self.windows() if w.name.startswith(words)), None)
-            except GLib.Error:
-                return None
-        return until(look, f"a window titled {words!r}; there are {self.titles()}", seconds)
+        return until(lambda: next((w for w, title in self.windows() if title.startswith(words)), None),
+                     f"a window titled {words!r}", seconds)
 
     def wait_for_control(self, name, role=None, seconds=10.0):
         def look():
@@ -104,8 +106,8 @@ class Editor:
         texts = []
         for node in self.node().walk():
             try:
-                if node.role in ("label", "static") and node.has("showing"):
-                    texts.append(node.text)
+                if node.role == "label" and node.has("showing"):
+                    texts.append(node.name)
             except GLib.Error:
                 continue
         return texts
@@ -113,42 +115,73 @@ class Editor:
     def wait_for_status(self, text, seconds=30.0):
         until(lambda: any(text in label for label in self.labels()), f"the status {text!r}", seconds)
 
+    def choose_tool(self, title):
+        self.desk.click(self.wait_for_control("Tools").find(title, "check box").middle)
+        until(lambda: self.node().find(title, "check box").has("checked"), f"the tool {title!r}")
+
     # The canvas
 
-    def pointer_pixel(self, point):
-        """The canvas pixel that the status line tells for a place on the screen."""
-        self.desk.move((point[0] + 3, point[1]))
-        self.desk.move(point)
-        time.sleep(0.15)
-        for label in self.labels():
-            match = COORDINATES.search(label)
-            if match:
-                return int(match.group(1)), int(match.group(2))
-        return None
+    def canvas_middle(self):
+        return tuple(map(round, self.wait_for_control("Canvas").middle))
+
+    def pointer_pixel(self):
+        """The canvas pixel under the pointer, as the status line tells it."""
+        try:
+            match = COORDINATES.match(self._position.name)
+        except (AttributeError, GLib.Error):
+            self._position = next((node for node in self.node().walk()
+                                   if node.description == "Pointer position"), None)
+            match = self._position and COORDINATES.match(self._position.name)
+        return match and (int(match.group(1)), int(match.group(2)))
+
+    def pixel_at(self, place):
+        """The canvas pixel at a place on the screen. Moves the pointer there."""
+        self.desk.move((place[0] + 5, place[1]))
+        time.sleep(0.1)
+        until(lambda: self.pointer_pixel(), "the coordinates of the pointer")
+        self.pixel_after_moving_to(place)
+        return self.pointer_pixel()
 
     def view(self, around):
         """Where the canvas lies now, from what the status line tells for two places of it."""
         first = (around[0] - 200, around[1] - 120)
         last = (around[0] + 200, around[1] + 120)
-        low = until(lambda: self.pointer_pixel(first), f"coordinates at {first}")
-        high = until(lambda: self.pointer_pixel(last), f"coordinates at {last}")
+        low, high = self.pixel_at(first), self.pixel_at(last)
         zoom = ((last[0] - first[0]) / (high[0] - low[0]) +
                 (last[1] - first[1]) / (high[1] - low[1])) / 2
         # The status line tells whole pixels: the true place is half a pixel further on average.
         middle = [(a + b + 1) / 2 for a, b in zip(low, high)]
         return View(zoom, tuple(place - zoom * value for place, value in zip(around, middle)))
 
-    def after_a_change_on_disk(self, act, seconds=60.0):
-        """Does `act` and waits until the recovery file has been written anew."""
-        def mark():
-            try:
-                status = self.recovery_file.stat()
-                return status.st_mtime_ns, status.st_ino
-            except OSError:
-                return None
-        before = mark()
-        act()
-        until(lambda: mark() not in (None, before), "the recovery file to follow", seconds)
+    def stroke(self, tool, view, points):
+        """Drags a tool along canvas points. Returns the path in the pixels it truly went through.
+
+        Waits for each sample to arrive, since two that wait in line are taken as one, and in the
+        end until the recovery file holds the edit.
+        """
+        self.choose_tool(tool)
+        recorded = self.recorded_edits(tool)
+        places = [tuple(map(round, view.on_screen(point))) for point in points]
+        self.pixel_at(places[0])
+        self.desk.tool("xdotool", "mousedown", 1)
+        for place in places[1:]:
+            self.pixel_after_moving_to(place)
+        self.desk.tool("xdotool", "mouseup", 1)
+        until(lambda: self.recorded_edits(tool) > recorded, f"the edit {tool!r} to be on disk", 60)
+        return [view.on_canvas(place) for place in places]
+
+    def pixel_after_moving_to(self, place):
+        before = self.pointer_pixel()
+        self.desk.move(place)
+        until(lambda: self.pointer_pixel() != before, f"the pointer to be seen at {place}")
+
+    def recorded_edits(self, title):
+        """How many steps of that title the recovery file holds."""
+        try:
+            content = self.recovery_file.read_bytes()
+        except OSError:
+            return 0
+        return len(re.findall(rb'"title"\s*:\s*"%s"' % title.encode(), content))
 
     def screenshot(self, name):
         file = SCREENSHOTS / f"{name}.png"

@@ -15,7 +15,7 @@ import photos
 import strokes
 from case import DeskCase
 from desk import until
-from editor import Editor, store_settings
+from editor import store_settings
 
 RED = (255, 0, 0, 255)
 WIDTH = 160
@@ -44,27 +44,16 @@ class Road(DeskCase):
         self.reopen_with_the_file_dialog(editor, saved)
 
     def open_and_paint(self, editor):
-        window = editor.wait_for_window("dandelion - Quillabrae v")
+        editor.wait_for_window("dandelion - Quillabrae v")
         editor.wait_for_status("Opened dandelion.jpg")
         editor.screenshot("1-photo-opened")
-        self.middle = self.canvas_middle(window)
+        self.middle = editor.canvas_middle()
+        self.desk.keys("ctrl+b")
+        editor.wait_for_status("Zoomed to fit canvas")
         view = editor.view(self.middle)
-        self.painted = self.stroke(editor, view, PAINTED)
-        editor.click("Eraser")
-        self.erased = self.stroke(editor, view, ERASED)
+        self.painted = editor.stroke("Paintbrush", view, PAINTED)
+        self.erased = editor.stroke("Eraser", view, ERASED)
         editor.screenshot("2-painted-and-erased")
-
-    @staticmethod
-    def canvas_middle(window):
-        left, top, width, height = window.box
-        return left + width // 2, top + height // 2 + 20
-
-    @staticmethod
-    def stroke(editor, view, points):
-        """Drags along canvas points; returns the path in the canvas pixels it truly went to."""
-        places = [tuple(map(round, view.on_screen(point))) for point in points]
-        editor.after_a_change_on_disk(lambda: editor.desk.drag(places))
-        return [view.on_canvas(place) for place in places]
 
     def zoom_and_pan(self, editor):
         before = editor.view(self.middle)
@@ -75,7 +64,7 @@ class Road(DeskCase):
         for was, now in zip(under, zoomed.on_canvas(self.middle)):
             self.assertAlmostEqual(was, now, delta=2 / before.zoom)
 
-        editor.click("Pan")
+        editor.choose_tool("Pan")
         start = self.middle
         editor.desk.drag([start, (start[0] - 60, start[1] - 40)])
         panned = editor.view(self.middle)
@@ -91,9 +80,9 @@ class Road(DeskCase):
     def undo_and_redo(self, editor):
         editor.desk.move(self.middle)
         with_both = self.canvas_picture(editor)
-        editor.after_a_change_on_disk(lambda: editor.desk.keys("ctrl+z"))
+        editor.desk.keys("ctrl+z")
         until(lambda: self.differ(with_both, self.canvas_picture(editor)), "undo to show")
-        editor.after_a_change_on_disk(lambda: editor.desk.keys("ctrl+shift+z"))
+        editor.desk.keys("ctrl+shift+z")
         until(lambda: not self.differ(with_both, self.canvas_picture(editor)), "redo to show")
 
     def canvas_picture(self, editor):

@@ -10,7 +10,7 @@ from case import DeskCase
 from desk import until
 from editor import store_settings
 
-STROKE = [(-150, -80), (150, 80)]
+STROKE = [(2000, 1000), (3000, 1500)]
 
 
 class Windows(DeskCase):
@@ -31,16 +31,16 @@ class Windows(DeskCase):
         editor.wait_for_status("Opened dandelion.jpg")
         return editor
 
-    def paint(self, editor, title):
-        left, top, width, height = editor.wait_for_window(title).box
-        middle = (left + width // 2, top + height // 2 + 20)
-        editor.after_a_change_on_disk(
-            lambda: self.desk.drag([(middle[0] + x, middle[1] + y) for x, y in STROKE]))
+    @staticmethod
+    def paint(editor):
+        editor.desk.keys("ctrl+b")
+        editor.wait_for_status("Zoomed to fit canvas")
+        editor.stroke("Paintbrush", editor.view(editor.canvas_middle()), STROKE)
 
-    def tabs(self, editor):
-        found = [name for name in ("dandelion", "stripes")
-                 if editor.node().find(name, "page tab")]
-        return found
+    @staticmethod
+    def tabs(editor):
+        row = editor.wait_for_control("Open projects")
+        return [title for title in ("dandelion", "stripes") if row.find(title)]
 
     def test_a_second_start_hands_its_file_to_the_running_window(self):
         editor = self.open_photo()
@@ -52,7 +52,7 @@ class Windows(DeskCase):
 
     def test_the_close_button_keeps_unsaved_work_for_reopening(self):
         editor = self.open_photo()
-        self.paint(editor, "dandelion")
+        self.paint(editor)
         self.desk.keys("alt+F4")
         until(lambda: not editor.windows(), "the editor window to close without asking")
         self.assertEqual(self.second_start(editor), 0)
@@ -65,7 +65,7 @@ class Windows(DeskCase):
 
     def test_work_is_there_again_after_a_kill(self):
         editor = self.open_photo()
-        self.paint(editor, "dandelion")
+        self.paint(editor)
         editor.kill()
         again = self.start()
         again.wait_for_window("dandelion - Quillabrae v")
@@ -74,7 +74,7 @@ class Windows(DeskCase):
 
     def test_a_terminate_signal_leaves_the_recovery_file(self):
         editor = self.open_photo()
-        self.paint(editor, "dandelion")
+        self.paint(editor)
         editor.process.send_signal(signal.SIGTERM)
         editor.process.wait(30)
         self.assertTrue(editor.recovery_file.exists())
@@ -83,7 +83,7 @@ class Windows(DeskCase):
 
     def test_quitting_asks_about_unsaved_work(self):
         editor = self.open_photo()
-        self.paint(editor, "dandelion")
+        self.paint(editor)
         self.desk.keys("ctrl+q")
         editor.wait_for_control('Save changes to "dandelion" before closing?')
         editor.screenshot("10-quit-asks")
