@@ -4,13 +4,12 @@
 #include "model/RecordCoding.h"
 #include "persistence/FileError.h"
 #include "persistence/RecoverySessionCoding.h"
-#include "platform/FileOperations.h"
+#include "persistence/RewrittenFile.h"
 #include "platform/Preferences.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
 
 #include <new>
 
@@ -36,48 +35,6 @@ void storeValue(platform::Preferences& preferences, const QString& key, const Va
     } catch (const model::JsonError&) {
         // What cannot be written leaves the stored value as it is.
     }
-}
-
-// Streams to a file, each write in one system call.
-class UnbufferedSink final : public model::ByteSink {
-public:
-    explicit UnbufferedSink(QFile& file) : m_file(file) {}
-
-    void write(std::span<const char> bytes) override {
-        if (m_file.write(bytes.data(), std::ssize(bytes)) != std::ssize(bytes))
-            throw FileError::notWritten(m_file.fileName(), m_file.errorString());
-    }
-
-private:
-    QFile& m_file;
-};
-
-// The files that a session is written to before they take its place: ".NAME.UUID.writing".
-QString temporaryPrefix(const QFileInfo& target) {
-    return QStringLiteral(".%1.").arg(target.fileName());
-}
-
-constexpr QLatin1StringView temporarySuffix(".writing");
-
-// A write that was killed leaves its temporary file behind; the next one takes it away.
-void removeStaleTemporaries(const QFileInfo& target) {
-    platform::FileOperations& files = platform::systemFileOperations();
-    const QString folder = target.absolutePath();
-    for (const QString& name : files.entries(folder)) {
-        const bool isOurs =
-            name.startsWith(temporaryPrefix(target)) && name.endsWith(temporarySuffix);
-        if (isOurs) QFile::remove(folder + QLatin1Char('/') + name);
-    }
-}
-
-void writeSession(const PaintAutosaveSession& session, const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-        throw FileError::notWritten(path, file.errorString());
-    // Unsaved work is its owner's alone.
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    UnbufferedSink sink(file);
-    model::encodeTo(sink, session);
 }
 
 // A file with room behind its bytes for the JSON reader.
@@ -143,32 +100,15 @@ std::optional<PaintAutosaveSession> AppPersistenceService::loadAutosavedSession(
 
 void AppPersistenceService::saveAutosavedSession(const PaintAutosaveSession& session,
                                                  const QString& file) {
-    const QFileInfo target(file);
-    const QString temporary = target.absolutePath() + QLatin1Char('/') + temporaryPrefix(target) +
-                              QUuid::createUuid().toString(QUuid::WithoutBraces) + temporarySuffix;
     try {
-        platform::systemFileOperations().makePath(target.absolutePath());
-        removeStaleTemporaries(target);
-        writeSession(session, temporary);
-        // The rename alone makes the write whole or nothing for every process, this one's killing
-        // included, because all of them see what the kernel holds. Bringing it to the disk would
-        // help only against a power cut, and would make each stroke wait for the disk.
-        platform::systemFileOperations().rename(temporary, target.absoluteFilePath());
-    } catch (const platform::FileOperationError& error) {
-        QFile::remove(temporary);
-        throw FileError::notWritten(file, error.description());
+        rewriteFile(file, [&](model::ByteSink& sink) { model::encodeTo(sink, session); });
     } catch (const model::JsonError& error) {
-        QFile::remove(temporary);
         throw FileError(error.description());
-    } catch (...) {
-        QFile::remove(temporary);
-        throw;
     }
 }
 
 void AppPersistenceService::clearAutosavedSession(const QString& file) {
-    QFile::remove(file);
-    removeStaleTemporaries(QFileInfo(file));
+    removeRewrittenFile(file);
 }
 
 } // namespace quillabrae::persistence

@@ -198,7 +198,8 @@ TEST_F(KillTest, WhatWasAcknowledgedIsThereAtTheNextStart) {
     ASSERT_TRUE(editor.run(R"({"do": "store.persistAutosavedSession"})", Clock::now() + 30s));
     const QDir autosave(m_home.filePath(QStringLiteral(".local/share/Quillabrae/Autosave")));
     EXPECT_EQ(autosave.entryList(QDir::Files | QDir::Hidden),
-              QStringList{QStringLiteral("Recovery.quillabraesession")});
+              (QStringList{QStringLiteral(".Recovery.quillabraesession.spare"),
+                           QStringLiteral("Recovery.quillabraesession")}));
 }
 
 } // namespace
