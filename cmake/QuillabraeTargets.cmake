@@ -23,6 +23,7 @@ if(QUILLABRAE_LLD)
 endif()
 
 option(QUILLABRAE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(QUILLABRAE_FUZZ "Build the fuzz targets; needs Clang" OFF)
 
 add_library(quillabrae_build INTERFACE)
 target_include_directories(quillabrae_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
@@ -30,6 +31,13 @@ target_compile_definitions(quillabrae_build INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS)
 target_compile_options(quillabrae_build INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Werror)
+if(QUILLABRAE_FUZZ)
+    # The warnings are tuned to the compiler that the program is built with.
+    target_compile_options(quillabrae_build INTERFACE
+        -Wno-error -fsanitize=fuzzer-no-link,address,undefined
+        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(quillabrae_build INTERFACE -fsanitize=address,undefined)
+endif()
 if(QUILLABRAE_SANITIZE)
     target_compile_options(quillabrae_build INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

@@ -51,6 +51,11 @@ std::optional<int> takeFraction(QStringView& text) {
     return milliseconds;
 }
 
+// Whether an instant in UTC can be written with a year of four digits.
+bool hasText(const QDateTime& utc) {
+    return utc.isValid() && utc.date().year() >= 1 && utc.date().year() <= 9999;
+}
+
 // Seconds east of UTC for "Z", "+01:00" or "+0100".
 std::optional<int> offset(QStringView text) {
     if (text == u"Z") return 0;
@@ -111,13 +116,14 @@ std::optional<QDateTime> JsonForm<QDateTime>::fromText(QStringView text) {
     if (!milliseconds || !east) return std::nullopt;
     const QTime time(part(11, 2), part(14, 2), part(17, 2), *milliseconds);
     if (!date.isValid() || !time.isValid()) return std::nullopt;
-    return QDateTime(date, time, Qt::UTC).addSecs(-*east);
+    const QDateTime instant = QDateTime(date, time, Qt::UTC).addSecs(-*east);
+    if (!hasText(instant)) return std::nullopt;
+    return instant;
 }
 
 void JsonForm<QDateTime>::write(JsonWriter& writer, const QDateTime& value) {
     const QDateTime utc = value.toUTC();
-    if (!utc.isValid() || utc.date().year() < 1 || utc.date().year() > 9999)
-        writer.fail(QStringLiteral("A date is not within the years 1 to 9999"));
+    if (!hasText(utc)) writer.fail(QStringLiteral("A date is not within the years 1 to 9999"));
     writer.string(utc.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'")));
 }
 

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Any bytes are a project, which can be written and read again as the same, or one JsonError.
+#include "model/RecordCoding.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace quillabrae;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QByteArray input(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    model::PaintProject project;
+    try {
+        project = model::decodedJson<model::PaintProject>(input);
+    } catch (const model::JsonError&) {
+        return 0;
+    }
+    const QByteArray json = model::encodedJson(project);
+    if (model::encodedJson(model::decodedJson<model::PaintProject>(json)) != json) std::abort();
+    return 0;
+}
