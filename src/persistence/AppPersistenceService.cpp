@@ -49,6 +49,22 @@ std::optional<QByteArray> readForJson(const QString& path) {
     return bytes;
 }
 
+std::optional<PaintAutosaveSession> readSession(const QString& path) {
+    try {
+        std::optional<QByteArray> json = readForJson(path);
+        if (!json) return std::nullopt;
+        PaintAutosaveSession session;
+        session.savedAt = QDateTime::currentDateTimeUtc();
+        model::JsonReader reader(*std::exchange(json, std::nullopt));
+        model::decodeOnto(session, reader);
+        return session;
+    } catch (const model::JsonError&) {
+        return std::nullopt;
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 model::PaintAppSettings AppPersistenceService::loadSettings(
@@ -83,19 +99,9 @@ QString AppPersistenceService::closedWorkFile(const QString& autosaveFolder) {
 
 std::optional<PaintAutosaveSession> AppPersistenceService::loadAutosavedSession(
     const QString& file) {
-    try {
-        std::optional<QByteArray> json = readForJson(file);
-        if (!json) return std::nullopt;
-        PaintAutosaveSession session;
-        session.savedAt = QDateTime::currentDateTimeUtc();
-        model::JsonReader reader(*std::exchange(json, std::nullopt));
-        model::decodeOnto(session, reader);
-        return session;
-    } catch (const model::JsonError&) {
-        return std::nullopt;
-    } catch (const std::bad_alloc&) {
-        return std::nullopt;
-    }
+    if (!QFileInfo(file).isFile()) return std::nullopt;
+    if (auto session = readSession(file)) return session;
+    return readSession(replacedContentOf(file));
 }
 
 void AppPersistenceService::saveAutosavedSession(const PaintAutosaveSession& session,

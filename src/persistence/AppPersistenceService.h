@@ -31,13 +31,15 @@ void saveRecents(platform::Preferences& preferences, const QString& key,
 QString recoveryFile(const QString& autosaveFolder);
 QString closedWorkFile(const QString& autosaveFolder);
 
-/// The session in a file; nothing when there is none or it cannot be read.
+/// The session in a file; nothing when there is none or it cannot be read. A file that is there but
+/// torn gives way to the session that it replaced, where that is still beside it.
 std::optional<PaintAutosaveSession> loadAutosavedSession(const QString& file);
 
-/// Writes the session as a stream, whole or not at all; complete on return. Throws FileError.
+/// Writes the session as a stream, whole or not at all, as a rewritten file (RewrittenFile.h);
+/// complete on return. Throws FileError.
 void saveAutosavedSession(const PaintAutosaveSession& session, const QString& file);
 
-/// Removes the file; a failure is ignored.
+/// Removes the file and what its rewriting has left beside it; a failure is ignored.
 void clearAutosavedSession(const QString& file);
 
 } // namespace quillabrae::persistence::AppPersistenceService

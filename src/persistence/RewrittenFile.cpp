@@ -4,6 +4,7 @@
 #include "persistence/BlockSink.h"
 #include "persistence/FileError.h"
 #include "platform/FileOperations.h"
+#include "platform/WriteBack.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -70,6 +71,7 @@ void writeContent(const QString& path, const std::function<void(model::ByteSink&
     BlockSink sink(file);
     write(sink);
     sink.finish();
+    platform::startWriteBack(file);
 }
 
 void takePlace(FileOperations& files, const Names& names, const QString& writing) {
@@ -99,6 +101,10 @@ void rewriteFile(const QString& target, const std::function<void(model::ByteSink
         QFile::remove(writing);
         throw;
     }
+}
+
+QString replacedContentOf(const QString& target) {
+    return Names(target).spare();
 }
 
 void removeRewrittenFile(const QString& target) {

@@ -15,15 +15,18 @@
 /// to find memory for a new file nor to give up that of the old one, which is most of what writing
 /// a large file costs. So the folder holds at most one content too many.
 ///
-/// A content is complete for every process that looks on return, and whenever this one is killed;
-/// it is not brought to the disk, which would guard only against a power cut and would make each
-/// change to the file wait for the disk.
+/// A content is complete for every process that looks on return, and whenever this one is killed.
+/// Bringing it to the disk is only begun: waiting for that would make each change wait for the
+/// disk. A power cut in that time may tear the content; the one that it replaced is the next best.
 namespace quillabrae::persistence {
 
 /// Gives `target` the content that `write` streams, or leaves it as it was and nothing beside it.
 /// Makes the folder when it is missing, and takes away what killed writes have left. Only the
 /// file's owner can read it. Throws FileError, and what `write` throws.
 void rewriteFile(const QString& target, const std::function<void(model::ByteSink&)>& write);
+
+/// Where the content that the present one replaced stands, if it does.
+QString replacedContentOf(const QString& target);
 
 /// Removes the file and what stands beside it; a failure is ignored.
 void removeRewrittenFile(const QString& target);

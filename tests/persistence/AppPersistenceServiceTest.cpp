@@ -275,6 +275,16 @@ TEST_F(AutosavedSession, ATornFileIsAsNoFile) {
     }
 }
 
+TEST_F(AutosavedSession, ATornFileGivesWayToTheOneThatItReplaced) {
+    Service::saveAutosavedSession(randomSession(76), file());
+    Service::saveAutosavedSession(randomSession(77), file());
+    EXPECT_EQ(Service::loadAutosavedSession(file()), randomSession(77));
+    store(stored().chopped(1));
+    EXPECT_EQ(Service::loadAutosavedSession(file()), randomSession(76));
+    QFile::remove(file());
+    EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt);
+}
+
 TEST_F(AutosavedSession, IsReadableByItsOwnerAlone) {
     Service::saveAutosavedSession(randomSession(65), file());
     EXPECT_EQ(QFile::permissions(file()) &
