@@ -11,16 +11,21 @@ QString nameOf(const QString& path) {
     return name.isEmpty() ? path : name;
 }
 
+/// `pattern` with the name of what is at `path` and a reason that may or may not end in a full
+/// stop.
+FileError sentence(const QString& pattern, const QString& path, const QString& reason) {
+    const bool hasFullStop = reason.endsWith(u'.');
+    return FileError(pattern.arg(nameOf(path), hasFullStop ? reason.chopped(1) : reason));
+}
+
 } // namespace
 
 FileError FileError::notWritten(const QString& path, const QString& reason) {
-    return FileError(
-        QStringLiteral("\u201C%1\u201D could not be written: %2.").arg(nameOf(path), reason));
+    return sentence(QStringLiteral("\u201C%1\u201D could not be written: %2."), path, reason);
 }
 
 FileError FileError::notRead(const QString& path, const QString& reason) {
-    return FileError(
-        QStringLiteral("\u201C%1\u201D could not be read: %2.").arg(nameOf(path), reason));
+    return sentence(QStringLiteral("\u201C%1\u201D could not be read: %2."), path, reason);
 }
 
 } // namespace quillabrae::persistence

@@ -2,6 +2,7 @@
 #include "persistence/Staging.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QUuid>
 
@@ -25,8 +26,16 @@ QString newIdentifier() {
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
 }
 
+/// The beginning of every staging name of a target. A name too long to be written out beside the
+/// identifier is cut.
 QString stagingPrefix(const QString& target) {
-    return u'.' + QFileInfo(target).fileName() + u'.';
+    constexpr qsizetype longestName = 255;
+    constexpr qsizetype identifierLength = 36;
+    constexpr qsizetype room = longestName - identifierLength - suffix.size() - 2;
+    QString name = QFileInfo(target).fileName();
+    while (QFile::encodeName(name).size() > room) name.chop(1);
+    if (!name.isEmpty() && name.back().isHighSurrogate()) name.chop(1);
+    return u'.' + name + u'.';
 }
 
 /// Runs a step whose failure changes nothing for the user.

@@ -221,6 +221,7 @@ TEST_F(Packages, AFaultyFileIsToldByThePlaceOfTheFault) {
     put(package, json);
     EXPECT_THAT(readError(), HasSubstr("layers[0]"));
     EXPECT_THAT(readError(), HasSubstr("isLocked"));
+    EXPECT_THAT(readError(), Not(HasSubstr("..")));
 }
 
 TEST_F(Packages, HostileFilesAreErrors) {

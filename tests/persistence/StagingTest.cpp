@@ -220,6 +220,18 @@ TEST_F(Saving, AProtectedFileStaysAsItIs) {
     EXPECT_EQ(names(), onlyTheTarget);
 }
 
+TEST_F(Saving, TheLongestNamesAreSavedAndLeaveNothing) {
+    for (const QString& stem :
+         {QString(251, u'n'), QString(83, u'\u7B46'), QStringLiteral("\U0001F58C").repeated(62)}) {
+        target = folder.filePath(stem + QStringLiteral(".png"));
+        save("old");
+        save("new");
+        EXPECT_EQ(contents(target), QByteArray("new"));
+        EXPECT_EQ(names(), QStringList{QFileInfo(target).fileName()});
+        ASSERT_TRUE(QFile::remove(target));
+    }
+}
+
 /// Remembers the largest piece that it was given.
 class MeasuringFile final : public DurableFile {
 public:
