@@ -4,6 +4,7 @@
 #include "canvas/CanvasCursors.h"
 #include "canvas/CanvasDisplay.h"
 #include "canvas/CanvasRenderer.h"
+#include "canvas/CanvasShadow.h"
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidgetInput.h"
 #include "canvas/CanvasWidgetScroller.h"
@@ -42,9 +43,7 @@ struct CanvasWidget::Parts final : CanvasDisplay {
 
     void repaintCanvasPixels(const QRect& rect) override {
         const CanvasFrame frame = view.frame(widget.viewport()->devicePixelRatioF());
-        const QRectF onScreen(frame.canvasOrigin + QPointF(rect.topLeft()) * frame.zoomScale,
-                              QSizeF(rect.size()) * frame.zoomScale);
-        widget.viewport()->update(onScreen.toAlignedRect().adjusted(-1, -1, 1, 1));
+        widget.viewport()->update(viewportRect(frame, rect));
     }
     void repaintViewport() override { widget.viewport()->update(); }
 
@@ -63,6 +62,8 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     setAccessibleName(tr("Canvas"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
+    // The right button draws.
+    setContextMenuPolicy(Qt::PreventContextMenu);
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->grabGesture(Qt::PinchGesture);
@@ -86,11 +87,18 @@ QPointF CanvasWidget::canvasOriginInViewport() const {
 
 void CanvasWidget::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
-    painter.fillRect(event->rect(), workspaceColor(palette()));
-    if (!m_store.hasActiveProject()) return;
+    const QRect exposed = event->rect();
+    const model::PaintProject* project = m_store.activeProject();
+    if (project == nullptr) return painter.fillRect(exposed, workspaceColor(palette()));
     CanvasFrame frame = m_parts->view.frame(viewport()->devicePixelRatioF());
     frame.secondaryLabelColor = palette().color(QPalette::PlaceholderText);
-    m_parts->renderer.paint(painter, frame, event->rect());
+    const QRectF canvas(frame.canvasOrigin,
+                        QSizeF(project->canvasWidth, project->canvasHeight) * frame.zoomScale);
+    if (!canvas.contains(exposed)) {
+        painter.fillRect(exposed, workspaceColor(palette()));
+        paintCanvasShadow(painter, canvas, exposed);
+    }
+    m_parts->renderer.paint(painter, frame, exposed);
 }
 
 void CanvasWidget::resizeEvent(QResizeEvent*) {

@@ -3,6 +3,7 @@
 
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasHost.h"
+#include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 
 #include <algorithm>
@@ -72,7 +73,7 @@ void LiveDrawing::finishRasterDrawing() {
         std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
     if (layer == project->layers.end()) return resetRasterDrawing();
 
-    const auto png = raster::LayerRasterService::pngData(m_liveDrawingImage);
+    const model::PngBytes png = encodedDrawing();
     const auto index = static_cast<std::size_t>(layer - project->layers.begin());
     m_context.editProject([&](model::PaintProject& edited) {
         edited.layers[index].bitmapPNGData = png;
@@ -83,6 +84,13 @@ void LiveDrawing::finishRasterDrawing() {
     const model::PaintTool tool = m_context.host.settings().selectedTool;
     m_context.host.recordHistory(model::title(tool), model::symbolName(tool));
     resetRasterDrawing();
+}
+
+/// Costs what was drawn on, where the layer had pixels of the canvas's size before.
+model::PngBytes LiveDrawing::encodedDrawing() const {
+    if (!m_originalBitmapPNGData) return raster::encodedImage(m_liveDrawingImage);
+    const raster::RowRange drawnRows{m_drawnRect.top(), m_drawnRect.top() + m_drawnRect.height()};
+    return raster::encodedImage(m_liveDrawingImage, *m_originalBitmapPNGData, drawnRows);
 }
 
 void LiveDrawing::resetRasterDrawing() {

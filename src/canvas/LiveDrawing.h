@@ -51,6 +51,7 @@ public:
 
 private:
     void dropSelection();
+    model::PngBytes encodedDrawing() const;
 
     CanvasContext& m_context;
     std::optional<QUuid> m_activeDrawingLayerID;

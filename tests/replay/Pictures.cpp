@@ -54,7 +54,7 @@ std::span<const PictureSource> projectPictures() {
 
 RasterImage pictureNamedBy(Session& session, const Arguments& arguments) {
     const QString name = arguments.text("of");
-    for (const auto family : {projectPictures}) {
+    for (const auto family : {projectPictures, canvasPictures}) {
         for (const PictureSource& source : family()) {
             if (name != QLatin1StringView(source.name)) continue;
             RasterImage image = source.picture(session, arguments);

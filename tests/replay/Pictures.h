@@ -19,6 +19,7 @@ struct PictureSource {
 
 // One family a source file; a new family is declared here and named in `pictureNamedBy`.
 std::span<const PictureSource> projectPictures();
+std::span<const PictureSource> canvasPictures();
 
 /// The picture that a line's "of" names.
 raster::RasterImage pictureNamedBy(Session& session, const Arguments& arguments);

@@ -26,6 +26,7 @@ Session::Session(const SessionPlaces& places)
     m_store = std::make_unique<store::ProjectStore>(
         store::StoreEnvironment{m_panels, *m_preferences, m_clock, m_fileIcons, paths},
         store::Persistence::on);
+    m_canvas = std::make_unique<CanvasStage>(*m_store, m_time);
 }
 
 QString Session::resolvedPath(const QString& path) const {

@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
 #include "platform/SettingsPreferences.h"
+#include "replay/CanvasStage.h"
 #include "replay/ScriptedPanels.h"
 #include "replay/VirtualTime.h"
 #include "store/ProjectStore.h"
@@ -39,7 +40,7 @@ struct SessionPlaces {
 enum class SessionEnd { none, cleanly, killed };
 
 /// One run of the editor without a screen: the store, everything that it needs of the world, and
-/// the script's time. What a later family of verbs stands on (a canvas, a clipboard) is a member
+/// the script's time. What a later family of verbs stands on (a clipboard) is a member
 /// here.
 class Session {
 public:
@@ -49,6 +50,7 @@ public:
     const store::ProjectStore& store() const { return *m_store; }
     ScriptedPanels& panels() { return m_panels; }
     VirtualTime& time() { return m_time; }
+    CanvasStage& canvas() { return *m_canvas; }
 
     /// A path of a script: "~/" is the run's home, others are relative to the current directory.
     QString resolvedPath(const QString& path) const;
@@ -78,6 +80,7 @@ private:
     ScriptedPanels m_panels;
     std::optional<platform::SettingsPreferences> m_preferences;
     std::unique_ptr<store::ProjectStore> m_store;
+    std::unique_ptr<CanvasStage> m_canvas;
     SessionEnd m_end = SessionEnd::none;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "replay/StateFields.h"
 
+#include "replay/CanvasState.h"
 #include "replay/JsonForms.h"
 #include "replay/ScriptError.h"
 #include "replay/Session.h"
@@ -59,6 +60,7 @@ constexpr StateField stateFields[] = {
     {"canvasCursorPosition", canvasCursorPosition},
     {"zoomToFitRequestID",
      [](Session& session) { return toJson(session.store().zoomToFitRequestID()); }},
+    {"canvas", [](Session& session) { return QJsonValue(canvasState(session)); }},
     {"hasClosedWork", [](Session& session) { return QJsonValue(session.store().hasClosedWork()); }},
 };
 

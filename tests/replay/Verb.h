@@ -30,6 +30,7 @@ VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();
 VerbTable controlVerbs();
+VerbTable canvasVerbs();
 
 std::span<VerbTable (*const)()> verbFamilies();
 
