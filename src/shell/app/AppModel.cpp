@@ -12,6 +12,7 @@
 #include "shell/app/WindowCoordinator.h"
 #include "shell/dialogs/DesktopDialogs.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
+#include "shell/looks/Symbols.h"
 #include "shell/looks/SystemColorScheme.h"
 #include "store/ProjectStore.h"
 
@@ -31,6 +32,8 @@ struct AppModel::Graph {
           delegate(store, windows,
                    {.afterFirstFrame =
                         [this] {
+                            QGuiApplication::setWindowIcon(
+                                Symbols::icon(QStringLiteral("quillabrae.project")));
                             registration.claimProjectType();
                             colorScheme.followSystem();
                         },

@@ -199,7 +199,11 @@ void WindowCoordinator::openDroppedFiles(const QList<QUrl>& files) {
 
 void WindowCoordinator::reopenClosedWork() {
     store::ProjectStore& store = m_environment.store;
-    if (!store.reopenClosedWork()) return;
+    if (!store.reopenClosedWork()) {
+        store.setStatusMessage(
+            QStringLiteral("Reopen failed: the closed work could not be read"));
+        return;
+    }
     closeWelcome();
     showEditorWindow(store.activeProjectID());
 }

@@ -20,6 +20,7 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     : QWidget(parent),
       m_slider(new QSlider(Qt::Horizontal, this)),
       m_valueText(Labels::body({}, this)) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid);
@@ -28,6 +29,7 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     m_slider->setRange(range.minimum, range.maximum);
     m_slider->setSingleStep(1);
     m_slider->setFixedWidth(trackWidth);
+    m_slider->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_valueText->setFixedWidth(
         m_valueText->fontMetrics().horizontalAdvance(QString::number(range.maximum)) + 2);
     m_valueText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -12,7 +12,10 @@ namespace {
 /// A label whose muted colour follows a change of the program's palette.
 class MutedLabel final : public QLabel {
 public:
-    MutedLabel(const QString& text, QWidget* parent) : QLabel(text, parent) { dim(); }
+    MutedLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+        setForegroundRole(QPalette::WindowText);
+        dim();
+    }
 
 protected:
     void changeEvent(QEvent* event) override {

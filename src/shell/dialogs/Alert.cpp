@@ -27,7 +27,9 @@ QHBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
         QObject::connect(button, &QPushButton::clicked, &dialog,
                          [&dialog, index] { dialog.done(index + 1); });
         row->addWidget(button);
-        if (index == 0) button->setFocus();
+        if (index > 0) continue;
+        Style::markPrimary(*button);
+        button->setFocus();
     }
     return row;
 }

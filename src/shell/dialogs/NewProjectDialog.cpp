@@ -38,6 +38,7 @@ NumberField* addField(QGridLayout& grid, const QString& title, double value,
 QHBoxLayout* makeButtons(QDialog& dialog) {
     auto* create = new QPushButton(QStringLiteral("Create"), &dialog);
     create->setDefault(true);
+    Style::markPrimary(*create);
     auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);
     QObject::connect(create, &QPushButton::clicked, &dialog, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);

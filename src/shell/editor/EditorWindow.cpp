@@ -4,6 +4,7 @@
 #include "shell/app/FileDrop.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
+#include "shell/editor/ProjectTabAccessible.h"
 #include "shell/editor/ProjectTabBar.h"
 #include "shell/editor/QuickToolbar.h"
 #include "shell/editor/StatusBar.h"
@@ -20,6 +21,7 @@ EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& window
                            const CommandActions& actions)
     : m_windows(windows), m_workspace(new Workspace(store, this)) {
     setAcceptDrops(true);
+    ProjectTabAccessible::install();
     auto* menuBar = new QMenuBar(this);
     actions.fill(*menuBar);
     actions.addKeysTo(*this);

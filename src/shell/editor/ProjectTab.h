@@ -30,6 +30,7 @@ public:
 
     QUuid projectID() const { return m_projectID; }
     void setLook(const Look& look);
+    bool isActive() const { return m_look.isActive; }
     /// The room for the picture, in device pixels.
     QSize thumbnailRoom() const;
     void setThumbnail(const QImage& image);

@@ -33,6 +33,7 @@ QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
     scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller->setFocusPolicy(Qt::NoFocus);
     scroller->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    scroller->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
     scroller->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     return scroller;
@@ -103,7 +104,10 @@ void ProjectTabBar::matchProjects() {
     m_tabs = std::move(tabs);
     for (int index = 0; index < std::ssize(m_tabs); ++index) {
         ProjectTab* tab = m_tabs[static_cast<std::size_t>(index)];
-        if (m_row->indexOf(tab) != index) m_row->insertWidget(index, tab);
+        if (m_row->indexOf(tab) == index) continue;
+        m_row->insertWidget(index, tab);
+        // At once, so that the row knows its width below.
+        tab->show();
     }
     refreshTabs();
     if (!m_staleThumbnails.empty()) m_thumbnailTimer.start();
@@ -130,6 +134,7 @@ void ProjectTabBar::refreshTabs() {
     const auto active = std::ranges::find_if(m_tabs, [this](const ProjectTab* tab) {
         return m_store.activeProjectID() == tab->projectID();
     });
+    m_row->activate();
     m_scroller->updateGeometry();
     if (active != m_tabs.end()) m_scroller->ensureWidgetVisible(*active, Style::grid, 0);
 }

@@ -30,6 +30,7 @@ ToolOptions::ToolOptions(store::ProjectStore& store, QWidget* parent)
       m_hardness(new LabeledSlider(
           {QStringLiteral("Hardness"), QStringLiteral("Sets how crisp the edge of the mark is.")},
           {0, 100}, this)) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid / 2, 0, 0, 0);
     layout->setSpacing(2 * Style::grid);

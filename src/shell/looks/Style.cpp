@@ -2,6 +2,7 @@
 #include "shell/looks/Style.h"
 
 #include <QApplication>
+#include <QPushButton>
 
 #include <array>
 
@@ -31,9 +32,9 @@ constexpr std::array tones{
     Tone{QPalette::Mid, 0xffc9cdd2, 0xff17191b},
     Tone{QPalette::Dark, 0xffaeb4bb, 0xff131517},
     Tone{QPalette::Shadow, 0xff6c737b, 0xff000000},
-    Tone{QPalette::Highlight, 0xff2f6fd6, 0xff3f7fe6},
+    Tone{QPalette::Highlight, 0xff1f7487, 0xff2c8ba0},
     Tone{QPalette::HighlightedText, 0xffffffff, 0xffffffff},
-    Tone{QPalette::Link, 0xff2f6fd6, 0xff7aaaf5},
+    Tone{QPalette::Link, 0xff1b6a7c, 0xff6cc4d8},
     Tone{QPalette::LinkVisited, 0xff6a55b8, 0xffa898ea},
 };
 
@@ -74,6 +75,16 @@ ColorScheme schemeOf(const QPalette& palette) {
 
 void apply(ColorScheme scheme) {
     QApplication::setPalette(palette(scheme));
+}
+
+void markPrimary(QPushButton& button) {
+    QPalette own;
+    const QColor face = accent(own);
+    own.setColor(QPalette::Active, QPalette::Button, face);
+    own.setColor(QPalette::Inactive, QPalette::Button, face);
+    own.setColor(QPalette::Active, QPalette::ButtonText, Qt::white);
+    own.setColor(QPalette::Inactive, QPalette::ButtonText, Qt::white);
+    button.setPalette(own);
 }
 
 QColor line(const QPalette& palette) {

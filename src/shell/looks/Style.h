@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QPalette>
 
-class QApplication;
+class QPushButton;
 
 namespace quillabrae::shell {
 
@@ -25,6 +25,9 @@ ColorScheme schemeOf(const QPalette& palette);
 
 /// Gives the whole program the base style and the palette of a scheme.
 void apply(ColorScheme scheme);
+
+/// Makes the button of the likeliest choice stand out.
+void markPrimary(QPushButton& button);
 
 /// Hairlines between and around surfaces.
 QColor line(const QPalette& palette);

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <QAbstractButton>
-#include <QIcon>
+
+class QVBoxLayout;
 
 namespace quillabrae::shell {
 
@@ -20,21 +21,15 @@ public:
         QString help;
     };
 
-    explicit ActionRow(Face face, QWidget* parent = nullptr);
-
-    QSize sizeHint() const override;
+    explicit ActionRow(const Face& face, QWidget* parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
 private:
-    int lineCount() const { return m_face.link.isEmpty() ? 2 : 3; }
-
-    Face m_face;
-    QIcon m_icon;
+    void addText(const Face& face, QVBoxLayout& lines);
 };
 
 } // namespace quillabrae::shell

@@ -6,8 +6,8 @@
 #include "shell/commands/CommandActions.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
+#include "shell/controls/SymbolLabel.h"
 #include "shell/looks/Style.h"
-#include "shell/looks/Symbols.h"
 #include "shell/welcome/ActionRow.h"
 #include "shell/welcome/RecentList.h"
 #include "shell/welcome/WelcomeContent.h"
@@ -25,9 +25,10 @@
 namespace quillabrae::shell {
 namespace {
 
-constexpr int sideMargin = 32;
+constexpr int sideMargin = 28;
 constexpr int closeExtent = 28;
 constexpr int buttonHeight = 36;
+constexpr int logoExtent = 56;
 
 QPushButton* makeButton(const QString& title, QWidget* parent) {
     auto* button = new QPushButton(title, parent);
@@ -105,11 +106,7 @@ void WelcomePanel::build(QVBoxLayout& layout) {
 void WelcomePanel::buildHeader(QVBoxLayout& layout) {
     auto* row = new QHBoxLayout;
     row->setSpacing(2 * Style::grid);
-    constexpr int logoExtent = 56;
-    auto* logo = new QLabel(this);
-    logo->setFixedSize(logoExtent, logoExtent);
-    logo->setPixmap(Symbols::icon(QStringLiteral("quillabrae.project"))
-                        .pixmap(QSize(logoExtent, logoExtent), devicePixelRatioF()));
+    auto* logo = new SymbolLabel(QStringLiteral("quillabrae.project"), logoExtent, this);
     row->addWidget(logo);
     auto* names = new QVBoxLayout;
     names->setSpacing(0);
@@ -126,6 +123,7 @@ void WelcomePanel::buildButtons(QVBoxLayout& layout) {
     row->setSpacing(Style::grid);
     QPushButton* create = makeButton(QStringLiteral("New Project"), this);
     create->setDefault(true);
+    Style::markPrimary(*create);
     QPushButton* open = makeButton(QStringLiteral("Open Project..."), this);
     connect(create, &QPushButton::clicked, this, [this] { m_windows.createNewProject(); });
     connect(open, &QPushButton::clicked, this, [this] { m_windows.openProjectFromPanel(); });

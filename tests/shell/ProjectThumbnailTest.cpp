@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/editor/ProjectThumbnail.h"
+#include "store/StoreTest.h"
+
+namespace quillabrae::shell {
+namespace {
+
+using ProjectThumbnailTest = store::StoreTest;
+
+TEST_F(ProjectThumbnailTest, KeepsTheCanvassProportions) {
+    const auto store = makeStore(store::Persistence::off);
+    EXPECT_EQ(projectThumbnail(store->createUntitledProject(400, 100, 96), {40, 30}).size(),
+              QSize(40, 10));
+    EXPECT_EQ(projectThumbnail(store->createUntitledProject(10, 1000, 96), {40, 30}).size(),
+              QSize(1, 30));
+}
+
+TEST_F(ProjectThumbnailTest, ShowsVisibleLayersAtTheirOpacity) {
+    const auto store = makeStore(store::Persistence::off);
+    model::PaintProject project = *store->createProject(writePicture(QStringLiteral("red.png")));
+    EXPECT_EQ(projectThumbnail(project, {40, 30}).pixelColor(5, 5), QColor(Qt::red));
+    project.layers.front().opacity = 0.5;
+    EXPECT_NEAR(projectThumbnail(project, {40, 30}).pixelColor(5, 5).alpha(), 128, 1);
+    project.layers.front().isVisible = false;
+    EXPECT_EQ(projectThumbnail(project, {40, 30}).pixelColor(5, 5).alpha(), 0);
+}
+
+} // namespace
+} // namespace quillabrae::shell

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "shell/app/WindowCoordinator.h"
+#include "shell/app/WindowFactory.h"
+#include "shell/dialogs/Dialogs.h"
+#include "store/StoreTest.h"
+
+#include <QCoreApplication>
+#include <QWidget>
+
+#include <optional>
+#include <vector>
+
+namespace quillabrae::shell {
+
+/// Makes empty windows and notes which.
+class FakeWindows final : public WindowFactory {
+public:
+    std::vector<WindowRole> made;
+
+    std::unique_ptr<QWidget> makeWindow(WindowRole role, WindowCoordinator&) override {
+        made.push_back(role);
+        return std::make_unique<QWidget>();
+    }
+    int countOf(WindowRole role) const { return static_cast<int>(std::ranges::count(made, role)); }
+};
+
+/// Answers dialogs with what it was given and notes what they started with.
+class FakeDialogs final : public Dialogs {
+public:
+    std::optional<NewProjectDialogResult> newProject;
+    std::optional<QSizeF> startedWith;
+    QWidget* parent = nullptr;
+
+    std::optional<NewProjectDialogResult> requestNewProject(QSizeF size,
+                                                            QWidget* dialogParent) override {
+        startedWith = size;
+        parent = dialogParent;
+        return newProject;
+    }
+};
+
+/// A store in a home of its own with a coordinator over empty windows.
+class ShellTest : public store::StoreTest {
+protected:
+    ShellTest() { makeShell(); }
+
+    /// A program that starts over what the former one left behind.
+    void makeShell() {
+        coordinator.reset();
+        store = makeStore();
+        coordinator = std::make_unique<WindowCoordinator>(WindowEnvironment{
+            *store, preferences, windows, dialogs, [this] { return clipboardSize; }});
+    }
+
+    QWidget* editor() const { return coordinator->window(WindowRole::editor); }
+    QWidget* welcome() const { return coordinator->window(WindowRole::welcome); }
+    QWidget* quickStart() const { return coordinator->window(WindowRole::paintNetQuickStart); }
+
+    /// Runs what was put off until the present event is over.
+    static void runDeferred() {
+        for (int round = 0; round < 3; ++round) {
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+    QUrl savePackage(const QString& name) {
+        makeProject(*store);
+        saveTo(*store, name);
+        store->closeProject(*store->activeProjectID());
+        return file(name);
+    }
+    QUrl writeBrokenPicture(const QString& name) const {
+        QFile picture(folder.filePath(name));
+        EXPECT_TRUE(picture.open(QIODevice::WriteOnly));
+        picture.write("not a picture");
+        return file(name);
+    }
+
+    FakeWindows windows;
+    FakeDialogs dialogs;
+    std::optional<QSizeF> clipboardSize;
+    std::unique_ptr<store::ProjectStore> store;
+    std::unique_ptr<WindowCoordinator> coordinator;
+};
+
+} // namespace quillabrae::shell

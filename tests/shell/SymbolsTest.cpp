@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/PaintTool.h"
+#include "shell/ShellTest.h"
+#include "shell/editor/QuickToolbar.h"
+#include "shell/editor/ToolsPalette.h"
+#include "shell/looks/Symbols.h"
+
+namespace quillabrae::shell {
+namespace {
+
+using SymbolsTest = ShellTest;
+
+TEST_F(SymbolsTest, KnowsEveryToolOfThePalette) {
+    for (const model::PaintTool tool : paletteTools) {
+        EXPECT_TRUE(Symbols::isKnown(model::symbolName(tool)))
+            << qPrintable(model::symbolName(tool));
+    }
+}
+
+TEST_F(SymbolsTest, KnowsEveryButtonOfTheQuickToolbar) {
+    for (const ToolbarItem& item : quickToolbarItems()) {
+        if (item.title == nullptr) continue;
+        EXPECT_TRUE(Symbols::isKnown(QString::fromLatin1(item.symbol(*store)))) << item.title;
+    }
+}
+
+TEST_F(SymbolsTest, DrawsItsOwnSymbolsOnLightAndOnDark) {
+    for (const ColorScheme scheme : {ColorScheme::dark, ColorScheme::light}) {
+        Symbols::useScheme(scheme);
+        const QImage lasso = Symbols::icon(QStringLiteral("lasso")).pixmap(22, 22).toImage();
+        ASSERT_FALSE(lasso.isNull());
+        int inked = 0;
+        bool isInkLight = false;
+        for (int y = 0; y < lasso.height(); ++y) {
+            for (int x = 0; x < lasso.width(); ++x) {
+                const QColor color = lasso.pixelColor(x, y);
+                if (color.alpha() < 200) continue;
+                ++inked;
+                isInkLight = color.lightness() > 128;
+            }
+        }
+        EXPECT_GT(inked, 10);
+        EXPECT_EQ(isInkLight, scheme == ColorScheme::dark);
+    }
+}
+
+TEST_F(SymbolsTest, HasNoIconForAnUnknownSymbol) {
+    EXPECT_FALSE(Symbols::isKnown(QStringLiteral("no.such.symbol")));
+    EXPECT_TRUE(Symbols::icon(QStringLiteral("no.such.symbol")).isNull());
+}
+
+} // namespace
+} // namespace quillabrae::shell

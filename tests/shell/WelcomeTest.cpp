@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ShellTest.h"
+#include "shell/commands/CommandActions.h"
+#include "shell/welcome/ActionRow.h"
+#include "shell/welcome/RecentRow.h"
+#include "shell/welcome/WelcomeContent.h"
+#include "shell/welcome/WelcomePanel.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+namespace quillabrae::shell {
+namespace {
+
+class WelcomeTest : public ShellTest {
+protected:
+    void showPanel() {
+        actions = std::make_unique<CommandActions>(CommandContext{*store, *coordinator});
+        panel = std::make_unique<WelcomePanel>(*store, *coordinator, *actions);
+        panel->show();
+    }
+    bool shows(const QString& text) const {
+        const auto labels = panel->findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const QLabel* label) {
+            return label->isVisible() && label->text() == text;
+        });
+    }
+
+    std::unique_ptr<CommandActions> actions;
+    std::unique_ptr<WelcomePanel> panel;
+};
+
+TEST_F(WelcomeTest, HasNothingToTellAtFirst) {
+    const WelcomeContent content = WelcomeContent::of(*store);
+    EXPECT_TRUE(content.recents.empty());
+    EXPECT_FALSE(content.offersClosedWork);
+    EXPECT_TRUE(content.status.isEmpty());
+}
+
+TEST_F(WelcomeTest, ListsRecentsWithTheirFolders) {
+    savePackage(QStringLiteral("cat.quillabrae"));
+    savePackage(QStringLiteral("dog.quillabrae"));
+    const WelcomeContent content = WelcomeContent::of(*store);
+    ASSERT_EQ(content.recents.size(), 2U);
+    EXPECT_EQ(content.recents.front().project.title, QStringLiteral("dog"));
+    EXPECT_EQ(content.recents.front().folder, folder.path());
+}
+
+TEST_F(WelcomeTest, OffersClosedWorkWhileItIsKept) {
+    makeProject(*store);
+    edit(*store);
+    coordinator->showEditorWindow(std::nullopt);
+    editor()->close();
+    EXPECT_TRUE(WelcomeContent::of(*store).offersClosedWork);
+    store->reopenClosedWork();
+    EXPECT_FALSE(WelcomeContent::of(*store).offersClosedWork);
+}
+
+TEST_F(WelcomeTest, TellsAFailure) {
+    store->setStatusMessage(QStringLiteral("Open failed: image could not be read"));
+    showPanel();
+    EXPECT_TRUE(shows(QStringLiteral("Open failed: image could not be read")));
+}
+
+TEST_F(WelcomeTest, SaysThatThereAreNoRecents) {
+    showPanel();
+    EXPECT_TRUE(shows(QStringLiteral("No recent projects yet")));
+    EXPECT_TRUE(shows(QStringLiteral("Saved and opened projects will appear here.")));
+    EXPECT_TRUE(shows(QStringLiteral("Native pixel editor")));
+    EXPECT_FALSE(panel->findChild<ActionRow*>(QStringLiteral("reopenClosedWork"))->isVisible());
+}
+
+TEST_F(WelcomeTest, OpensTheRecentThatIsPressed) {
+    const QUrl package = savePackage(QStringLiteral("cat.quillabrae"));
+    showPanel();
+    panel->findChild<RecentRow*>()->click();
+    runDeferred();
+    ASSERT_NE(store->activeProject(), nullptr);
+    EXPECT_EQ(store->activeProject()->fileURL, package);
+}
+
+TEST_F(WelcomeTest, TakesARecentOffTheList) {
+    savePackage(QStringLiteral("cat.quillabrae"));
+    showPanel();
+    Q_EMIT panel->findChild<RecentRow*>()->removeRequested();
+    runDeferred();
+    EXPECT_TRUE(store->recents().empty());
+    EXPECT_TRUE(shows(QStringLiteral("No recent projects yet")));
+}
+
+TEST_F(WelcomeTest, LeadsItsButtonsToTheCoordinator) {
+    showPanel();
+    const auto buttons = panel->findChildren<QPushButton*>();
+    ASSERT_EQ(buttons.size(), 2);
+    EXPECT_EQ(buttons.first()->text(), QStringLiteral("New Project"));
+    EXPECT_EQ(buttons.last()->text(), QStringLiteral("Open Project..."));
+    buttons.first()->click();
+    buttons.last()->click();
+    runDeferred();
+    EXPECT_TRUE(dialogs.startedWith.has_value());
+    EXPECT_EQ(panels.shown, QStringList(QStringLiteral("open")));
+}
+
+TEST_F(WelcomeTest, OpensTheTour) {
+    showPanel();
+    panel->findChild<ActionRow*>(QString(), Qt::FindDirectChildrenOnly)->click();
+    EXPECT_NE(quickStart(), nullptr);
+}
+
+} // namespace
+} // namespace quillabrae::shell

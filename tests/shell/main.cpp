@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/looks/Style.h"
+
+#include <QApplication>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
