@@ -24,15 +24,21 @@ constexpr int barHeight = 48;
 /// Pictures follow a little behind the work, so that a run of edits makes one.
 constexpr std::chrono::milliseconds thumbnailDelay{150};
 
+/// As wide as its content, where there is room.
+class FittingScroller final : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+};
+
 QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
-    auto* scroller = new QScrollArea(parent);
+    auto* scroller = new FittingScroller(parent);
     scroller->setWidget(content);
     scroller->setWidgetResizable(true);
     scroller->setFrameShape(QFrame::NoFrame);
     scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroller->setFocusPolicy(Qt::NoFocus);
-    scroller->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     scroller->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
     scroller->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
