@@ -56,6 +56,11 @@ TEST_F(WelcomeTest, OffersClosedWorkWhileItIsKept) {
     EXPECT_FALSE(WelcomeContent::of(*store).offersClosedWork);
 }
 
+TEST_F(WelcomeTest, KeepsQuietAboutWhatWentWell) {
+    store->setStatusMessage(QStringLiteral("Saved cat.quillabrae"));
+    EXPECT_TRUE(WelcomeContent::of(*store).status.isEmpty());
+}
+
 TEST_F(WelcomeTest, TellsAFailure) {
     store->setStatusMessage(QStringLiteral("Open failed: image could not be read"));
     showPanel();

@@ -29,7 +29,10 @@ Qt::WindowFlags windowFlags(WindowTraits::Frame frame) {
 
 /// The size that fits a screen, which may be smaller than what the window is meant to have.
 void placeOnScreen(QWidget& window, const WindowTraits& traits) {
-    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    // The window manager's frame needs some of the screen; how much is known only later.
+    constexpr int frameHeight = 32;
+    const QRect room =
+        QGuiApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameHeight);
     if (traits.frame == WindowTraits::Frame::resizable) {
         window.setMinimumSize(traits.minimumSize.boundedTo(room.size()));
         window.resize(traits.size.boundedTo(room.size()));

@@ -37,9 +37,14 @@ void Workspace::focusCanvas() {
 void Workspace::resizeEvent(QResizeEvent*) {
     m_canvas->setGeometry(rect());
     m_tools->setGeometry({QPoint(margin, margin), m_tools->sizeHint()});
-    const int below = m_tools->geometry().bottom() + 1 + Style::grid;
-    m_colors->setGeometry(
-        {QPoint(margin, below), QSize(m_tools->width(), m_colors->sizeHint().height())});
+    const QRect tools = m_tools->geometry();
+    QRect colors(margin, tools.bottom() + 1 + Style::grid, tools.width(),
+                 m_colors->sizeHint().height());
+    // Beside the tools where the window is too low for both.
+    if (colors.bottom() > height() - margin) {
+        colors.moveTopLeft({tools.right() + 1 + Style::grid, margin});
+    }
+    m_colors->setGeometry(colors);
 }
 
 } // namespace quillabrae::shell

@@ -9,7 +9,10 @@
 namespace quillabrae::shell {
 namespace {
 
-const auto quietStatus = QStringLiteral("Ready");
+/// What the editor reported of work that went well is no news here.
+bool isFailure(const QString& status) {
+    return status.contains(QLatin1StringView(" failed: "));
+}
 
 QString shortFolder(const QUrl& file) {
     const QString folder = QFileInfo(file.toLocalFile()).absolutePath();
@@ -26,7 +29,7 @@ WelcomeContent WelcomeContent::of(const store::ProjectStore& store) {
         content.recents.push_back({recent, shortFolder(recent.url)});
     }
     content.offersClosedWork = store.hasClosedWork();
-    if (store.statusMessage() != quietStatus) content.status = store.statusMessage();
+    if (isFailure(store.statusMessage())) content.status = store.statusMessage();
     return content;
 }
 

@@ -23,7 +23,7 @@ struct WelcomeContent {
 
     std::vector<Recent> recents;
     bool offersClosedWork = false;
-    /// Empty while there is nothing to say.
+    /// Why the last thing that was tried failed; empty when it did not.
     QString status;
 
     static WelcomeContent of(const store::ProjectStore& store);
