@@ -111,7 +111,7 @@ TEST_F(StoredPreferences, AFileThatCannotBeReadIsAnEmptyOne) {
     ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
     QFile broken(file);
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write(QByteArray("\0\xff[[[=\n@ByteArray(", 20));
+    broken.write(QByteArray("\0\xff[[[=\n@ByteArray(", 18));
     broken.close();
     EXPECT_FALSE(storedValue().isValid());
 }
