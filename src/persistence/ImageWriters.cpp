@@ -26,7 +26,7 @@ QImage opaqueView(const raster::RasterImage& picture) {
 }
 
 struct Encoding {
-    const char* format;
+    const char* format = nullptr;
     /// 0 to 100; -1 leaves it to the encoder.
     int quality = -1;
 };

@@ -19,7 +19,6 @@
 
 namespace quillabrae::persistence::ProjectFileService {
 
-using platform::DurableFile;
 using platform::FileOperationError;
 using platform::FileOperations;
 
