@@ -23,7 +23,7 @@ template <typename Record, typename Member>
 struct JsonField {
     std::string_view name;
     Member Record::*member;
-    Presence presence;
+    Presence presence = Presence::required;
 };
 
 template <typename Record, typename Member>

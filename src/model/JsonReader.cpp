@@ -117,7 +117,7 @@ void JsonReader::array(const std::function<void()>& onElement) {
     qsizetype index = 0;
     for (auto element : elements) {
         ondemand::value value;
-        if (const auto fault = std::move(element).get(value); fault != simdjson::SUCCESS)
+        if (const auto fault = element.get(value); fault != simdjson::SUCCESS)
             fail(messageFor(fault));
         m_state->path.push_back({{}, index++});
         m_state->value = &value;
