@@ -40,13 +40,15 @@ bool isShaded(double across, int checkerRow) {
 } // namespace
 
 std::vector<CanvasPicture> picturesOf(const model::PaintProject& project,
-                                      std::span<const model::PaintLayer> layers) {
+                                      std::span<const model::PaintLayer> layers,
+                                      CoverageCache& coverage) {
     const QRectF canvas(0.0, 0.0, project.canvasWidth, project.canvasHeight);
     std::vector<CanvasPicture> pictures;
     const auto add = [&](const model::PngBytes& bytes, const QRectF& target, double opacity) {
         raster::RasterImage image = raster::decodedImage(bytes);
         if (image.isNull()) return;
-        pictures.push_back({std::move(image), target, raster::unitByte(opacity)});
+        auto known = coverage.coverageOf(bytes, image);
+        pictures.push_back({std::move(image), target, raster::unitByte(opacity), std::move(known)});
     };
     for (const model::PaintLayer& layer : layers) {
         if (!layer.isVisible) continue;
@@ -113,20 +115,56 @@ void CanvasComposer::startRow(int y, std::uint8_t* row) const {
     }
 }
 
-void CanvasComposer::drawItem(const Item& item, int source, RowBuffer& buffer) const {
+void CanvasComposer::updateRuns(const Item& item, int source, ItemRuns& runs) const {
+    constexpr int tileSide = PictureCoverage::tileSide;
+    const int tileRow = source / tileSide;
+    if (runs.tileRow == tileRow) return;
     const raster::AxisSamples& columns = m_columns[item.columns].second;
-    if (source < 0 || columns.isEmpty()) return;
     const std::size_t count = columns.source.size();
-    const std::uint8_t* pixels = item.picture.image.row(source);
-    if (columns.isShift()) {
-        pixels += 4 * static_cast<std::size_t>(columns.source.front());
-    } else {
-        raster::gatherPixels(buffer.gathered.data(), pixels, columns.source.data(), count);
-        pixels = buffer.gathered.data();
+    runs = {tileRow, {}, false};
+    if (!item.picture.coverage) {
+        runs.runs.push_back({0, count});
+        return;
     }
-    raster::sourceOverPixels(
-        buffer.pixels.data() + 4 * static_cast<std::size_t>(columns.first - m_device.left()),
-        pixels, count, item.picture.fraction);
+    bool isOpaque = item.picture.fraction == 255 && columns.first == m_device.left() &&
+                    count == static_cast<std::size_t>(m_device.width());
+    for (std::size_t i = 0; i < count;) {
+        const int tileColumn = columns.source[i] / tileSide;
+        const auto next = std::lower_bound(columns.source.begin() + static_cast<std::ptrdiff_t>(i),
+                                           columns.source.end(), (tileColumn + 1) * tileSide);
+        const auto end = static_cast<std::size_t>(next - columns.source.begin());
+        const auto tile = item.picture.coverage->tile(item.picture.image, tileColumn, tileRow);
+        if (tile != PictureCoverage::Tile::opaque) isOpaque = false;
+        if (tile != PictureCoverage::Tile::empty) {
+            if (!runs.runs.empty() && runs.runs.back().end == i) {
+                runs.runs.back().end = end;
+            } else {
+                runs.runs.push_back({i, end});
+            }
+        }
+        i = end;
+    }
+    runs.isOpaque = isOpaque && count != 0;
+}
+
+void CanvasComposer::drawItem(const Item& item, int source, const ItemRuns& runs,
+                              RowBuffer& buffer) const {
+    const raster::AxisSamples& columns = m_columns[item.columns].second;
+    const bool isShift = columns.isShift();
+    const std::uint8_t* const row = item.picture.image.row(source);
+    std::uint8_t* const target =
+        buffer.pixels.data() + 4 * static_cast<std::size_t>(columns.first - m_device.left());
+    for (const Run& run : runs.runs) {
+        const std::size_t count = run.end - run.first;
+        const std::uint8_t* pixels = buffer.gathered.data();
+        if (isShift) {
+            pixels = row + 4 * static_cast<std::size_t>(columns.source[run.first]);
+        } else {
+            raster::gatherPixels(buffer.gathered.data(), row, columns.source.data() + run.first,
+                                 count);
+        }
+        raster::sourceOverPixels(target + 4 * run.first, pixels, count, item.picture.fraction);
+    }
 }
 
 const std::uint8_t* CanvasComposer::composeRow(int y, RowBuffer& buffer) const {
@@ -141,8 +179,20 @@ const std::uint8_t* CanvasComposer::composeRow(int y, RowBuffer& buffer) const {
     const std::size_t byteCount = 4 * static_cast<std::size_t>(m_device.width());
     buffer.pixels.resize(byteCount);
     buffer.gathered.resize(byteCount);
-    startRow(y, buffer.pixels.data());
-    for (std::size_t i = 0; i < m_items.size(); ++i) drawItem(m_items[i], sourceRows[i], buffer);
+    buffer.itemRuns.resize(m_items.size());
+    // From the top down to the first picture that hides the others.
+    std::size_t lowest = m_items.size();
+    bool isHidingAll = false;
+    while (lowest > 0 && !isHidingAll) {
+        --lowest;
+        if (sourceRows[lowest] < 0) continue;
+        updateRuns(m_items[lowest], sourceRows[lowest], buffer.itemRuns[lowest]);
+        isHidingAll = buffer.itemRuns[lowest].isOpaque;
+    }
+    if (!isHidingAll) startRow(y, buffer.pixels.data());
+    for (std::size_t i = lowest; i < m_items.size(); ++i) {
+        if (sourceRows[i] >= 0) drawItem(m_items[i], sourceRows[i], buffer.itemRuns[i], buffer);
+    }
     if (m_ground.above)
         raster::sourceOverPixels(buffer.pixels.data(), m_ground.above->row(y) + 4 * m_device.left(),
                                  static_cast<std::size_t>(m_device.width()), 255);

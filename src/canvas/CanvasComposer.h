@@ -2,6 +2,7 @@
 #pragma once
 
 #include "canvas/DeviceView.h"
+#include "canvas/PictureCoverage.h"
 #include "model/PaintProject.h"
 #include "raster/RasterImage.h"
 #include "raster/Stretch.h"
@@ -11,6 +12,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <utility>
@@ -23,12 +25,15 @@ struct CanvasPicture {
     raster::RasterImage image;
     QRectF target;
     std::uint8_t fraction = 255;
+    /// Null when nothing is known of the pixels, because they are being drawn on.
+    std::shared_ptr<PictureCoverage> coverage;
 };
 
 /// What the layers show, bottom first: each visible layer's pixels, followed by the floating pixels
 /// that belong to it. Layers without readable pixels show nothing.
 std::vector<CanvasPicture> picturesOf(const model::PaintProject& project,
-                                      std::span<const model::PaintLayer> layers);
+                                      std::span<const model::PaintLayer> layers,
+                                      CoverageCache& coverage);
 
 /// What a row is composed on and what is laid over it: composites of the whole viewport, or
 /// nothing.
@@ -43,12 +48,27 @@ struct ComposerGround {
 /// Composes pictures, sampled at device pixels, a row at a time. Rows may be composed on several
 /// threads, each with its own buffer.
 class CanvasComposer {
+    /// Samples `first` to `end` - 1 of an item's columns.
+    struct Run {
+        std::size_t first;
+        std::size_t end;
+    };
+    /// An item's runs in one row of its tiles.
+    struct ItemRuns {
+        int tileRow = -1;
+        std::vector<Run> runs;
+        /// Whether the item hides all that lies under it.
+        bool isOpaque = false;
+    };
+
 public:
     /// The latest row that was composed into it; filled again only where the next one differs.
     struct RowBuffer {
         std::vector<std::uint8_t> pixels;
         std::vector<std::uint8_t> gathered;
         std::vector<int> sourceRows;
+        /// The parts of the row that each picture has to be drawn in.
+        std::vector<ItemRuns> itemRuns;
     };
 
     /// `device`: the device pixels to compose, all on the canvas.
@@ -79,7 +99,8 @@ private:
     int checkerRow(int y) const;
     int sourceRow(const Item& item, int y) const;
     void startRow(int y, std::uint8_t* row) const;
-    void drawItem(const Item& item, int source, RowBuffer& buffer) const;
+    void updateRuns(const Item& item, int source, ItemRuns& runs) const;
+    void drawItem(const Item& item, int source, const ItemRuns& runs, RowBuffer& buffer) const;
 
     QRect m_device;
     DeviceAxis m_y;

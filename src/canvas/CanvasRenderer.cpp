@@ -5,6 +5,7 @@
 #include "canvas/CanvasDecorations.h"
 #include "canvas/DeviceView.h"
 #include "canvas/LiveSurroundings.h"
+#include "canvas/PictureCoverage.h"
 #include "raster/BlendKernels.h"
 #include "raster/Parallel.h"
 
@@ -39,15 +40,17 @@ QRectF scaled(const QRectF& rect, double factor) {
 /// A paint in hand: what it composes and draws, of the device pixels `device`.
 class CanvasRenderer::Job {
 public:
-    Job(const CanvasFrame& frame, LiveSurroundings* surroundings, const QRect& dirty)
+    Job(const CanvasFrame& frame, LiveSurroundings* surroundings, CoverageCache& coverage,
+        const QRect& dirty)
         : m_view(DeviceView::of(frame)), m_device(m_view.canvasPixels(dirty)) {
         if (m_device.isEmpty()) return;
         if (surroundings != nullptr) {
-            surroundings->prepare(frame, m_view, m_device);
-            m_composer.emplace(m_view, m_device, surroundings->picturesBetween(frame),
+            surroundings->prepare(frame, m_view, m_device, coverage);
+            m_composer.emplace(m_view, m_device, surroundings->picturesBetween(frame, coverage),
                                surroundings->ground());
         } else {
-            m_composer.emplace(m_view, m_device, picturesOf(*frame.project, frame.project->layers),
+            m_composer.emplace(m_view, m_device,
+                               picturesOf(*frame.project, frame.project->layers, coverage),
                                ComposerGround());
         }
         m_decorations.emplace(frame, m_view, m_device);
@@ -81,7 +84,7 @@ private:
     std::optional<CanvasDecorations> m_decorations;
 };
 
-CanvasRenderer::CanvasRenderer() = default;
+CanvasRenderer::CanvasRenderer() : m_coverage(std::make_unique<CoverageCache>()) {}
 CanvasRenderer::~CanvasRenderer() = default;
 CanvasRenderer::CanvasRenderer(CanvasRenderer&&) noexcept = default;
 CanvasRenderer& CanvasRenderer::operator=(CanvasRenderer&&) noexcept = default;
@@ -98,7 +101,7 @@ LiveSurroundings* CanvasRenderer::surroundingsFor(const CanvasFrame& frame) {
 void CanvasRenderer::paint(QImage& target, const CanvasFrame& frame, const QRect& dirty) {
     if (frame.project == nullptr || !(frame.zoomScale > 0.0)) return;
     const QRect visible = dirty & viewportDeviceRect(frame) & target.rect();
-    const Job job(frame, surroundingsFor(frame), visible);
+    const Job job(frame, surroundingsFor(frame), *m_coverage, visible);
     if (job.device().isEmpty()) return;
     job.drawRows(target, QPoint(0, 0), job.device().top(), job.device().bottom() + 1);
 }
@@ -107,7 +110,7 @@ void CanvasRenderer::paint(QPainter& painter, const CanvasFrame& frame, const QR
     if (frame.project == nullptr || !(frame.zoomScale > 0.0)) return;
     const QRect visible =
         alignedRect(scaled(QRectF(dirty), frame.devicePixelRatio)) & viewportDeviceRect(frame);
-    const Job job(frame, surroundingsFor(frame), visible);
+    const Job job(frame, surroundingsFor(frame), *m_coverage, visible);
     const QRect device = job.device();
     if (device.isEmpty()) return;
     if (m_strip.width() < device.width())

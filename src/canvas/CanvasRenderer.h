@@ -17,6 +17,7 @@
 
 namespace quillabrae::canvas {
 
+class CoverageCache;
 class LiveSurroundings;
 
 /// What a frame of the canvas shows and where. Borrowed for the length of a call: the renderer
@@ -65,6 +66,7 @@ private:
     LiveSurroundings* surroundingsFor(const CanvasFrame& frame);
 
     std::unique_ptr<LiveSurroundings> m_surroundings;
+    std::unique_ptr<CoverageCache> m_coverage;
     QImage m_strip;
 };
 

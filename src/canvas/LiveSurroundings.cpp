@@ -92,7 +92,7 @@ void LiveSurroundings::startFor(const CanvasFrame& frame) {
 }
 
 void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
-                               const QRect& device) {
+                               const QRect& device, CoverageCache& coverage) {
     if (!isFor(frame)) startFor(frame);
     if (m_below.isNull() && m_above.isNull()) return;
     std::vector<QRect> missing;
@@ -110,8 +110,10 @@ void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
     if (missing.empty()) return;
     std::vector<CanvasPicture> below;
     std::vector<CanvasPicture> above;
-    if (!m_below.isNull()) below = picturesOf(*frame.project, layersBelow(frame, m_liveIndex));
-    if (!m_above.isNull()) above = picturesOf(*frame.project, layersAbove(frame, m_liveIndex));
+    if (!m_below.isNull())
+        below = picturesOf(*frame.project, layersBelow(frame, m_liveIndex), coverage);
+    if (!m_above.isNull())
+        above = picturesOf(*frame.project, layersAbove(frame, m_liveIndex), coverage);
     // Detached once, here: the tiles are written from several threads.
     m_below.mutableBytes();
     m_above.mutableBytes();
@@ -142,17 +144,19 @@ ComposerGround LiveSurroundings::ground() const {
             .above = m_above.isNull() ? nullptr : &m_above};
 }
 
-std::vector<CanvasPicture> LiveSurroundings::picturesBetween(const CanvasFrame& frame) const {
+std::vector<CanvasPicture> LiveSurroundings::picturesBetween(const CanvasFrame& frame,
+                                                             CoverageCache& coverage) const {
     const model::PaintProject& project = *frame.project;
     std::vector<CanvasPicture> pictures;
-    if (m_below.isNull()) pictures = picturesOf(project, layersBelow(frame, m_liveIndex));
+    if (m_below.isNull()) pictures = picturesOf(project, layersBelow(frame, m_liveIndex), coverage);
     const model::PaintLayer& live = project.layers[m_liveIndex];
     if (live.isVisible)
         pictures.push_back({*frame.liveImage,
                             QRectF(0.0, 0.0, project.canvasWidth, project.canvasHeight),
-                            raster::unitByte(live.opacity)});
+                            raster::unitByte(live.opacity), nullptr});
     if (m_above.isNull()) {
-        for (CanvasPicture& picture : picturesOf(project, layersAbove(frame, m_liveIndex)))
+        for (CanvasPicture& picture :
+             picturesOf(project, layersAbove(frame, m_liveIndex), coverage))
             pictures.push_back(std::move(picture));
     }
     return pictures;

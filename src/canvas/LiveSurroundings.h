@@ -24,11 +24,13 @@ public:
 
     /// Makes what `device`, pixels of the canvas within the viewport, shows. Starts anew when the
     /// frame shows other layers, or shows them elsewhere, than the frame before.
-    void prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device);
+    void prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
+                 CoverageCache& coverage);
 
     /// The composites, and the pictures that go between them.
     ComposerGround ground() const;
-    std::vector<CanvasPicture> picturesBetween(const CanvasFrame& frame) const;
+    std::vector<CanvasPicture> picturesBetween(const CanvasFrame& frame,
+                                               CoverageCache& coverage) const;
 
 private:
     struct Key;

@@ -242,6 +242,42 @@ INSTANTIATE_TEST_SUITE_P(EveryScale, CanvasRendererScales,
                          testing::Combine(testing::Values(0.1, 0.37, 1.0, 1.25, 3.0, 8.0, 64.0),
                                           testing::Values(1.0, 1.25, 1.5, 2.0)));
 
+TEST(CanvasRenderer, ComposesEmptyAndOpaqueRegionsAsItDoesAllOthers) {
+    std::mt19937 random(14);
+    std::uniform_int_distribution<int> tile(0, 4);
+    const auto patchwork = [&](int width, int height) {
+        RasterImage image = randomImage(width, height, random);
+        QImage target = image.paintTarget();
+        QPainter painter(&target);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        for (int y = 0; y < height; y += 64) {
+            for (int x = 0; x < width; x += 64) {
+                const int kind = tile(random);
+                if (kind < 2) painter.fillRect(x, y, 64, 64, Qt::transparent);
+                if (kind > 2) painter.fillRect(x, y, 64, 64, QColor(10 * x % 256, y % 256, 77));
+            }
+        }
+        return image;
+    };
+    PaintProject project = projectOf(333, 270, {});
+    for (int i = 0; i < 4; ++i) project.layers.push_back(layerOf(patchwork(333, 270)));
+    project.layers.push_back(layerOf(filledImage(333, 270, Qt::darkGreen)));
+    project.layers.push_back(layerOf(patchwork(333, 270), 0.5));
+    project.layers.push_back(layerOf(patchwork(90, 500)));
+    CanvasRenderer renderer;
+    for (const bool hasOpaqueLayer : {true, false}) {
+        project.layers[4].isVisible = hasOpaqueLayer;
+        for (const double zoom : {0.37, 1.0, 1.25, 3.0}) {
+            const CanvasFrame frame = frameOf(project, zoom, 1.0, {300, 280}, {-20, 6});
+            QImage target = blankTarget(frame);
+            renderer.paint(target, frame, target.rect());
+            EXPECT_EQ(target, bookPainted(frame)) << zoom;
+            renderer.paint(target, frame, target.rect());
+            EXPECT_EQ(target, bookPainted(frame)) << zoom;
+        }
+    }
+}
+
 TEST(CanvasRenderer, ShowsACheckerOf22PointCellsWhateverTheZoom) {
     const PaintProject project = projectOf(1000, 1000, {PaintLayer()});
     for (const double zoom : {0.1, 1.0, 7.0}) {
