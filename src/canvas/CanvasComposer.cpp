@@ -107,7 +107,7 @@ int CanvasComposer::sourceRow(const Item& item, int y) const {
 void CanvasComposer::startRow(int y, std::uint8_t* row) const {
     const std::size_t byteCount = 4 * static_cast<std::size_t>(m_device.width());
     if (m_ground.below) {
-        std::memcpy(row, m_ground.below->row(y) + 4 * m_device.left(), byteCount);
+        std::memcpy(row, m_ground.below->row(y) + deviceOffset(), byteCount);
     } else if (m_ground.hasChecker) {
         std::memcpy(row, m_checker[static_cast<std::size_t>(checkerRow(y))].data(), byteCount);
     } else {
@@ -194,7 +194,7 @@ const std::uint8_t* CanvasComposer::composeRow(int y, RowBuffer& buffer) const {
         if (sourceRows[i] >= 0) drawItem(m_items[i], sourceRows[i], buffer.itemRuns[i], buffer);
     }
     if (m_ground.above)
-        raster::sourceOverPixels(buffer.pixels.data(), m_ground.above->row(y) + 4 * m_device.left(),
+        raster::sourceOverPixels(buffer.pixels.data(), m_ground.above->row(y) + deviceOffset(),
                                  static_cast<std::size_t>(m_device.width()), 255);
     buffer.sourceRows = std::move(sourceRows);
     return buffer.pixels.data();

@@ -82,8 +82,8 @@ private:
     /// A picture with its columns and rows of the device.
     struct Item {
         CanvasPicture picture;
-        std::size_t columns;
-        std::size_t rows;
+        std::size_t columns = 0;
+        std::size_t rows = 0;
     };
 
     struct AxisKey {
@@ -101,6 +101,9 @@ private:
     void startRow(int y, std::uint8_t* row) const;
     void updateRuns(const Item& item, int source, ItemRuns& runs) const;
     void drawItem(const Item& item, int source, const ItemRuns& runs, RowBuffer& buffer) const;
+
+    /// In bytes: from the start of the viewport's rows to the composed pixels.
+    std::size_t deviceOffset() const { return 4 * static_cast<std::size_t>(m_device.left()); }
 
     QRect m_device;
     DeviceAxis m_y;

@@ -94,9 +94,11 @@ void CanvasDecorations::paintBorder(int index, int first, int end, std::uint8_t*
     for (auto x = static_cast<std::size_t>(first); x < static_cast<std::size_t>(end); ++x) {
         const float part = m_columns.onCanvas[x] * m_rows.onCanvas[y] -
                            m_columns.insideBorder[x] * m_rows.insideBorder[y];
-        alpha.push_back(static_cast<std::uint8_t>(std::max(part, 0.0F) * m_borderAlpha + 0.5F));
+        alpha.push_back(
+            static_cast<std::uint8_t>(std::lround(std::max(part, 0.0F) * m_borderAlpha)));
     }
-    raster::sourceOverColor(row + 4 * first, alpha.data(), alpha.size(), m_borderColor);
+    raster::sourceOverColor(row + 4 * static_cast<std::size_t>(first), alpha.data(), alpha.size(),
+                            m_borderColor);
 }
 
 void CanvasDecorations::paintGrid(int index, std::uint8_t* row) const {

@@ -87,8 +87,8 @@ void LiveSurroundings::startFor(const CanvasFrame& frame) {
     m_below = surfaceFor(layersBelow(frame, m_liveIndex));
     m_above = surfaceFor(layersAbove(frame, m_liveIndex));
     const QRect tiles = tilesOf(m_viewport);
-    m_tileColumns = tiles.width();
-    m_isTileMade.assign(static_cast<std::size_t>(tiles.width() * tiles.height()), 0);
+    m_tileColumns = static_cast<std::size_t>(tiles.width());
+    m_isTileMade.assign(m_tileColumns * static_cast<std::size_t>(tiles.height()), 0);
 }
 
 void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
@@ -99,8 +99,8 @@ void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
     const QRect tiles = tilesOf(device);
     for (int row = tiles.top(); row <= tiles.bottom(); ++row) {
         for (int column = tiles.left(); column <= tiles.right(); ++column) {
-            unsigned char& isMade =
-                m_isTileMade[static_cast<std::size_t>(row * m_tileColumns + column)];
+            unsigned char& isMade = m_isTileMade[static_cast<std::size_t>(row) * m_tileColumns +
+                                                 static_cast<std::size_t>(column)];
             if (isMade) continue;
             isMade = 1;
             const QRect tile(column * tileSide, row * tileSide, tileSide, tileSide);
@@ -132,8 +132,8 @@ void LiveSurroundings::makeTile(const DeviceView& view, const QRect& tile,
         const CanvasComposer composer(view, tile, pictures, {.hasChecker = hasChecker});
         CanvasComposer::RowBuffer buffer;
         for (int y = tile.top(); y <= tile.bottom(); ++y)
-            std::memcpy(image.mutableRow(y) + 4 * tile.left(), composer.composeRow(y, buffer),
-                        4 * static_cast<std::size_t>(tile.width()));
+            std::memcpy(image.mutableRow(y) + 4 * static_cast<std::size_t>(tile.left()),
+                        composer.composeRow(y, buffer), 4 * static_cast<std::size_t>(tile.width()));
     };
     make(m_below, below, true);
     make(m_above, above, false);

@@ -45,7 +45,7 @@ private:
     raster::RasterImage m_below;
     raster::RasterImage m_above;
     QRect m_viewport;
-    int m_tileColumns = 0;
+    std::size_t m_tileColumns = 0;
     std::vector<unsigned char> m_isTileMade;
 };
 

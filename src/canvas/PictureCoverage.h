@@ -4,6 +4,7 @@
 #include "model/PngBytes.h"
 #include "raster/RasterImage.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -25,7 +26,7 @@ public:
     Tile tile(const raster::RasterImage& picture, int column, int row);
 
 private:
-    int m_columns;
+    std::size_t m_columns;
     std::vector<std::uint8_t> m_tiles;
 };
 

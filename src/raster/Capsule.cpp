@@ -123,7 +123,7 @@ void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uin
     const auto [ux, uy] = m_direction;
     const double down = y + 0.5 - m_from.y;
     const std::uint8_t* const table = edge.alpha().data();
-    std::array<std::int32_t, runLength> entry;
+    std::array<std::int32_t, runLength> entry{};
     for (int first = span.first; first < span.end; first += runLength) {
         const int count = std::min(runLength, span.end - first);
         const double over = first + 0.5 - m_from.x;

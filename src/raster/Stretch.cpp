@@ -29,7 +29,7 @@ void forSampledRows(RasterImage& destination, const RasterImage& source, const A
         static_cast<int>(rows.source.size()), rowsPerBand, [&](int first, int last) {
             std::vector<std::uint8_t> gathered(isShift ? 0 : 4 * count);
             for (int i = first; i < last; ++i) {
-                const auto y = static_cast<std::size_t>(rows.first + i);
+                const auto y = static_cast<std::size_t>(rows.first) + static_cast<std::size_t>(i);
                 const std::uint8_t* sourceRow =
                     source.row(rows.source[static_cast<std::size_t>(i)]);
                 if (!isShift)

@@ -121,7 +121,9 @@ StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes) {
     const std::vector<float> through = throughByDistance(passes, shown, count);
     m_alpha.resize(count);
     std::ranges::transform(through, m_alpha.begin(), [](float shownHere) {
-        return static_cast<std::uint8_t>((1.0F - shownHere) * 255.0F + 0.5F);
+        // Half a level more, and down: what lround does, for which there is no vector.
+        constexpr float half = 0.5F;
+        return static_cast<std::uint8_t>(half + (1.0F - shownHere) * 255.0F);
     });
     m_alpha.back() = 0;
 
