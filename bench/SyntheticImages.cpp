@@ -73,7 +73,7 @@ raster::RasterImage syntheticDrawing(int side) {
     const auto upTo = [&](int limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
-    for (int i = 0; i < 12; ++i) {
+    for (int i = 0; i < 4; ++i) {
         QPainterPath path(QPointF(upTo(side), upTo(side)));
         for (int j = 0; j < 3; ++j)
             path.cubicTo(upTo(side), upTo(side), upTo(side), upTo(side), upTo(side), upTo(side));

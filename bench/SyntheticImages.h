@@ -9,7 +9,7 @@ namespace quillabrae::bench {
 raster::RasterImage syntheticPhoto(int side);
 /// Flat panels, rules and small blocks like text; opaque.
 raster::RasterImage syntheticScreenshot(int side);
-/// A few translucent soft strokes on nothing.
+/// A few translucent strokes and soft dabs on nothing: about a twentieth of the pixels.
 raster::RasterImage syntheticDrawing(int side);
 
 } // namespace quillabrae::bench
