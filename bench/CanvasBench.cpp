@@ -48,10 +48,22 @@ void startApplication() {
     static const QApplication application(argc, argv);
 }
 
+/// Counts what reaches the screen, so that no figure stands for a paint that did not happen.
+class PaintCounter final : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++paints;
+        return false;
+    }
+
+    int paints = 0;
+};
+
 /// A store with the project, and the widget that shows it.
 class Stage {
 public:
     Stage() {
+        widget.viewport()->installEventFilter(&counter);
         projects.createUntitledProject(canvasSide, canvasSide, 96.0);
         const model::PngBytes drawing = raster::encodedImage(bench::syntheticDrawing(canvasSide));
         projects.editActiveProject([&](model::PaintProject& project) {
@@ -96,6 +108,13 @@ public:
     void move(QPointF at) { send(QEvent::MouseMove, at, Qt::NoButton); }
     void release(QPointF at) { send(QEvent::MouseButtonRelease, at, Qt::LeftButton); }
 
+    /// Fails a run in which not every step was painted.
+    void checkPaints(benchmark::State& state, int paintsBefore) const {
+        if (counter.paints - paintsBefore < static_cast<int>(state.iterations()))
+            state.SkipWithError("a step was not painted");
+    }
+
+    PaintCounter counter;
     QTemporaryDir home;
     NoPanels panels;
     platform::MemoryPreferences preferences;
@@ -128,7 +147,9 @@ void strokeSample(benchmark::State& state) {
     constexpr double stepLength = 8.0;
     int step = 0;
     canvas.press(walk(step, stepLength));
+    const int paints = canvas.counter.paints;
     for (auto _ : state) canvas.move(walk(++step, stepLength));
+    canvas.checkPaints(state, paints);
     canvas.widget.view().cancelDrawing();
     canvas.release(walk(step, stepLength));
 }
@@ -173,10 +194,12 @@ void scrollRepaint(benchmark::State& state) {
     canvas.setUp(model::PaintTool::pencil, 20.0, 100.0,
                  static_cast<double>(state.range(0)) / 100.0);
     int step = 0;
+    const int paints = canvas.counter.paints;
     for (auto _ : state) {
         canvas.widget.view().scrollBy({0.0, step++ % 2 == 0 ? 40.0 : -40.0});
         Stage::settle();
     }
+    canvas.checkPaints(state, paints);
 }
 BENCHMARK(scrollRepaint)
     ->Name("canvas/scroll_repaint")
@@ -190,10 +213,12 @@ void zoomRepaint(benchmark::State& state) {
     Stage& canvas = stage();
     canvas.setUp(model::PaintTool::pencil, 20.0, 100.0, 0.5);
     int step = 0;
+    const int paints = canvas.counter.paints;
     for (auto _ : state) {
         canvas.widget.view().applyWheelZoom(step++ % 2 == 0 ? 0.5 : -0.5);
         Stage::settle();
     }
+    canvas.checkPaints(state, paints);
 }
 BENCHMARK(zoomRepaint)->Name("canvas/zoom_repaint")->Unit(benchmark::kMillisecond);
 

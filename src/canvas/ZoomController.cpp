@@ -171,6 +171,7 @@ void ZoomController::centerViewportOn(CanvasPoint point) {
     const double zoom = currentZoom();
     applyZoomScrollOrigin(scrollOrigin({point, {clip.width() / 2.0, clip.height() / 2.0}}, zoom),
                           zoom);
+    m_context.repaintViewport();
 }
 
 void ZoomController::preserveZoomAnchor(double oldZoom, double newZoom) {
@@ -194,16 +195,18 @@ void ZoomController::applyZoomScrollOrigin(QPointF origin, double zoom) {
         scroller.setDocumentSize(size);
     }
     scroller.setClipBoundsOrigin(limitedScrollOrigin(origin, size, scroller.clipBounds().size()));
-    m_context.repaintViewport();
 }
 
 void ZoomController::scrollTo(QPointF origin, double zoom) {
     const int generation = ++m_zoomScrollGeneration;
     applyZoomScrollOrigin(origin, zoom);
+    m_context.repaintViewport();
     // Once more after the layout that the changed zoom sets off.
     m_context.timers.after(0.0, [this, generation, origin, zoom] {
         if (generation != m_zoomScrollGeneration || m_context.scroller == nullptr) return;
+        const QRectF before = m_context.scroller->clipBounds();
         applyZoomScrollOrigin(origin, zoom);
+        if (m_context.scroller->clipBounds() != before) m_context.repaintViewport();
     });
 }
 

@@ -207,6 +207,21 @@ TEST_F(WidgetTest, TheStrokeShowsWhileItIsDrawnAndRepaintsOnlyItsSurroundings) {
     EXPECT_EQ(stored(40, 20), QColor(255, 0, 0));
 }
 
+TEST_F(WidgetTest, TheCanvasHasASharpEdgeAndASoftShadow) {
+    showProject();
+    const QImage image = viewport()->grab().toImage();
+    const double ratio = image.devicePixelRatio();
+    const QPointF corner = widget.canvasOriginInViewport() * ratio;
+    const int left = static_cast<int>(std::lround(corner.x()));
+    const int row = static_cast<int>(std::lround(corner.y() + 60.0 * ratio));
+    const auto brightness = [&](int x) { return qGray(image.pixel(x, row)); };
+    EXPECT_EQ(brightness(left + 4), 255);
+    const int workspace = brightness(left - static_cast<int>(60 * ratio));
+    EXPECT_LT(brightness(left - 2), workspace - 10);
+    EXPECT_LT(brightness(left - 2), brightness(left - static_cast<int>(7 * ratio)));
+    EXPECT_EQ(brightness(left - static_cast<int>(20 * ratio)), workspace);
+}
+
 TEST_F(WidgetTest, OneNotchOfTheWheelWithControlZoomsAboutThePointer) {
     showProject();
     const QPointF place = shown({150.0, 30.0});

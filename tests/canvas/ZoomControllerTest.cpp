@@ -261,6 +261,17 @@ TEST_F(Zoom, TheScrollIsAppliedAgainAfterTheLayout) {
     EXPECT_EQ(scroller.origin, origin);
 }
 
+TEST_F(Zoom, AZoomStepIsPaintedOnceWhereTheLayoutMovedNothing) {
+    zoom.applyZoomDelta(1.0);
+    EXPECT_EQ(display.wholeRepaints, 1);
+    timers.turn();
+    EXPECT_EQ(display.wholeRepaints, 1);
+    zoom.applyZoomDelta(0.5);
+    scroller.origin = {1.0, 2.0};
+    timers.turn();
+    EXPECT_EQ(display.wholeRepaints, 3);
+}
+
 TEST_F(Zoom, ASupersededScrollIsNotAppliedAgain) {
     pointer.location = inViewport({30.0, 40.0});
     zoom.applyZoomDelta(1.0);
