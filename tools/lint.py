@@ -128,8 +128,8 @@ class Tidy:
     """Runs clang-tidy over sources that are not known to be clean.
 
     Most of its time goes into the headers of Qt and GoogleTest, so sources that are compiled alike
-    are first looked at a handful at a time, as one. Only when that finds something, or they cannot
-    stand in one file together, is each looked at alone for its own findings.
+    are looked at a handful at a time, as one. Only when they cannot stand in one file together is
+    each looked at alone.
     """
 
     def __init__(self, database):
@@ -157,10 +157,13 @@ class Tidy:
                 for i in range(0, len(group), TOGETHER)]
 
     def findings(self, batch):
-        """A list of (source, what was said about it, nothing when it is clean)."""
-        if len(batch) > 1 and not self._together(batch):
-            return [(source, "") for source in batch]
-        return [(source, self._said(BUILD, source)) for source in batch]
+        """What was said about these sources, and which of them are clean for certain."""
+        if len(batch) > 1:
+            said = self._together(batch)
+            if "clang-diagnostic-error" not in said:
+                return [said] if said else [], [] if said else batch
+        alone = {source: self._said(BUILD, source) for source in batch}
+        return [said for said in alone.values() if said], [s for s in batch if not alone[s]]
 
     def _together(self, batch):
         folder = self._folder / hashlib.sha256(repr(batch).encode()).hexdigest()[:16]
@@ -201,12 +204,10 @@ def tidy_check(jobs):
     tidy = Tidy(database)
     found = []
     with ThreadPoolExecutor(jobs) as pool:
-        for results in pool.map(tidy.findings, tidy.batches(stamps)):
-            for source, said in results:
-                if said:
-                    found.append(said.replace(f"{ROOT}/", ""))
-                else:
-                    stamps[source].touch()
+        for findings, clean in pool.map(tidy.findings, tidy.batches(stamps)):
+            found += [said.replace(f"{ROOT}/", "") for said in findings]
+            for source in clean:
+                stamps[source].touch()
     forget_old_verdicts()
     return found
 

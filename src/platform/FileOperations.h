@@ -58,7 +58,8 @@ public:
     /// are removed, not followed.
     virtual void removeTree(const QString& path) = 0;
 
-    /// Gives `to` the access rights of `from` where both are files or both are folders. Never fails.
+    /// Gives `to` the access rights of `from` where both are files or both are folders. Never
+    /// fails.
     virtual void adoptPermissions(const QString& from, const QString& to) = 0;
 
     /// Whether there is anything, a broken link included.

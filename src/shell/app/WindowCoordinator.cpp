@@ -200,8 +200,7 @@ void WindowCoordinator::openDroppedFiles(const QList<QUrl>& files) {
 void WindowCoordinator::reopenClosedWork() {
     store::ProjectStore& store = m_environment.store;
     if (!store.reopenClosedWork()) {
-        store.setStatusMessage(
-            QStringLiteral("Reopen failed: the closed work could not be read"));
+        store.setStatusMessage(QStringLiteral("Reopen failed: the closed work could not be read"));
         return;
     }
     closeWelcome();
