@@ -200,6 +200,9 @@ std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& image
     const QString name = QFileInfo(location.path()).completeBaseName().trimmed();
     if (!name.isEmpty()) created.title = name;
     created.fileURL = location;
+    // Undo leads back to the image as it was opened, name and all, which is its saved state.
+    auto& entries = m_histories[id].entries;
+    if (!entries.empty()) entries.back().project = created;
     storeFingerprint(id);
     Q_EMIT projectChanged(id);
     persistAutosavedSession();

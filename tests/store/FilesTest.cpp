@@ -204,6 +204,19 @@ TEST_F(OpenAndSave, AnImageOpensAsAnUnmodifiedProjectOfThatFile) {
     EXPECT_EQ(pixels.pixel(4, 3), 0xFFFF0000u);
 }
 
+TEST_F(OpenAndSave, AnImageEditedAndUndoneIsUnmodifiedUnderItsOwnName) {
+    const auto store = makeStore();
+    const auto opened = store->createProject(writePicture(QStringLiteral("sail.png")));
+    ASSERT_TRUE(opened);
+    edit(*store);
+    EXPECT_TRUE(store->hasUnsavedChanges(opened->id));
+    store->undo(opened->id);
+    EXPECT_EQ(store->project(opened->id)->title, QStringLiteral("sail"));
+    EXPECT_FALSE(store->hasUnsavedChanges(opened->id));
+    EXPECT_EQ(titles(*store, opened->id),
+              QStringList({QStringLiteral("Paste"), QStringLiteral("Edit")}));
+}
+
 TEST_F(OpenAndSave, SaveWritesTheOpenedImageAgain) {
     const auto store = makeStore();
     const QUrl picture = writePicture(QStringLiteral("sail.png"), Qt::red);
