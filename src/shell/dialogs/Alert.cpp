@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/looks/Style.h"
+#include "store/PromptTexts.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -59,27 +60,24 @@ int runAlert(const Alert& alert, QWidget* parent) {
 }
 
 namespace Alerts {
+namespace {
+
+Alert alertOf(const store::PromptText& text) {
+    return {text.message, text.informativeText, text.buttons};
+}
+
+} // namespace
 
 Alert flattenBeforeSaving(int layerCount) {
-    return {QStringLiteral("Flatten layers before saving?"),
-            QStringLiteral("This project has %1 layers. Saving as an image will flatten visible "
-                           "layers into a single image file. Your editable project stays "
-                           "unchanged.")
-                .arg(layerCount),
-            {QStringLiteral("Save Flattened Image"), QStringLiteral("Cancel")}};
+    return alertOf(store::flattenedSavePrompt(layerCount));
 }
 
 Alert replaceFile(const QString& fileName) {
-    return {QStringLiteral("A file named \"") + fileName + QStringLiteral("\" already exists."),
-            QStringLiteral("Do you want to replace it? The existing file will be overwritten."),
-            {QStringLiteral("Replace"), QStringLiteral("Cancel")}};
+    return alertOf(store::overwritePrompt(fileName));
 }
 
 Alert saveBeforeClosing(const QString& projectTitle) {
-    return {
-        QStringLiteral("Save changes to \"") + projectTitle + QStringLiteral("\" before closing?"),
-        QStringLiteral("If you don't save, changes to this project will be lost."),
-        {QStringLiteral("Save"), QStringLiteral("Don't Save"), QStringLiteral("Cancel")}};
+    return alertOf(store::saveBeforeClosingPrompt(projectTitle));
 }
 
 } // namespace Alerts
