@@ -46,8 +46,7 @@ void AppDelegate::openFiles(const QList<QUrl>& files) {
 bool AppDelegate::mayTerminate() {
     if (m_isAsking) return false;
     const QScopedValueRollback asking(m_isAsking, true);
-    if (!m_store.shouldTerminateAfterHandlingUnsavedProjects()) return false;
-    return true;
+    return m_store.shouldTerminateAfterHandlingUnsavedProjects();
 }
 
 void AppDelegate::terminate() {

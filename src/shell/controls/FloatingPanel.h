@@ -13,7 +13,7 @@ class FloatingPanel : public QWidget {
     Q_OBJECT
 
 public:
-    FloatingPanel(const QString& heading, QWidget* parent = nullptr);
+    explicit FloatingPanel(const QString& heading, QWidget* parent = nullptr);
 
     QVBoxLayout* content() const { return m_content; }
 

@@ -14,7 +14,7 @@ class NewProjectDialog final : public QDialog {
     Q_OBJECT
 
 public:
-    NewProjectDialog(QSizeF size, QWidget* parent = nullptr);
+    explicit NewProjectDialog(QSizeF size, QWidget* parent = nullptr);
 
     /// What the fields hold, each rounded to a whole number of at least 1.
     NewProjectDialogResult answer() const;
