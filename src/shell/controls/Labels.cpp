@@ -19,14 +19,17 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override {
-        if (event->type() == QEvent::ApplicationPaletteChange) dim();
+        if (event->type() == QEvent::PaletteChange) dim();
         QLabel::changeEvent(event);
     }
 
 private:
     void dim() {
         QPalette own;
-        own.setColor(QPalette::WindowText, Style::mutedText(own));
+        const QColor muted = Style::mutedText(own);
+        // Setting the palette leads back here.
+        if (palette().color(QPalette::WindowText) == muted) return;
+        own.setColor(QPalette::WindowText, muted);
         setPalette(own);
     }
 };
