@@ -3,9 +3,9 @@
 
 #include "shell/looks/Style.h"
 
+// Whole, since the bus finds the slot below by its argument types.
+#include <QDBusVariant>
 #include <QObject>
-
-class QDBusVariant;
 
 namespace quillabrae::platform {
 class Preferences;
