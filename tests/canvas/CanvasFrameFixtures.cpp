@@ -62,7 +62,7 @@ RasterImage randomImage(int width, int height, std::mt19937& random) {
             const int kind = byte(random) % 3;
             const int alpha = kind == 0 ? 255 : kind == 1 ? 0 : byte(random);
             std::uniform_int_distribution<int> component(0, alpha);
-            std::uint8_t* p = image.mutableRow(y) + 4 * x;
+            std::uint8_t* p = image.mutableRow(y) + 4 * static_cast<std::size_t>(x);
             for (int c = 0; c < 3; ++c) p[c] = static_cast<std::uint8_t>(component(random));
             p[3] = static_cast<std::uint8_t>(alpha);
         }
@@ -153,8 +153,9 @@ QImage bookPainted(const CanvasFrame& frame) {
                     std::floor((column - area.left()) * sample.image.width() / area.width()));
                 const int sy = static_cast<int>(
                     std::floor((row - area.top()) * sample.image.height() / area.height()));
-                const std::uint8_t* p = sample.image.row(std::min(sy, sample.image.height() - 1)) +
-                                        4 * std::min(sx, sample.image.width() - 1);
+                const std::uint8_t* p =
+                    sample.image.row(std::min(sy, sample.image.height() - 1)) +
+                    4 * static_cast<std::size_t>(std::min(sx, sample.image.width() - 1));
                 const int fraction = static_cast<int>(std::lround(sample.opacity * 255));
                 const int kept = 255 - product(p[3], fraction);
                 for (int c = 0; c < 3; ++c)

@@ -10,12 +10,12 @@
 namespace quillabrae::raster {
 
 Pixel pixelAt(const RasterImage& image, int x, int y) {
-    const std::uint8_t* p = image.row(y) + 4 * x;
+    const std::uint8_t* p = image.row(y) + 4 * static_cast<std::size_t>(x);
     return {p[0], p[1], p[2], p[3]};
 }
 
 void setPixel(RasterImage& image, int x, int y, Pixel pixel) {
-    std::uint8_t* p = image.mutableRow(y) + 4 * x;
+    std::uint8_t* p = image.mutableRow(y) + 4 * static_cast<std::size_t>(x);
     p[0] = static_cast<std::uint8_t>(pixel.red);
     p[1] = static_cast<std::uint8_t>(pixel.green);
     p[2] = static_cast<std::uint8_t>(pixel.blue);
