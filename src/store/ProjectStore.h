@@ -224,6 +224,8 @@ private:
     int m_untitledCount = 0;
     int m_pastedProjectCount = 0;
     bool m_isRestoringHistory = false;
+    /// What the recovery file holds; nothing while that is not known.
+    std::optional<persistence::PaintAutosaveSession> m_writtenSession;
     int m_autosaveHolds = 0;
     bool m_isAutosaveDue = false;
 };

@@ -9,6 +9,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace quillabrae::store {
 
@@ -24,6 +25,12 @@ int titleNumber(const QString& title, const QString& base) {
     bool isNumber = false;
     const int number = QStringView(title).sliced(base.size() + 1).toInt(&isNumber);
     return isNumber ? number : 0;
+}
+
+/// Whether two sessions differ in nothing but when they were saved.
+bool saysTheSame(const persistence::PaintAutosaveSession& a, persistence::PaintAutosaveSession b) {
+    b.savedAt = a.savedAt;
+    return a == b;
 }
 
 } // namespace
@@ -55,10 +62,14 @@ void ProjectStore::persistAutosavedSession() {
 }
 
 void ProjectStore::writeAutosavedSession() {
+    const QString file = AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder());
+    persistence::PaintAutosaveSession session = currentSession();
+    // A window that is activated or a tab that is chosen again changes nothing worth a write.
+    if (m_writtenSession && saysTheSame(*m_writtenSession, session) && QFile::exists(file)) return;
+    m_writtenSession.reset();
     try {
-        AppPersistenceService::saveAutosavedSession(
-            currentSession(),
-            AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+        AppPersistenceService::saveAutosavedSession(session, file);
+        m_writtenSession = std::move(session);
     } catch (const persistence::FileError&) {
         // Work goes on; the file of the last write that succeeded stands.
     }
@@ -109,6 +120,7 @@ void ProjectStore::updateUntitledCountersFromRecoveredProjects() {
 void ProjectStore::finishSession() {
     if (!isPersistent()) return;
     persistSettings();
+    m_writtenSession.reset();
     AppPersistenceService::clearAutosavedSession(
         AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
 }

@@ -85,6 +85,31 @@ TEST_F(Recovery, ACleanEndLeavesNoFile) {
     EXPECT_TRUE(makeStore()->openProjects().empty());
 }
 
+TEST_F(Recovery, TheFileIsLeftAloneWhileItSaysAllThereIsToSay) {
+    const auto store = makeStore();
+    const QUuid id = makeProject(*store);
+    const auto content = [this] {
+        QFile file(recoveryFile());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    };
+    const auto mark = [this] {
+        QFile file(recoveryFile());
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write(" ");
+    };
+    mark();
+    const QByteArray marked = content();
+    store->persistAutosavedSession();
+    EXPECT_EQ(content(), marked);
+    edit(*store);
+    EXPECT_NE(content(), marked);
+
+    ASSERT_TRUE(QFile::remove(recoveryFile()));
+    store->persistAutosavedSession();
+    EXPECT_TRUE(makeStore()->project(id));
+}
+
 TEST_F(Recovery, ATornFileIsNoFile) {
     makeProject(*makeStore());
     QFile torn(recoveryFile());
