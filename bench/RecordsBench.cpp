@@ -20,7 +20,7 @@ namespace {
 using model::PaintProject;
 using model::PngBytes;
 
-constexpr qint64 megabyte = 1024 * 1024;
+constexpr qint64 megabyte = qint64{1024} * 1024;
 
 QByteArray randomBytes(qint64 size, std::uint32_t seed) {
     QByteArray bytes(size, Qt::Uninitialized);

@@ -27,7 +27,7 @@ std::size_t deflatedSizeBound(std::size_t size) {
 }
 
 struct BandDeflater::State {
-    isal_zstream stream;
+    isal_zstream stream{};
     std::vector<std::uint8_t> levelBuffer = std::vector<std::uint8_t>(ISAL_DEF_LVL1_LARGE);
 };
 
@@ -40,7 +40,7 @@ std::size_t BandDeflater::deflate(ByteSpan bytes, std::span<std::uint8_t> out) {
 
 /// Tries both ways on a small part from the middle.
 bool BandDeflater::isNoise(ByteSpan bytes, std::span<std::uint8_t> workspace) {
-    constexpr std::size_t sampleSize = 32 * 1024;
+    constexpr std::size_t sampleSize = std::size_t{32} * 1024;
     constexpr std::size_t blockHeader = 160;
     if (bytes.size() < 2 * sampleSize) return false;
     const ByteSpan sample = bytes.subspan(bytes.size() / 2, sampleSize);

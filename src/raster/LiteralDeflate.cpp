@@ -11,7 +11,7 @@
 namespace quillabrae::raster {
 namespace {
 
-constexpr std::size_t blockSize = 256 * 1024;
+constexpr std::size_t blockSize = std::size_t{256} * 1024;
 constexpr std::size_t endOfBlock = 256;
 constexpr std::size_t symbolCount = 257;
 /// Four codes and a rest of less than a byte fit into 64 bits.

@@ -17,7 +17,7 @@
 namespace quillabrae::raster {
 namespace {
 
-constexpr std::size_t hugePageSize = 2 * 1024 * 1024;
+constexpr std::size_t hugePageSize = std::size_t{2} * 1024 * 1024;
 
 #if QUILLABRAE_MAPPED_PIXELS
 

@@ -10,7 +10,7 @@
 namespace quillabrae::raster {
 
 /// At most this much freed memory is kept.
-constexpr std::size_t keptPixelMemory = 72 * 1024 * 1024;
+constexpr std::size_t keptPixelMemory = std::size_t{72} * 1024 * 1024;
 
 /// `byteCount` bytes (more than 0) of undefined contents, aligned as malloc aligns; null when there
 /// are none. Freed by `freePixels` with the same count.

@@ -16,7 +16,7 @@ namespace quillabrae::raster {
 namespace {
 
 /// Inflated at a time: enough for the inflater to run well, little enough to stay in the cache.
-constexpr std::size_t batchByteCount = 256 * 1024;
+constexpr std::size_t batchByteCount = std::size_t{256} * 1024;
 
 /// Rows as they come out of the inflater: each a filter number and filtered bytes.
 struct Batch {

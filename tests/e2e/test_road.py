@@ -20,40 +20,47 @@ from editor import store_settings
 RED = (255, 0, 0, 255)
 WIDTH = 160
 HARDNESS = 40
-PAINTED = [(1300, 700), (2600, 1500), (3900, 1000)]
-ERASED = [(2300, 2300), (2900, 900)]
+PAINTED = [(1300, 700), (2600, 1500), (3600, 1000)]
+ERASED = [(2300, 1900), (2900, 600)]
 # One screen pixel is several canvas pixels at the zoom of a fitted photograph; the status line
 # tells a place to one canvas pixel.
 PLACE_ERROR = 4
 
 
 class Road(DeskCase):
-    def test_photo_to_package_and_back(self):
-        photo = self.desk.home / "Pictures/dandelion.jpg"
+    def test_from_a_jpeg_to_a_package_and_back(self):
+        self.go(photos.JPEG, "dandelion.jpg")
+
+    def test_from_a_png_to_a_package_and_back(self):
+        self.go(photos.PNG, "stripes.png")
+
+    def go(self, picture, file_name):
+        photo = self.desk.home / "Pictures" / file_name
         photo.parent.mkdir()
-        shutil.copy(photos.JPEG, photo)
+        shutil.copy(picture, photo)
+        self.photo, self.name = photo, photo.stem
         store_settings(self.desk, selectedTool="brush", brushSize=WIDTH, pencilHardness=HARDNESS,
                        primaryColor={"red": 1, "green": 0, "blue": 0, "alpha": 1})
         editor = self.start(photo)
         self.open_and_paint(editor)
         self.zoom_and_pan(editor)
         self.undo_and_redo(editor)
-        saved = self.save_as(editor, "dandelion")
+        saved = self.save_as(editor, self.name)
         self.compare_with_what_was_painted(package.read(saved), photo)
         self.reopen_from_the_welcome_window(editor, saved)
         self.reopen_with_the_file_dialog(editor, saved)
 
     def open_and_paint(self, editor):
-        editor.wait_for_window("dandelion - Quillabrae v")
-        editor.wait_for_status("Opened dandelion.jpg")
-        editor.screenshot("1-photo-opened")
+        editor.wait_for_window(f"{self.name} - Quillabrae v")
+        editor.wait_for_status(f"Opened {self.photo.name}")
+        editor.screenshot(f"{self.name}-1-photo-opened")
         self.middle = editor.canvas_middle()
         self.desk.keys("ctrl+b")
         editor.wait_for_status("Zoomed to fit canvas")
         view = editor.view(self.middle)
         self.painted = editor.stroke("Paintbrush", view, PAINTED)
         self.erased = editor.stroke("Eraser", view, ERASED)
-        editor.screenshot("2-painted-and-erased")
+        editor.screenshot(f"{self.name}-2-painted-and-erased")
 
     def zoom_and_pan(self, editor):
         before = editor.view(self.middle)
@@ -71,7 +78,7 @@ class Road(DeskCase):
         self.assertAlmostEqual(panned.origin[0] - zoomed.origin[0], -60, delta=3)
         self.assertAlmostEqual(panned.origin[1] - zoomed.origin[1], -40, delta=3)
         self.assertAlmostEqual(panned.zoom, zoomed.zoom, delta=zoomed.zoom * 0.02)
-        editor.screenshot("3-zoomed-and-panned")
+        editor.screenshot(f"{self.name}-3-zoomed-and-panned")
 
     def changed(self, editor, before):
         view = editor.view(self.middle)
@@ -87,7 +94,7 @@ class Road(DeskCase):
 
     def canvas_picture(self, editor):
         x, y = self.middle
-        with Image.open(editor.screenshot("canvas-now")) as shot:
+        with Image.open(editor.screenshot(f"{self.name}-canvas-now")) as shot:
             return shot.convert("RGB").crop((x - 250, y - 150, x + 250, y + 150))
 
     @staticmethod
@@ -98,7 +105,7 @@ class Road(DeskCase):
         saved = self.desk.home / f"Pictures/{name}.quillabrae"
         editor.desk.keys("ctrl+shift+s")
         editor.wait_for_window("Save Quillabrae")
-        editor.screenshot(f"4-saving-{name}")
+        editor.screenshot(f"{self.name}-4-saving-{name}")
         editor.desk.keys("ctrl+a")
         editor.desk.type(str(saved.with_suffix("")))
         editor.desk.keys("Return")
@@ -107,7 +114,7 @@ class Road(DeskCase):
         return saved
 
     def compare_with_what_was_painted(self, project, photo):
-        self.assertEqual(project["title"], "dandelion")
+        self.assertEqual(project["title"], self.name)
         self.assertNotIn("fileURL", project)
         self.assertEqual(len(project["layers"]), 1)
         layer = project["layers"][0]
@@ -175,12 +182,12 @@ class Road(DeskCase):
         until(lambda: not editor.windows(), "the editor window to close")
         self.assertEqual(self.second_start(editor), 0)
         editor.wait_for_window("Welcome to Quillabrae")
-        editor.wait_for_control("dandelion")
-        editor.screenshot("5-welcome")
-        editor.click("dandelion")
-        editor.wait_for_window("dandelion - Quillabrae v")
-        editor.wait_for_status("Opened dandelion")
-        editor.screenshot("6-reopened")
+        editor.wait_for_control(self.name)
+        editor.screenshot(f"{self.name}-5-welcome")
+        editor.click(self.name)
+        editor.wait_for_window(f"{self.name} - Quillabrae v")
+        editor.wait_for_status(f"Opened {self.name}")
+        editor.screenshot(f"{self.name}-6-reopened")
         again = self.save_as(editor, "again")
         self.assertEqual(*map(self.without_time, (package.read(saved), package.read(again))))
 
@@ -191,10 +198,10 @@ class Road(DeskCase):
         editor.wait_for_window("Welcome to Quillabrae")
         editor.click("Open Project...")
         editor.wait_for_window("Open Quillabrae Project or Image")
-        editor.screenshot("7-open-dialog")
+        editor.screenshot(f"{self.name}-7-open-dialog")
         editor.desk.type(str(saved))
         editor.desk.keys("Return")
-        editor.wait_for_window("dandelion - Quillabrae v")
+        editor.wait_for_window(f"{self.name} - Quillabrae v")
         third = self.save_as(editor, "third")
         self.assertEqual(*map(self.without_time, (package.read(saved), package.read(third))))
 

@@ -31,10 +31,11 @@ RasterImage everyPair() {
     for (int alpha = 0; alpha < 256; ++alpha) {
         std::uint8_t* row = image.mutableRow(alpha);
         for (int color = 0; color <= alpha; ++color) {
-            row[4 * color] = static_cast<std::uint8_t>(color);
-            row[4 * color + 1] = static_cast<std::uint8_t>(alpha - color);
-            row[4 * color + 2] = static_cast<std::uint8_t>(color / 2);
-            row[4 * color + 3] = static_cast<std::uint8_t>(alpha);
+            std::uint8_t* pixel = row + std::ptrdiff_t{4} * color;
+            pixel[0] = static_cast<std::uint8_t>(color);
+            pixel[1] = static_cast<std::uint8_t>(alpha - color);
+            pixel[2] = static_cast<std::uint8_t>(color / 2);
+            pixel[3] = static_cast<std::uint8_t>(alpha);
         }
     }
     return image;

@@ -23,8 +23,8 @@ RasterImage premultipliedImage(int width, int height, const std::vector<std::uin
 
 /// A PNG form as libpng writes it.
 struct Form {
-    int colorType;
-    int bitDepth;
+    int colorType = 6;
+    int bitDepth = 8;
     bool isInterlaced = false;
     bool hasTransparency = false;
 };

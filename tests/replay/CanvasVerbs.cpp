@@ -30,7 +30,7 @@ bool isRightButton(const Arguments& arguments) {
 
 canvas::Modifiers modifiersFrom(const QJsonValue& value) {
     canvas::Modifiers keys;
-    for (const QJsonValue& item : arrayFrom(value, QStringLiteral("modifiers"))) {
+    for (const auto& item : arrayFrom(value, QStringLiteral("modifiers"))) {
         const QString name = textFrom(item, QStringLiteral("modifiers"));
         if (name == QLatin1StringView("shift"))
             keys.shift = true;
@@ -98,7 +98,7 @@ QJsonValue stroke(Session& session, const Arguments& arguments) {
     takeModifiers(session, arguments);
     const QString key = QStringLiteral("points");
     QList<QPointF> points;
-    for (const QJsonValue& point : arrayFrom(arguments.value("points"), key))
+    for (const auto& point : arrayFrom(arguments.value("points"), key))
         points.append(pointFrom(point, key));
     if (points.isEmpty()) throw ScriptError(QStringLiteral("a stroke needs a point"));
     pressAt(session, arguments, points.first());

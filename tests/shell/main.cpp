@@ -8,7 +8,7 @@
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    application.setQuitOnLastWindowClosed(false);
+    QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(QStringLiteral("fusion"));
     quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
     testing::InitGoogleMock(&argc, argv);

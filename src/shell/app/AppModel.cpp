@@ -56,7 +56,7 @@ struct AppModel::Graph {
 
 AppModel::AppModel(QApplication& application, const platform::AppPaths& paths)
     : m_graph(std::make_unique<Graph>(application, paths)) {
-    application.setQuitOnLastWindowClosed(false);
+    QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &m_graph->delegate,
                      &AppDelegate::commitData, Qt::DirectConnection);
 }

@@ -15,6 +15,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <ranges>
 
 namespace quillabrae::shell {
 namespace {
@@ -105,8 +106,8 @@ void WindowCoordinator::reopen() {
         return;
     }
     // From the back to the front, so that the editor ends foremost.
-    for (auto role = m_windows.rbegin(); role != m_windows.rend(); ++role) {
-        if (*role != nullptr && (*role)->isVisible()) bringToFront(**role);
+    for (const Slot& window : m_windows | std::views::reverse) {
+        if (window != nullptr && window->isVisible()) bringToFront(*window);
     }
 }
 

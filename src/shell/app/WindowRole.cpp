@@ -7,9 +7,9 @@ namespace quillabrae::shell {
 namespace {
 
 struct Row {
-    const char* identifier;
-    const char* title;
-    WindowTraits::Frame frame;
+    const char* identifier = "";
+    const char* title = "";
+    WindowTraits::Frame frame = WindowTraits::Frame::resizable;
     QSize size;
     QSize minimumSize;
 };
