@@ -56,7 +56,8 @@ constexpr qint64 markRoom = 16;
 constexpr qint64 greatestPngFile = maximumImagePixels * 8 + (qint64{1} << 24);
 
 /// In megabytes, for the largest picture at 16 bits a component.
-constexpr int allocationLimit = static_cast<int>(maximumImagePixels * 8 / (qint64{1024} * 1024) + 1);
+constexpr int allocationLimit =
+    static_cast<int>(maximumImagePixels * 8 / (qint64{1024} * 1024) + 1);
 
 const char* formatOf(const QByteArray& start) {
     const auto found = std::ranges::find_if(formats, [&](const Format& format) {

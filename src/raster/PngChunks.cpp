@@ -83,7 +83,8 @@ bool enterChunk(PngLayout& layout, const PngChunk& chunk, bool followsImageData)
     if (!chunk.isCritical()) return true;
     if (chunk.type != pngChunkType("PLTE") || hasImageData || !layout.palette.empty()) return false;
     layout.palette = chunk.data;
-    return !chunk.data.empty() && chunk.data.size() % 3 == 0 && chunk.data.size() <= std::size_t{3} * 256;
+    return !chunk.data.empty() && chunk.data.size() % 3 == 0 &&
+           chunk.data.size() <= std::size_t{3} * 256;
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace {
 
 using tests::RandomRecords;
 
-constexpr qint64 megabyte = 1024 * 1024;
+constexpr qint64 megabyte = qint64{1024} * 1024;
 
 // What a document that is no record of the type says is wrong with it.
 template <typename Record>

@@ -10,7 +10,7 @@
 namespace quillabrae::model {
 namespace {
 
-constexpr qsizetype megabyte = 1024 * 1024;
+constexpr qsizetype megabyte = qsizetype{1024} * 1024;
 
 TEST(PngBytes, NoBytesAreNoBuffer) {
     EXPECT_EQ(PngBytes(), PngBytes(QByteArray()));
@@ -54,7 +54,7 @@ TEST(PngBytes, TwoHundredHistoryEntriesHoldTheLayerThatTheyDidNotTouchOnce) {
         }
     }
     EXPECT_EQ(buffers.size(), 201U);
-    EXPECT_EQ(held, 64 * megabyte + 200 * 1000);
+    EXPECT_EQ(held, 64 * megabyte + qsizetype{200} * 1000);
     EXPECT_LT(memory.growth(), 68 * megabyte);
 }
 

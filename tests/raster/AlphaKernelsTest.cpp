@@ -57,7 +57,7 @@ TEST(AlphaKernels, AComponentAboveItsAlphaIsFoundAnywhere) {
 }
 
 TEST(AlphaKernels, RunsOfOneKindAreToldFromOthers) {
-    std::vector<std::uint8_t> pixels(4 * 300, 0);
+    std::vector<std::uint8_t> pixels(std::size_t{4} * 300, 0);
     EXPECT_TRUE(isAllZero(pixels.data(), pixels.size()));
     EXPECT_TRUE(isAlphaTrivial(pixels.data(), 300));
     pixels[1199] = 1;

@@ -120,7 +120,7 @@ TEST_F(DecodeCache, NoBytesAndBadBytesHaveNoImage) {
 TEST_F(DecodeCache, ServesManyThreads) {
     std::vector<model::PngBytes> all;
     for (unsigned i = 0; i < 6; ++i) all.push_back(encodePng(randomImage(40, 40, 20 + i)));
-    setDecodeCacheBudget(3 * 40 * 40 * 4);
+    setDecodeCacheBudget(std::size_t{3} * 40 * 40 * 4);
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
     for (unsigned t = 0; t < 4; ++t)

@@ -40,7 +40,7 @@ QByteArray written(const QImage& picture, const char* format,
 }
 
 void expectNear(const RasterImage& image, int x, int y, const QColor& color) {
-    const std::uint8_t* pixel = image.row(y) + 4 * x;
+    const std::uint8_t* pixel = image.row(y) + std::ptrdiff_t{4} * x;
     EXPECT_LE(std::abs(pixel[0] - color.red()), 3);
     EXPECT_LE(std::abs(pixel[1] - color.green()), 3);
     EXPECT_LE(std::abs(pixel[2] - color.blue()), 3);

@@ -15,7 +15,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <ranges>
 
 namespace quillabrae::shell {
 namespace {
@@ -106,9 +105,9 @@ void WindowCoordinator::reopen() {
         return;
     }
     // From the back to the front, so that the editor ends foremost.
-    for (const Slot& window : m_windows | std::views::reverse) {
+    std::for_each(m_windows.rbegin(), m_windows.rend(), [](const Slot& window) {
         if (window != nullptr && window->isVisible()) bringToFront(*window);
-    }
+    });
 }
 
 int WindowCoordinator::visibleWindowCount() const {

@@ -11,7 +11,7 @@
 namespace quillabrae::shell::Symbols {
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 /// A name that begins with a dot-slash is a drawing of ours; any other is in the icon theme.
 struct Row {
