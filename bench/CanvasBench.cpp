@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The canvas as the hand feels it: from a pointer event to the painted viewport, on ten visible
 // layers of 4096 by 4096 in a viewport of 1920 by 1080.
+#include "NoPanels.h"
 #include "SyntheticImages.h"
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidget.h"
@@ -26,19 +27,6 @@ using namespace quillabrae;
 
 constexpr int canvasSide = 4096;
 constexpr int layerCount = 10;
-
-class NoPanels final : public store::ProjectPanels {
-public:
-    std::optional<QUrl> chooseProjectToOpen() override { return std::nullopt; }
-    std::optional<QUrl> chooseImageToImport() override { return std::nullopt; }
-    std::optional<persistence::SaveDestination> chooseSaveDestination(const QString&) override {
-        return std::nullopt;
-    }
-    bool confirmFlattenedImageSave(int) override { return false; }
-    store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString&) override {
-        return store::SaveBeforeCloseChoice::cancel;
-    }
-};
 
 void startApplication() {
     static int argc = 1;
@@ -116,7 +104,7 @@ public:
 
     PaintCounter counter;
     QTemporaryDir home;
-    NoPanels panels;
+    bench::NoPanels panels;
     platform::MemoryPreferences preferences;
     platform::SystemClock clock;
     platform::NoFileIcons icons;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the store answers on every repaint and does after every edit, on projects of 4096 by 4096.
+#include "NoPanels.h"
 #include "SyntheticImages.h"
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
@@ -19,19 +20,6 @@ namespace {
 using store::ProjectStore;
 
 constexpr int side = 4096;
-
-class NoPanels final : public store::ProjectPanels {
-public:
-    std::optional<QUrl> chooseProjectToOpen() override { return std::nullopt; }
-    std::optional<QUrl> chooseImageToImport() override { return std::nullopt; }
-    std::optional<persistence::SaveDestination> chooseSaveDestination(const QString&) override {
-        return std::nullopt;
-    }
-    bool confirmFlattenedImageSave(int) override { return false; }
-    store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString&) override {
-        return store::SaveBeforeCloseChoice::cancel;
-    }
-};
 
 /// A store with one project, in a folder of its own.
 struct Editor {

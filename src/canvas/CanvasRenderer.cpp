@@ -146,18 +146,4 @@ bool shouldDrawPixelGrid(const CanvasFrame& frame) {
            std::min(size.height(), frame.project->canvasHeight) <= maximumGridPixels;
 }
 
-void paintEraserCursor(QPainter& painter, QPointF centre, double diameter) {
-    constexpr QColor casing(255, 255, 255, 235);
-    constexpr QColor line(0, 0, 0, 184);
-    const double radius = std::max(diameter, 1.0) / 2.0;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(casing, 1.5));
-    painter.drawEllipse(centre, radius, radius);
-    painter.setPen(QPen(line, 1.0));
-    painter.drawEllipse(centre, radius, radius);
-    painter.restore();
-}
-
 } // namespace quillabrae::canvas

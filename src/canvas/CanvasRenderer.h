@@ -80,7 +80,4 @@ QRect viewportRect(const CanvasFrame& frame, const QRectF& canvasRect);
 /// Whether the grid is shown: asked for, and at most 240 canvas pixels visible along each axis.
 bool shouldDrawPixelGrid(const CanvasFrame& frame);
 
-/// The eraser's outline: a circle of `diameter` points (at least 1) about `centre`.
-void paintEraserCursor(QPainter& painter, QPointF centre, double diameter);
-
 } // namespace quillabrae::canvas

@@ -139,16 +139,4 @@ void releaseKeptPixelMemory() {
 #endif
 }
 
-void adviseHugePages(void* block, std::size_t byteCount) {
-#if QUILLABRAE_MAPPED_PIXELS
-    const auto start = reinterpret_cast<std::uintptr_t>(block);
-    const std::uintptr_t first = (start + hugePageSize - 1) / hugePageSize * hugePageSize;
-    const std::uintptr_t last = (start + byteCount) / hugePageSize * hugePageSize;
-    if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
-#else
-    static_cast<void>(block);
-    static_cast<void>(byteCount);
-#endif
-}
-
 } // namespace quillabrae::raster

@@ -24,7 +24,4 @@ void freePixels(std::uint8_t* pixels, std::size_t byteCount);
 /// Gives the memory that is kept back to the system.
 void releaseKeptPixelMemory();
 
-/// Asks for huge pages under a large block just allocated by other means.
-void adviseHugePages(void* block, std::size_t byteCount);
-
 } // namespace quillabrae::raster
