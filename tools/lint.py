@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The checks behind `./dev lint`: licence lines, file length, floors, clang-format, clang-tidy.
 
-clang-tidy is the slow one. A source that it found clean is remembered under build/lint by a hash of
-everything that could change the verdict: the file, all of our headers that it reaches, how it is
-compiled, the rules, and the versions of the packages we build against. A second run only looks at
-what changed.
+clang-tidy is the slow one. A source that it found clean is remembered in the user's cache folder by
+a hash of everything that could change the verdict: the file, all of our headers that it reaches, how
+it is compiled, the rules, and the versions of the packages we build against. A second run, in this
+checkout or another, only looks at what changed.
 """
 
 import argparse
@@ -23,7 +23,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build"
-CLEAN = BUILD / "lint/clean"
+CLEAN = Path(os.environ.get("XDG_CACHE_HOME") or Path.home() / ".cache") / "quillabrae-lint"
 FOLDERS = ("src", "tests", "bench", "fuzz")
 OURS = rf"^{re.escape(str(ROOT))}/({'|'.join(FOLDERS)})/.*\.(h|cpp)$"
 LONGEST_FILE = 500
@@ -100,9 +100,9 @@ class Fingerprints:
         self._reached = {}
 
     def of(self, source, command):
-        state = hashlib.sha256(self._common + command.encode())
+        state = hashlib.sha256(self._common + command.replace(str(ROOT), "").encode())
         for file in sorted(self._closure(source)):
-            state.update(file.as_posix().encode() + b"\0" + file.read_bytes())
+            state.update(str(file.relative_to(ROOT)).encode() + b"\0" + file.read_bytes())
         return state.hexdigest()
 
     def _closure(self, source):
@@ -185,7 +185,8 @@ class Tidy:
         return result.stdout.strip() if result.returncode else ""
 
 
-def tidy_check(jobs):
+def tidy_check(jobs, asked):
+    """Looks at the sources that were asked for, or at all of them."""
     fingerprints = Fingerprints()
     CLEAN.mkdir(parents=True, exist_ok=True)
     database = configure()
@@ -193,6 +194,8 @@ def tidy_check(jobs):
     for entry in database:
         source = Path(entry["file"])
         if BUILD in source.parents or not source.is_relative_to(ROOT):
+            continue
+        if asked and source not in asked:
             continue
         command = entry.get("command") or shlex.join(entry["arguments"])
         stamp = CLEAN / fingerprints.of(source, command)
@@ -223,14 +226,16 @@ def main():
     parser = argparse.ArgumentParser(prog="./dev lint")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--quick", action="store_true", help="leave clang-tidy out")
+    parser.add_argument("file", nargs="*", type=Path, help="look at these alone")
     options = parser.parse_args()
 
-    files = our_files()
+    asked = {file.resolve() for file in options.file}
+    files = [file for file in our_files() if not asked or file in asked]
     checks = [("licence and length", lambda: plain_checks(files)),
               ("floors", floor_check),
               ("clang-format", lambda: format_check(files, options.jobs))]
     if not options.quick:
-        checks.append(("clang-tidy", lambda: tidy_check(options.jobs)))
+        checks.append(("clang-tidy", lambda: tidy_check(options.jobs, asked)))
 
     failed = False
     for name, check in checks:
