@@ -5,10 +5,9 @@
 #include "persistence/ProjectFileService.h"
 #include "persistence/ProjectImageExportService.h"
 #include "platform/Clock.h"
-#include "raster/DecodeCache.h"
-#include "raster/ImageReader.h"
 #include "store/AutosaveScope.h"
 #include "store/FileLocation.h"
+#include "store/ImageFile.h"
 #include "store/ProjectStore.h"
 
 #include <QFileInfo>
@@ -32,17 +31,6 @@ std::optional<SaveDestination> attachedDestination(const model::PaintProject& pr
     const auto format = persistence::saveFormatOf(*project.fileURL);
     if (!format) return std::nullopt;
     return SaveDestination{*project.fileURL, *format};
-}
-
-/// The picture in a file, ready to become a project; nothing where it cannot be read.
-std::optional<model::PastedImage> imageInFile(const QUrl& location) {
-    if (lowercasedExtension(location) == QLatin1StringView("svg")) return std::nullopt;
-    const auto image = raster::readImageFile(location.toLocalFile());
-    if (!image || image->isNull()) return std::nullopt;
-    model::PngBytes bytes = raster::encodedImage(*image);
-    if (bytes.isEmpty()) return std::nullopt;
-    return model::PastedImage{std::move(bytes), double(image->width()), double(image->height()),
-                              std::nullopt, std::nullopt};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "store/ProjectStore.h"
 
 #include "persistence/AppPersistenceService.h"
+#include "platform/Clock.h"
 #include "store/RecentList.h"
 
 #include <algorithm>
@@ -57,6 +58,18 @@ bool ProjectStore::editActiveProject(const std::function<void(model::PaintProjec
     edit(m_openProjects[*index]);
     if (m_openProjects[*index] != before) Q_EMIT projectChanged(before.id);
     return true;
+}
+
+model::PaintProject* ProjectStore::projectToEdit() {
+    const auto index = activeIndex();
+    return index ? &m_openProjects[*index] : nullptr;
+}
+
+QUuid ProjectStore::finishEdit(model::PaintProject& project) {
+    const QUuid id = project.id;
+    project.lastModified = m_environment.clock.now();
+    Q_EMIT projectChanged(id);
+    return id;
 }
 
 void ProjectStore::setStatusMessage(const QString& message) {

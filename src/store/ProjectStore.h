@@ -7,6 +7,8 @@
 #include "model/PaintProject.h"
 #include "model/RecentProject.h"
 #include "persistence/RecoverySession.h"
+#include "store/DialogResults.h"
+#include "store/RepeatablePaintAction.h"
 #include "store/StoreEnvironment.h"
 
 #include <QObject>
@@ -80,6 +82,10 @@ public:
     void setCanvasCursorPosition(std::optional<QPointF> point);
     /// Changes whenever the canvas has to centre itself after a fit.
     QUuid zoomToFitRequestID() const { return m_zoomToFitRequestID; }
+    /// What can be run again, on any project; neither stored nor undone.
+    const std::optional<RepeatablePaintAction>& lastRepeatableAction() const {
+        return m_lastRepeatableAction;
+    }
     bool isPersistent() const { return m_persistence == Persistence::on; }
 
     /// The widths that the shape outline's menu offers, in canvas pixels: 1 to 32.
@@ -124,6 +130,21 @@ public:
     void redo(QUuid projectID);
     /// Brings the project back to an entry's state, in its tab and with its present file.
     void restoreHistory(QUuid projectID, QUuid entryID);
+
+    // Layers: the active project's list, and in it the layer that is selected
+
+    void addLayer();
+    /// Leaves the last layer alone.
+    void deleteSelectedLayer();
+    void duplicateSelectedLayer();
+    /// Up the stack by a positive offset.
+    void moveSelectedLayer(int offset);
+    /// Merges a layer into the one beneath it, with both opacities baked in.
+    void flattenLayerDown(QUuid layerID);
+    /// A new top layer with the picture of a file that the user chooses, at the canvas's top left.
+    void importLayerFromFile();
+    std::optional<model::PaintLayer> selectedLayerForProperties() const;
+    void applySelectedLayerProperties(const LayerPropertiesDialogResult& result);
 
     // View
 
@@ -192,6 +213,10 @@ private:
     class AutosaveScope;
 
     std::optional<std::size_t> indexOf(QUuid id) const;
+    /// The active project for a command to rewrite, which ends in `finishEdit`; null without one.
+    model::PaintProject* projectToEdit();
+    /// Stamps the rewritten project and tells observers; the reference is invalid on return.
+    QUuid finishEdit(model::PaintProject& project);
     void appendProject(model::PaintProject project);
     /// Remembers the open project, as it stands, as saved.
     void storeFingerprint(QUuid projectID);
@@ -219,6 +244,7 @@ private:
     std::optional<model::CanvasPoint> m_canvasCursorPosition;
     QUuid m_zoomToFitRequestID;
     std::optional<QUuid> m_pendingZoomToFitProjectID;
+    std::optional<RepeatablePaintAction> m_lastRepeatableAction;
     persistence::Histories m_histories;
     persistence::Fingerprints m_savedProjectFingerprints;
     int m_untitledCount = 0;

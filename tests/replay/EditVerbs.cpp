@@ -76,14 +76,16 @@ void patchLayers(model::PaintProject& project, const QJsonArray& patches) {
                    objectFrom(patches.at(i), QStringLiteral("layers")));
 }
 
-/// A layer is named by its id's text or by its index.
-QUuid layerID(const model::PaintProject& project, const QJsonValue& value) {
-    if (!value.isDouble())
-        return QUuid::fromString(textFrom(value, QStringLiteral("selectedLayerID")));
-    const int index = integerFrom(value, QStringLiteral("selectedLayerID"));
-    if (index < 0 || index >= static_cast<int>(project.layers.size()))
-        throw ScriptError(QStringLiteral("no layer at index %1").arg(index));
-    return project.layers[static_cast<std::size_t>(index)].id;
+/// The size is the picture's and the layer the selected one where they are absent.
+model::FloatingPixelSelection floatingFrom(const Session& session, const QJsonValue& value) {
+    const QJsonObject form = objectFrom(value, QStringLiteral("floatingSelection"));
+    const model::PastedImage image =
+        pastedImageFrom(session, form.value(QStringLiteral("pngData")));
+    const QJsonValue layer = form.value(QStringLiteral("layerID"));
+    return {image.pngData, form.value(QStringLiteral("width")).toDouble(image.width),
+            form.value(QStringLiteral("height")).toDouble(image.height),
+            layer.isUndefined() ? session.activeProject().selectedLayerID
+                                : session.layerID(layer, QStringLiteral("layerID"))};
 }
 
 struct ProjectField {
@@ -105,9 +107,8 @@ constexpr ProjectField projectFields[] = {
          project.resolutionDPI = numberFrom(value, key);
      }},
     {"selectedLayerID",
-     [](const Session&, model::PaintProject& project, const QString&, const QJsonValue& value) {
-         project.selectedLayerID = layerID(project, value);
-     }},
+     [](const Session& session, model::PaintProject& project, const QString& key,
+        const QJsonValue& value) { project.selectedLayerID = session.layerID(value, key); }},
     {"isCanvasSelected",
      [](const Session&, model::PaintProject& project, const QString& key, const QJsonValue& value) {
          project.isCanvasSelected = booleanFrom(value, key);
@@ -117,6 +118,12 @@ constexpr ProjectField projectFields[] = {
         const QJsonValue& value) {
          project.pixelSelection.reset();
          if (!value.isNull()) project.pixelSelection = selectionFrom(session, value);
+     }},
+    {"floatingSelection",
+     [](const Session& session, model::PaintProject& project, const QString&,
+        const QJsonValue& value) {
+         project.floatingSelection.reset();
+         if (!value.isNull()) project.floatingSelection = floatingFrom(session, value);
      }},
     {"layers", [](const Session&, model::PaintProject& project, const QString& key,
                   const QJsonValue& value) { patchLayers(project, arrayFrom(value, key)); }},

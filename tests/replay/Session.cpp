@@ -49,6 +49,19 @@ QUuid Session::projectID(const QJsonValue& value, const QString& what) const {
     return id;
 }
 
+QUuid Session::layerID(const QJsonValue& value, const QString& what) const {
+    const model::PaintProject& project = activeProject();
+    if (value.isDouble()) {
+        const int index = integerFrom(value, what);
+        if (index < 0 || index >= static_cast<int>(project.layers.size()))
+            throw ScriptError(QStringLiteral("\"%1\": no layer at index %2").arg(what).arg(index));
+        return project.layers[static_cast<std::size_t>(index)].id;
+    }
+    const QString text = textFrom(value, what);
+    return text == QLatin1StringView("selected") ? project.selectedLayerID
+                                                 : QUuid::fromString(text);
+}
+
 const model::PaintProject& Session::activeProject() const {
     const model::PaintProject* active = m_store->activeProject();
     if (!active) throw ScriptError(QStringLiteral("no project is active"));

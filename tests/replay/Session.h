@@ -57,6 +57,9 @@ public:
 
     /// A project named by an id's text, "active", or an index. Throws ScriptError where it is none.
     QUuid projectID(const QJsonValue& value, const QString& what) const;
+    /// A layer of the active project named by an id's text, "selected", or an index. Throws
+    /// ScriptError for an index that is none; an id may be a stranger's.
+    QUuid layerID(const QJsonValue& value, const QString& what) const;
     /// The active project. Throws ScriptError without one.
     const model::PaintProject& activeProject() const;
 

@@ -26,6 +26,7 @@ using VerbTable = std::span<const Verb>;
 // One family a source file; a new family is declared here and named in `verbFamilies`.
 VerbTable storeProjectVerbs();
 VerbTable storeFileVerbs();
+VerbTable storeLayerVerbs();
 VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();

@@ -33,6 +33,7 @@ private:
 class FakePanels final : public ProjectPanels {
 public:
     std::deque<QUrl> projectsToOpen;
+    std::deque<QUrl> imagesToImport;
     std::deque<persistence::SaveDestination> saveDestinations;
     std::deque<bool> flattenedSaves;
     std::deque<SaveBeforeCloseChoice> closeChoices;
@@ -45,7 +46,10 @@ public:
         shown << QStringLiteral("open");
         return next(projectsToOpen);
     }
-    std::optional<QUrl> chooseImageToImport() override { return std::nullopt; }
+    std::optional<QUrl> chooseImageToImport() override {
+        shown << QStringLiteral("import");
+        return next(imagesToImport);
+    }
     std::optional<persistence::SaveDestination> chooseSaveDestination(
         const QString& suggestedName) override {
         shown << QStringLiteral("destination ") + suggestedName;

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/DialogResults.h"
+
+#include <variant>
+
+namespace quillabrae::store {
+
+/// A command that can be run again on whatever is active, with what it was given.
+namespace RepeatableActions {
+
+struct FlipLayer {
+    bool horizontal = true;
+    friend bool operator==(const FlipLayer&, const FlipLayer&) = default;
+};
+struct RotateZoom {
+    RotateZoomDialogResult result;
+    friend bool operator==(const RotateZoom&, const RotateZoom&) = default;
+};
+struct ResizeImage {
+    ResizeDialogResult result;
+    friend bool operator==(const ResizeImage&, const ResizeImage&) = default;
+};
+struct ResizeCanvas {
+    ResizeDialogResult result;
+    friend bool operator==(const ResizeCanvas&, const ResizeCanvas&) = default;
+};
+struct InvertImage {
+    friend bool operator==(const InvertImage&, const InvertImage&) = default;
+};
+
+} // namespace RepeatableActions
+
+using RepeatablePaintAction =
+    std::variant<RepeatableActions::FlipLayer, RepeatableActions::RotateZoom,
+                 RepeatableActions::ResizeImage, RepeatableActions::ResizeCanvas,
+                 RepeatableActions::InvertImage>;
+
+} // namespace quillabrae::store

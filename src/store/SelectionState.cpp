@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/SelectionState.h"
+
+#include "raster/DecodeCache.h"
+#include "raster/LayerRasterService.h"
+#include "store/ProjectLayers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillabrae::store {
+namespace {
+
+/// Where the floating pixels stand: the outline's rectangle, or their own size at the origin.
+QRectF placementRect(const model::PaintProject& project) {
+    if (project.pixelSelection) return rectOf(*project.pixelSelection);
+    return {0.0, 0.0, project.floatingSelection->width, project.floatingSelection->height};
+}
+
+QRect truncated(const QRectF& rect) {
+    const QRectF standard = rect.normalized();
+    const auto whole = [](double value) {
+        return static_cast<int>(std::clamp(std::trunc(value), -1e9, 1e9));
+    };
+    return {whole(standard.x()), whole(standard.y()), std::max(whole(standard.width()), 1),
+            std::max(whole(standard.height()), 1)};
+}
+
+} // namespace
+
+QRectF rectOf(const model::PixelSelection& selection) {
+    return {selection.x, selection.y, selection.width, selection.height};
+}
+
+std::optional<model::PixelSelection> activeSelection(const model::PaintProject& project) {
+    if (project.pixelSelection) return project.pixelSelection;
+    if (const auto& floating = project.floatingSelection)
+        return model::PixelSelection{0.0, 0.0, floating->width, floating->height, std::nullopt};
+    if (project.isCanvasSelected)
+        return model::PixelSelection{0.0, 0.0, project.canvasWidth, project.canvasHeight,
+                                     std::nullopt};
+    return std::nullopt;
+}
+
+bool putDownFloatingSelection(model::PaintProject& project) {
+    if (!project.floatingSelection) return false;
+    const auto index = layerIndex(project, project.floatingSelection->layerID);
+    if (!index) return false;
+    const raster::RasterImage pixels = raster::decodedImage(project.floatingSelection->pngData);
+    if (pixels.isNull()) return false;
+    model::PaintLayer& layer = project.layers[*index];
+    raster::RasterImage image =
+        raster::LayerRasterService::renderLayer(layer, project.canvasWidth, project.canvasHeight);
+    if (image.isNull()) return false;
+    raster::LayerRasterService::drawImage(image, pixels, truncated(placementRect(project)));
+    layer.bitmapPNGData = raster::LayerRasterService::pngData(image);
+    clearSelection(project);
+    return true;
+}
+
+void clearSelection(model::PaintProject& project) {
+    project.isCanvasSelected = false;
+    project.pixelSelection.reset();
+    project.floatingSelection.reset();
+}
+
+} // namespace quillabrae::store
