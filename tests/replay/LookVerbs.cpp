@@ -81,8 +81,8 @@ QJsonValue savePicture(Session& session, const Arguments& arguments) {
 constexpr Verb verbs[] = {
     {"state", "of?", state},
     {"expect", "that is", expect},
-    {"expect.pixel", "of index? at is within?", expectPixel},
-    {"save.picture", "of index? to", savePicture},
+    {"expect.pixel", "of index? path? at is within?", expectPixel},
+    {"save.picture", "of index? path? to", savePicture},
 };
 
 } // namespace

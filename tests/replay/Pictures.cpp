@@ -4,7 +4,9 @@
 #include "persistence/ProjectImageExportService.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
+#include "raster/PngCodec.h"
 #include "replay/ScriptError.h"
+#include "replay/ScriptImages.h"
 #include "replay/Session.h"
 
 namespace quillabrae::replay {
@@ -39,11 +41,13 @@ RasterImage flattened(Session& session, const Arguments&) {
         session.activeProject(), persistence::ProjectImageExportService::Background::transparent);
 }
 
+RasterImage file(Session& session, const Arguments& arguments) {
+    return raster::decodePng(fileBytes(session, arguments.text("path")));
+}
+
 constexpr PictureSource sources[] = {
-    {"layer", layer},
-    {"mask", mask},
-    {"floating", floating},
-    {"flattened", flattened},
+    {"layer", layer},         {"mask", mask}, {"floating", floating},
+    {"flattened", flattened}, {"file", file},
 };
 
 } // namespace

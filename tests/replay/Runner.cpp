@@ -32,6 +32,10 @@ QJsonValue runVerb(Session& session, const QJsonObject& line) {
     return verb->run(session, Arguments(line));
 }
 
+bool isExpectation(const QJsonObject& line) {
+    return line.value(QStringLiteral("do")).toString().startsWith(QLatin1StringView("expect"));
+}
+
 void print(const QJsonObject& answer) {
     const QByteArray text = QJsonDocument(answer).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
@@ -74,9 +78,11 @@ void Runner::run(std::FILE* script) {
 void Runner::runText(const QByteArray& text, int lineNumber) {
     QJsonObject answer{{QStringLiteral("line"), lineNumber}};
     try {
-        const QJsonValue result = runVerb(m_session, parsedLine(text));
+        const QJsonObject line = parsedLine(text);
+        const QJsonValue result = runVerb(m_session, line);
         // What a command has put off to the next turn of the loop belongs to its line.
         QCoreApplication::processEvents();
+        if (!isExpectation(line)) m_session.lastResult = result;
         answer.insert(QStringLiteral("ok"), true);
         answer.insert(QStringLiteral("result"), result);
     } catch (const ScriptError& error) {

@@ -10,6 +10,7 @@
 #include "store/ProjectStore.h"
 
 #include <QDir>
+#include <QJsonValue>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -65,6 +66,9 @@ public:
 
     /// Runs a line inside another one.
     std::function<QJsonValue(const QJsonObject& line)> runLine;
+
+    /// What the last line printed as its result, lines that only expect something left out.
+    QJsonValue lastResult;
 
     /// Ends the run after the present line.
     void end(SessionEnd end) { m_end = end; }

@@ -98,7 +98,8 @@ QJsonObject stateOf(Session& session) {
 
 QJsonValue stateAt(Session& session, const QString& path) {
     const QStringList names = path.split(QLatin1Char('.'));
-    auto value = fieldNamed(session, names.first());
+    const bool isResult = names.first() == QLatin1StringView("result");
+    auto value = isResult ? session.lastResult : fieldNamed(session, names.first());
     for (qsizetype i = 1; value && i < names.size(); ++i) value = memberOf(*value, names.at(i));
     if (!value) throw ScriptError(QStringLiteral("the state has no \"%1\"").arg(path));
     return *value;

@@ -12,7 +12,8 @@ class Session;
 QJsonObject stateOf(Session& session);
 
 /// The value at a path into the state, such as "projects.0.layers.1.name"; "count" is the length of
-/// a list. Throws ScriptError for a path that leads nowhere.
+/// a list, and "result" is what the last line printed. Throws ScriptError for a path that leads
+/// nowhere.
 QJsonValue stateAt(Session& session, const QString& path);
 
 } // namespace quillabrae::replay

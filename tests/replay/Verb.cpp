@@ -9,8 +9,8 @@ namespace quillabrae::replay {
 
 std::span<VerbTable (*const)()> verbFamilies() {
     static constexpr VerbTable (*families[])() = {
-        storeProjectVerbs, storeFileVerbs, storeLayerVerbs, editVerbs,
-        promptVerbs,       lookVerbs,      controlVerbs,    canvasVerbs,
+        storeProjectVerbs, storeFileVerbs, storeLayerVerbs, editVerbs,   promptVerbs,
+        lookVerbs,         controlVerbs,   canvasVerbs,     rasterVerbs,
     };
     return families;
 }

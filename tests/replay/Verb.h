@@ -32,6 +32,7 @@ VerbTable promptVerbs();
 VerbTable lookVerbs();
 VerbTable controlVerbs();
 VerbTable canvasVerbs();
+VerbTable rasterVerbs();
 
 std::span<VerbTable (*const)()> verbFamilies();
 
