@@ -138,7 +138,7 @@ void exportPicture(benchmark::State& state, ImageWriter write) {
     const Folder folder;
     for (auto _ : state) {
         writeFileAtomically(platform::systemFileOperations(), folder.file(),
-                            [&](platform::DurableFile& file) { write(picture(), file); });
+                            [&](platform::DurableFile& file) { write(picture(), file, {}); });
     }
 }
 

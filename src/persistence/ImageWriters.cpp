@@ -11,6 +11,9 @@
 #include <QImageWriter>
 
 namespace quillabrae::persistence {
+
+using platform::WorkControl;
+
 namespace {
 
 constexpr int lossyQuality = 92;
@@ -31,15 +34,30 @@ struct Encoding {
     int quality = -1;
 };
 
+/// Memory that takes nothing more once the work is to stop.
+class StoppableBuffer final : public QBuffer {
+public:
+    explicit StoppableBuffer(const WorkControl& control) : m_control(control) {}
+
+protected:
+    qint64 writeData(const char* data, qint64 size) override {
+        return m_control.isCancelled() ? -1 : QBuffer::writeData(data, size);
+    }
+
+private:
+    const WorkControl& m_control;
+};
+
 void writeThroughQt(const raster::RasterImage& picture, platform::DurableFile& file,
-                    const Encoding& encoding) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
+                    const WorkControl& control, const Encoding& encoding) {
+    StoppableBuffer buffer(control);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, encoding.format);
     writer.setQuality(encoding.quality);
-    if (!writer.write(opaqueView(picture)) || bytes.isEmpty()) failToEncode();
-    file.write(bytes);
+    const bool isWritten = writer.write(opaqueView(picture));
+    control.stopIfCancelled();
+    if (!isWritten || buffer.data().isEmpty()) failToEncode();
+    file.write(buffer.data());
 }
 
 model::PngBytes encodedPng(const raster::RasterImage& picture) {
@@ -50,30 +68,34 @@ model::PngBytes encodedPng(const raster::RasterImage& picture) {
 
 } // namespace
 
-void writePng(const raster::RasterImage& picture, platform::DurableFile& file) {
+void writePng(const raster::RasterImage& picture, platform::DurableFile& file, const WorkControl&) {
     file.write(encodedPng(picture).toByteArray());
 }
 
-void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file) {
-    writeThroughQt(picture, file, {"jpeg", lossyQuality});
+void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
+               const WorkControl& control) {
+    writeThroughQt(picture, file, control, {"jpeg", lossyQuality});
 }
 
-void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file) {
+void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
+               const WorkControl& control) {
     if (QImageWriter::supportedImageFormats().contains("webp"))
-        writeThroughQt(picture, file, {"webp", lossyQuality});
+        writeThroughQt(picture, file, control, {"webp", lossyQuality});
     else
-        writeWebPWithEncoder(picture, file, webPEncoder(), QDir::tempPath());
+        writeWebPWithEncoder(picture, file, webPEncoder(), QDir::tempPath(), control);
 }
 
-void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file) {
-    writeThroughQt(picture, file, {"tiff"});
+void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file,
+               const WorkControl& control) {
+    writeThroughQt(picture, file, control, {"tiff"});
 }
 
-void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file) {
-    writeThroughQt(picture, file, {"bmp"});
+void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
+              const WorkControl& control) {
+    writeThroughQt(picture, file, control, {"bmp"});
 }
 
-void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file) {
+void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file, const WorkControl&) {
     const model::PngBytes png = encodedPng(picture);
     const QByteArray width = QByteArray::number(picture.width());
     const QByteArray height = QByteArray::number(picture.height());
@@ -89,7 +111,7 @@ void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file) {
     sink.write(QByteArray("\"/>\n</svg>"));
 }
 
-void writeUnsupported(const raster::RasterImage&, platform::DurableFile&) {
+void writeUnsupported(const raster::RasterImage&, platform::DurableFile&, const WorkControl&) {
     failToEncode();
 }
 

@@ -2,26 +2,36 @@
 #pragma once
 
 #include "platform/FileOperations.h"
+#include "platform/WorkRunner.h"
 #include "raster/RasterImage.h"
 
 #include <QString>
 
 /// The encoders behind the image formats. Each appends one whole picture to an empty file; all but
-/// PNG take the picture for opaque. They throw FileError and platform::FileOperationError.
+/// PNG take the picture for opaque. They throw FileError, platform::FileOperationError, and
+/// platform::WorkCancelled when they were told so.
 namespace quillabrae::persistence {
 
-using ImageWriter = void (*)(const raster::RasterImage& picture, platform::DurableFile& file);
+using ImageWriter = void (*)(const raster::RasterImage& picture, platform::DurableFile& file,
+                             const platform::WorkControl& control);
 
-void writePng(const raster::RasterImage& picture, platform::DurableFile& file);
-void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file);
+void writePng(const raster::RasterImage& picture, platform::DurableFile& file,
+              const platform::WorkControl& control);
+void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
+               const platform::WorkControl& control);
 /// Through Qt where it has a writer, else through the `cwebp` program.
-void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file);
-void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file);
-void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file);
+void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
+               const platform::WorkControl& control);
+void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file,
+               const platform::WorkControl& control);
+void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
+              const platform::WorkControl& control);
 /// One embedded picture, not a drawing of vectors.
-void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file);
+void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file,
+              const platform::WorkControl& control);
 /// For formats that this program has no writer for: throws that the image could not be encoded.
-void writeUnsupported(const raster::RasterImage& picture, platform::DurableFile& file);
+void writeUnsupported(const raster::RasterImage& picture, platform::DurableFile& file,
+                      const platform::WorkControl& control);
 
 /// The first of the known places that holds a `cwebp` that can be run; empty when none does.
 QString webPEncoder();
@@ -29,6 +39,7 @@ QString webPEncoder();
 /// WebP through the program at `encoder`, or an error when that is empty. The picture is in a file
 /// in `temporaryFolder` while the program runs.
 void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableFile& file,
-                          const QString& encoder, const QString& temporaryFolder);
+                          const QString& encoder, const QString& temporaryFolder,
+                          const platform::WorkControl& control = {});
 
 } // namespace quillabrae::persistence

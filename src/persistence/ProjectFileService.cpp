@@ -21,6 +21,7 @@ namespace quillabrae::persistence::ProjectFileService {
 
 using platform::FileOperationError;
 using platform::FileOperations;
+using platform::WorkControl;
 
 namespace {
 
@@ -49,12 +50,13 @@ void writeProjectFile(FileOperations& operations, const QString& path,
 
 /// Whether there is a thumbnail among them. A preview that cannot be made is left out.
 bool writePreviews(FileOperations& operations, const QString& package,
-                   const model::PaintProject& project) {
-    const raster::RasterImage picture =
-        ProjectImageExportService::render(project, ProjectImageExportService::Background::white);
+                   const model::PaintProject& project, const WorkControl& control) {
+    const raster::RasterImage picture = ProjectImageExportService::render(
+        project, ProjectImageExportService::Background::white, control);
     if (picture.isNull()) return false;
     const QByteArray thumbnail = raster::encodePng(fileIconImage(picture)).toByteArray();
     if (!thumbnail.isEmpty()) writeFile(operations, package + thumbnailName, thumbnail);
+    control.stopIfCancelled();
     const QByteArray preview = previewPDFData(picture);
     if (!preview.isEmpty()) writeFile(operations, package + previewName, preview);
     return !thumbnail.isEmpty();
@@ -62,13 +64,15 @@ bool writePreviews(FileOperations& operations, const QString& package,
 
 /// Whether the package has a thumbnail.
 bool writeProjectPackage(FileOperations& operations, const model::PaintProject& project,
-                         const QString& path) {
+                         const QString& path, const WorkControl& control) {
     Staging staging(operations, path);
     operations.makePath(staging.path() + previewFolderName);
     writeProjectFile(operations, staging.path() + projectFileName, project);
-    const bool hasThumbnail = writePreviews(operations, staging.path(), project);
+    control.stopIfCancelled();
+    const bool hasThumbnail = writePreviews(operations, staging.path(), project, control);
     operations.syncFolder(staging.path() + previewFolderName);
     operations.syncFolder(staging.path());
+    control.stopIfCancelled();
     staging.commit();
     return hasThumbnail;
 }
@@ -96,7 +100,7 @@ QByteArray contentsOf(const QString& path) {
 } // namespace
 
 void save(const model::PaintProject& project, const QUrl& url, const platform::Clock& clock,
-          platform::FileIcons& icons, FileOperations& operations) {
+          platform::FileIcons& icons, FileOperations& operations, const WorkControl& control) {
     const QString path = localPath(url);
     if (path.isEmpty())
         throw FileError::notWritten(url.toDisplayString(),
@@ -105,7 +109,7 @@ void save(const model::PaintProject& project, const QUrl& url, const platform::C
     written.fileURL.reset();
     written.lastModified = clock.now();
     try {
-        if (writeProjectPackage(operations, written, path))
+        if (writeProjectPackage(operations, written, path, control))
             icons.setIcon(path, path + thumbnailName);
     } catch (const FileOperationError& error) {
         throw FileError::notWritten(path, error.description());

@@ -3,6 +3,7 @@
 
 #include "model/PaintProject.h"
 #include "platform/FileOperations.h"
+#include "platform/WorkRunner.h"
 #include "raster/RasterImage.h"
 
 #include <QByteArray>
@@ -18,10 +19,12 @@ namespace quillabrae::persistence::ProjectFileService {
 
 /// Writes the package whole or not at all, and gives it an icon of its picture where the desktop
 /// can show one. The copy that is written has no `fileURL` and is stamped with the present time.
-/// Throws FileError; then the old package, if any, stands as it was and nothing is left beside it.
+/// Throws FileError, or platform::WorkCancelled when `control` was told so; then the old package,
+/// if any, stands as it was and nothing is left beside it.
 void save(const model::PaintProject& project, const QUrl& url, const platform::Clock& clock,
           platform::FileIcons& icons,
-          platform::FileOperations& operations = platform::systemFileOperations());
+          platform::FileOperations& operations = platform::systemFileOperations(),
+          const platform::WorkControl& control = {});
 
 /// Reads a package, or a plain file that holds the same JSON. The result has no `fileURL`. Throws
 /// FileError.

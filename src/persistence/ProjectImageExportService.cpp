@@ -15,6 +15,9 @@
 #include <new>
 
 namespace quillabrae::persistence::ProjectImageExportService {
+
+using platform::WorkControl;
+
 namespace {
 
 struct Row {
@@ -42,22 +45,26 @@ void fillWithWhite(raster::RasterImage& image) {
 }
 
 void saveImage(const model::PaintProject& project, const QString& path, const Row& row,
-               platform::FileOperations& operations) {
-    const raster::RasterImage picture = render(project, row.background);
+               platform::FileOperations& operations, const WorkControl& control) {
+    const raster::RasterImage picture = render(project, row.background, control);
     if (picture.isNull()) throw FileError(QStringLiteral("The image could not be encoded."));
-    writeFileAtomically(operations, path,
-                        [&](platform::DurableFile& file) { row.write(picture, file); });
+    writeFileAtomically(operations, path, [&](platform::DurableFile& file) {
+        row.write(picture, file, control);
+        control.stopIfCancelled();
+    });
 }
 
 } // namespace
 
-raster::RasterImage render(const model::PaintProject& project, Background background) {
+raster::RasterImage render(const model::PaintProject& project, Background background,
+                           const WorkControl& control) {
     raster::RasterImage picture =
         raster::LayerRasterService::transparentImage(project.canvasWidth, project.canvasHeight);
     if (picture.isNull()) return picture;
     if (background == Background::white) fillWithWhite(picture);
     const QRect whole(0, 0, picture.width(), picture.height());
     for (const model::PaintLayer& layer : project.layers) {
+        control.stopIfCancelled();
         if (!layer.isVisible || !layer.bitmapPNGData) continue;
         const raster::RasterImage pixels = raster::LayerRasterService::renderLayer(
             layer, project.canvasWidth, project.canvasHeight);
@@ -67,10 +74,10 @@ raster::RasterImage render(const model::PaintProject& project, Background backgr
 }
 
 void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
-          platform::FileOperations& operations) {
+          platform::FileOperations& operations, const WorkControl& control) {
     if (format == SaveFormat::project) {
         platform::NoFileIcons icons;
-        ProjectFileService::save(project, url, platform::SystemClock(), icons, operations);
+        ProjectFileService::save(project, url, platform::SystemClock(), icons, operations, control);
         return;
     }
     if (!url.isLocalFile())
@@ -78,7 +85,8 @@ void save(const model::PaintProject& project, const QUrl& url, SaveFormat format
                                     QStringLiteral("It is not a local file"));
     const QString path = url.toLocalFile();
     try {
-        saveImage(project, path, *std::ranges::find(table, format, &Row::format), operations);
+        saveImage(project, path, *std::ranges::find(table, format, &Row::format), operations,
+                  control);
     } catch (const platform::FileOperationError& error) {
         throw FileError::notWritten(path, error.description());
     } catch (const std::bad_alloc&) {

@@ -4,6 +4,7 @@
 #include "model/PaintProject.h"
 #include "persistence/SaveFormat.h"
 #include "platform/FileOperations.h"
+#include "platform/WorkRunner.h"
 #include "raster/RasterImage.h"
 
 #include <QUrl>
@@ -15,11 +16,14 @@ namespace quillabrae::persistence::ProjectImageExportService {
 enum class Background { transparent, white };
 
 /// The visible layers, bottom first, each at its opacity. Null for a canvas beyond the size limits
-/// of a picture.
-raster::RasterImage render(const model::PaintProject& project, Background background);
+/// of a picture. Throws platform::WorkCancelled when `control` was told so.
+raster::RasterImage render(const model::PaintProject& project, Background background,
+                           const platform::WorkControl& control = {});
 
-/// Writes the flat picture in an image format, whole or not at all. Throws FileError.
+/// Writes the flat picture in an image format, whole or not at all. Throws FileError, and
+/// platform::WorkCancelled when `control` was told so.
 void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
-          platform::FileOperations& operations = platform::systemFileOperations());
+          platform::FileOperations& operations = platform::systemFileOperations(),
+          const platform::WorkControl& control = {});
 
 } // namespace quillabrae::persistence::ProjectImageExportService

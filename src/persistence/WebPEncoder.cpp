@@ -29,7 +29,9 @@ private:
     QString m_path;
 };
 
-void runEncoder(const QString& encoder, const QString& input, const QString& output) {
+void runEncoder(const QString& encoder, const QString& input, const QString& output,
+                const platform::WorkControl& control) {
+    constexpr int lookEveryMilliseconds = 50;
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
@@ -37,7 +39,13 @@ void runEncoder(const QString& encoder, const QString& input, const QString& out
     process.start(encoder, {QStringLiteral("-quiet"), QStringLiteral("-q"), QStringLiteral("92"),
                             input, QStringLiteral("-o"), output});
     if (!process.waitForStarted(-1)) throw FileError(process.errorString());
-    process.waitForFinished(-1);
+    while (!process.waitForFinished(lookEveryMilliseconds) &&
+           process.state() != QProcess::NotRunning) {
+        if (!control.isCancelled()) continue;
+        process.kill();
+        process.waitForFinished(-1);
+        control.stopIfCancelled();
+    }
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         throw FileError(encodingFailed);
 }
@@ -54,7 +62,8 @@ QString webPEncoder() {
 }
 
 void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableFile& file,
-                          const QString& encoder, const QString& temporaryFolder) {
+                          const QString& encoder, const QString& temporaryFolder,
+                          const platform::WorkControl& control) {
     if (encoder.isEmpty())
         throw FileError(
             QStringLiteral("WebP export requires macOS ImageIO WebP encoding support or "
@@ -62,9 +71,9 @@ void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableF
     const TemporaryFile input(temporaryFolder, QLatin1StringView(".png"));
     const TemporaryFile output(temporaryFolder, QLatin1StringView(".webp"));
     const auto png = platform::systemFileOperations().createFile(input.path());
-    writePng(picture, *png);
+    writePng(picture, *png, control);
     png->finish();
-    runEncoder(encoder, input.path(), output.path());
+    runEncoder(encoder, input.path(), output.path(), control);
     QFile encoded(output.path());
     if (!encoded.open(QIODevice::ReadOnly) || encoded.size() == 0) throw FileError(encodingFailed);
     file.write(encoded.readAll());

@@ -65,26 +65,39 @@ bool ProjectStore::saveProject(std::size_t index, const SaveDestination& destina
     const model::PaintProject saved = m_openProjects[index];
     const QUrl location = fileLocation(destination.url);
     try {
-        if (destination.format == SaveFormat::project) {
-            persistence::ProjectFileService::save(saved, location, m_environment.clock,
-                                                  m_environment.fileIcons);
-            rememberRecent(location);
-        } else {
-            const int layerCount = static_cast<int>(saved.layers.size());
-            if (layerCount >= 2 && !m_environment.panels.confirmFlattenedImageSave(layerCount)) {
-                setStatusMessage(QStringLiteral("Save cancelled"));
-                return false;
-            }
-            persistence::ProjectImageExportService::save(saved, location, destination.format);
-        }
+        if (!confirmFlattening(saved, destination.format)) throw platform::WorkCancelled();
+        write(saved, {location, destination.format});
+    } catch (const platform::WorkCancelled&) {
+        setStatusMessage(QStringLiteral("Save cancelled"));
+        return false;
     } catch (const FileError& error) {
         setStatusMessage(QStringLiteral("Save failed: %1").arg(error.description()));
         return false;
     }
+    if (destination.format == SaveFormat::project) rememberRecent(location);
     attachToFile(saved.id, location);
     setStatusMessage(QStringLiteral("Saved %1").arg(location.fileName()));
     persistAutosavedSession();
     return true;
+}
+
+bool ProjectStore::confirmFlattening(const model::PaintProject& project, SaveFormat format) {
+    const int layerCount = static_cast<int>(project.layers.size());
+    if (format == SaveFormat::project || layerCount < 2) return true;
+    return m_environment.panels.confirmFlattenedImageSave(layerCount);
+}
+
+void ProjectStore::write(const model::PaintProject& project, const SaveDestination& destination) {
+    const QString title = QStringLiteral("Saving “%1”").arg(destination.url.fileName());
+    m_environment.work.run(title, [&](const platform::WorkControl& control) {
+        platform::FileOperations& operations = platform::systemFileOperations();
+        if (destination.format == SaveFormat::project)
+            persistence::ProjectFileService::save(project, destination.url, m_environment.clock,
+                                                  m_environment.fileIcons, operations, control);
+        else
+            persistence::ProjectImageExportService::save(project, destination.url,
+                                                         destination.format, operations, control);
+    });
 }
 
 void ProjectStore::attachToFile(QUuid projectID, const QUrl& location) {

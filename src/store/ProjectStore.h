@@ -225,6 +225,9 @@ private:
     void selectTool(model::PaintTool tool);
     void restoreSettings();
     bool chooseDestinationAndSave(QUuid projectID, const QString& statusWhenCancelled);
+    /// Asks before a picture of several layers is written; whether to go on.
+    bool confirmFlattening(const model::PaintProject& project, persistence::SaveFormat format);
+    void write(const model::PaintProject& project, const persistence::SaveDestination& destination);
     void attachToFile(QUuid projectID, const QUrl& location);
     /// Puts an opened project into its tab and returns the id it has there.
     QUuid placeOpenedProject(model::PaintProject project);

@@ -3,6 +3,7 @@
 
 #include "persistence/SaveFormat.h"
 #include "platform/AppPaths.h"
+#include "platform/WorkRunner.h"
 
 #include <QString>
 #include <QUrl>
@@ -41,6 +42,7 @@ struct StoreEnvironment {
     const platform::Clock& clock;
     platform::FileIcons& fileIcons;
     platform::AppPaths paths;
+    platform::WorkRunner& work = platform::directWorkRunner();
 };
 
 } // namespace quillabrae::store

@@ -333,5 +333,34 @@ TEST_F(OpenAndSave, AProjectReplacedByAnotherInItsFileForgetsItsHistory) {
     EXPECT_TRUE(store->history(first).entries.empty());
 }
 
+/// A user who cancels at once whatever takes long.
+class ImpatientUser final : public platform::WorkRunner {
+public:
+    QStringList titles;
+
+    void run(const QString& title,
+             const std::function<void(platform::WorkControl&)>& work) override {
+        titles << title;
+        platform::WorkControl control;
+        control.cancel();
+        work(control);
+    }
+};
+
+TEST_F(OpenAndSave, ASaveCancelledWhileItRunsChangesNothing) {
+    ImpatientUser user;
+    ProjectStore store({panels, preferences, clock, icons, paths, user}, Persistence::on);
+    const QUuid id = makeProject(store);
+    const QString picture = QStringLiteral("a.png");
+    EXPECT_FALSE(store.saveProject(0, {file(boat), SaveFormat::project}));
+    EXPECT_FALSE(store.saveProject(0, {file(picture), SaveFormat::png}));
+    EXPECT_EQ(user.titles, QStringList({QStringLiteral("Saving “%1”").arg(boat),
+                                        QStringLiteral("Saving “a.png”")}));
+    EXPECT_EQ(store.statusMessage(), QStringLiteral("Save cancelled"));
+    EXPECT_FALSE(store.project(id)->fileURL);
+    EXPECT_TRUE(store.recents().empty());
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
 } // namespace
 } // namespace quillabrae::store

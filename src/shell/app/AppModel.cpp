@@ -12,6 +12,7 @@
 #include "shell/app/WindowCoordinator.h"
 #include "shell/dialogs/DesktopDialogs.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
+#include "shell/dialogs/DesktopWorkRunner.h"
 #include "shell/looks/Symbols.h"
 #include "shell/looks/SystemColorScheme.h"
 #include "store/ProjectStore.h"
@@ -26,7 +27,8 @@ struct AppModel::Graph {
         : preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
-          store({panels, preferences, clock, fileIcons, paths}, store::Persistence::on),
+          work([this] { return windows.dialogParent(); }),
+          store({panels, preferences, clock, fileIcons, paths, work}, store::Persistence::on),
           factory(store),
           windows({store, preferences, factory, dialogs, clipboardImageSize}),
           delegate(store, windows,
@@ -47,6 +49,7 @@ struct AppModel::Graph {
     platform::SettingsPreferences preferences;
     SystemColorScheme colorScheme;
     DesktopProjectPanels panels;
+    DesktopWorkRunner work;
     store::ProjectStore store;
     DesktopDialogs dialogs;
     DesktopWindows factory;

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/ProgressDialog.h"
+
+#include "shell/controls/Labels.h"
+#include "shell/looks/Style.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+
+namespace quillabrae::shell {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int contentWidth = 340;
+constexpr int barSteps = 1000;
+constexpr int barHeight = 6;
+constexpr auto lookEvery = 50ms;
+
+} // namespace
+
+ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& control,
+                               QWidget* parent)
+    : QDialog(parent), m_control(control) {
+    setWindowTitle(QStringLiteral("Quillabrae"));
+    setWindowModality(Qt::ApplicationModal);
+    setAccessibleName(title);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
+    layout->setSpacing(12);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+
+    QLabel* label = Labels::body(title, this);
+    label->setWordWrap(true);
+    label->setFixedWidth(contentWidth);
+    m_bar = new QProgressBar(this);
+    m_bar->setTextVisible(false);
+    m_bar->setFixedHeight(barHeight);
+    m_bar->setAccessibleName(title);
+    m_cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    connect(m_cancel, &QPushButton::clicked, this, &ProgressDialog::reject);
+    layout->addWidget(label);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_cancel, 0, Qt::AlignRight);
+
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, &ProgressDialog::showFraction);
+    timer->start(lookEvery);
+    showFraction();
+}
+
+void ProgressDialog::reject() {
+    m_control.cancel();
+    m_cancel->setEnabled(false);
+    m_cancel->setText(QStringLiteral("Cancelling…"));
+}
+
+void ProgressDialog::showFraction() {
+    const double fraction = m_control.fraction();
+    // A bar without steps runs to and fro.
+    m_bar->setRange(0, fraction < 0.0 ? 0 : barSteps);
+    m_bar->setValue(static_cast<int>(std::min(fraction, 1.0) * barSteps));
+}
+
+} // namespace quillabrae::shell
