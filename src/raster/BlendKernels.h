@@ -12,6 +12,7 @@
 ///   source-over:       c = c_source + c * (255 - a_source), the source first multiplied by the
 ///                      fraction as c_source * fraction
 ///   destination-out:   c = c * (255 - a_source)
+///   destination-in:    c = c * a_source
 ///
 /// Sources have no component above their alpha, so nothing overflows. Runs do not overlap.
 namespace quillabrae::raster {
@@ -46,6 +47,8 @@ void sourceOverColor(std::uint8_t* pixels, std::size_t pixelCount, PixelColor co
 
 void destinationOutPixels(std::uint8_t* pixels, const std::uint8_t* alpha, std::size_t pixelCount);
 void destinationOutPixels(std::uint8_t* pixels, std::size_t pixelCount, std::uint8_t alpha);
+
+void destinationInPixels(std::uint8_t* pixels, const std::uint8_t* alpha, std::size_t pixelCount);
 
 /// pixels[i] = source[index[i]]
 void gatherPixels(std::uint8_t* pixels, const std::uint8_t* source, const std::int32_t* index,
