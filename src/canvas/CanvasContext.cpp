@@ -34,6 +34,10 @@ void CanvasContext::repaintCanvasPixels(const QRect& rect) const {
     if (display != nullptr && !rect.isEmpty()) display->repaintCanvasPixels(rect);
 }
 
+void CanvasContext::repaintOverlays() const {
+    if (display != nullptr) display->repaintOverlays();
+}
+
 void CanvasContext::repaintViewport() const {
     if (display != nullptr) display->repaintViewport();
 }

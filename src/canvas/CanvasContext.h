@@ -49,6 +49,7 @@ public:
     bool isEditing() const { return m_isEditing; }
 
     void repaintCanvasPixels(const QRect& rect) const;
+    void repaintOverlays() const;
     void repaintViewport() const;
 
 private:

@@ -12,6 +12,8 @@ public:
 
     /// Pixels inside this rectangle, in canvas pixels, look different now.
     virtual void repaintCanvasPixels(const QRect& rect) = 0;
+    /// What lies over the canvas looks different now: the selection, the cursor, a draft.
+    virtual void repaintOverlays() = 0;
     /// Everything in the viewport may look different now.
     virtual void repaintViewport() = 0;
 };

@@ -39,6 +39,9 @@ struct RightMouseEvent {
     QPointF documentPoint;
 };
 
+/// The keys that the canvas itself answers.
+enum class CanvasKey { left, right, up, down };
+
 /// The modifier keys that are down. Command is Ctrl and option is Alt on a PC keyboard.
 struct Modifiers {
     bool shift = false;

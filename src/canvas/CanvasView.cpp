@@ -2,10 +2,12 @@
 #include "canvas/CanvasView.h"
 
 #include "canvas/CanvasHost.h"
-#include "canvas/FloatingSelection.h"
 #include "canvas/PointerState.h"
 #include "canvas/Scroller.h"
+#include "canvas/SelectionEdit.h"
+#include "raster/LayerRasterServiceRegions.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -19,9 +21,12 @@ namespace {
 
 /// How far outside the document, in screen points, a pinch still counts as the canvas's.
 constexpr double magnifyMargin = 80.0;
+/// Canvas pixels that an arrow key moves the selection by with Command.
+constexpr int farNudge = 20;
 
-bool drawsWithEitherButton(PaintTool tool) {
-    return model::drawsContinuousStroke(tool);
+template <PaintTool wanted>
+bool isTool(PaintTool tool) {
+    return tool == wanted;
 }
 
 bool hasWorkspaceSurface(PaintTool tool) {
@@ -36,8 +41,9 @@ CanvasView::CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerStat
       m_zoom(m_context),
       m_pan(m_context),
       m_drawing(m_context),
-      m_stroke(m_drawing),
-      m_showsPixelGrid(host.settings().showsPixelGrid) {}
+      m_selection(m_context, m_zoom,
+                  [this](QPointF documentPoint) { hoverOverWorkspace(documentPoint); }),
+      m_settings(host.settings()) {}
 
 // Surroundings
 
@@ -64,6 +70,8 @@ void CanvasView::projectChanged() {
 }
 
 void CanvasView::activeProjectChanged() {
+    cancelDrawing();
+    m_selection.reset();
     updateLayout();
     m_zoom.centerCanvasInViewport();
     m_context.repaintViewport();
@@ -71,10 +79,20 @@ void CanvasView::activeProjectChanged() {
 
 void CanvasView::settingsChanged() {
     m_zoom.zoomScaleChanged();
-    const bool showsPixelGrid = m_context.host.settings().showsPixelGrid;
-    if (std::exchange(m_showsPixelGrid, showsPixelGrid) != showsPixelGrid) {
-        m_context.repaintViewport();
-    }
+    const model::PaintAppSettings& settings = m_context.host.settings();
+    const model::PaintAppSettings before = std::exchange(m_settings, settings);
+    if (before.showsPixelGrid != settings.showsPixelGrid) m_context.repaintViewport();
+    if (before.selectedTool != settings.selectedTool) toolChanged();
+    if (before.paintBucketMatchPercentage != settings.paintBucketMatchPercentage)
+        m_drawing.bucketMatchChanged();
+    if (before.magicWandMatchPercentage != settings.magicWandMatchPercentage)
+        m_selection.wandMatchChanged();
+}
+
+void CanvasView::toolChanged() {
+    m_selection.stopSelectionAutoPan();
+    m_drawing.toolChanged(selectedTool());
+    m_context.repaintOverlays();
 }
 
 void CanvasView::updateLayout() {
@@ -104,9 +122,14 @@ CanvasFrame CanvasView::frame(double devicePixelRatio) const {
     frame.viewportSize = m_context.viewportSize;
     frame.devicePixelRatio = devicePixelRatio;
     frame.showsPixelGrid = m_context.host.settings().showsPixelGrid;
-    if (!m_drawing.liveDrawingImage().isNull()) {
-        frame.liveLayerID = m_drawing.activeDrawingLayerID();
-        frame.liveImage = &m_drawing.liveDrawingImage();
+    const LiveDrawing& drawing = m_drawing.live();
+    const PixelTransformGesture& moved = m_selection.pixels();
+    if (!drawing.liveDrawingImage().isNull()) {
+        frame.liveLayerID = drawing.activeDrawingLayerID();
+        frame.liveImage = &drawing.liveDrawingImage();
+    } else if (!moved.liveSelectionImage().isNull()) {
+        frame.liveLayerID = moved.activeSelectionLayerID();
+        frame.liveImage = &moved.liveSelectionImage();
     }
     return frame;
 }
@@ -114,16 +137,25 @@ CanvasFrame CanvasView::frame(double devicePixelRatio) const {
 // Routing
 
 const CanvasView::Route* CanvasView::route(Surface surface, PaintTool tool) {
-    static constexpr std::array<Route, 4> routes{{
-        {Surface::interactiveView, [](PaintTool t) { return t == PaintTool::pan; },
-         &CanvasView::panToolChanged, &CanvasView::panToolEnded},
-        {Surface::interactiveView, [](PaintTool t) { return t == PaintTool::zoom; },
-         &CanvasView::ignoreDrag, &CanvasView::zoomToolEnded},
-        {Surface::interactiveView, model::drawsContinuousStroke, &CanvasView::drawChanged,
-         &CanvasView::drawEnded},
-        {Surface::workspace, [](PaintTool t) { return t == PaintTool::eraser; },
-         &CanvasView::eraserWorkspaceChanged, &CanvasView::eraserWorkspaceEnded},
-    }};
+    using enum Surface;
+    static constexpr std::array routes{
+        Route{interactiveView, model::usesSelectionGesture, &CanvasView::selectionChanged,
+              &CanvasView::selectionEnded},
+        Route{interactiveView, isTool<PaintTool::colorPicker>, &CanvasView::pickColor,
+              &CanvasView::pickColor},
+        Route{interactiveView, isTool<PaintTool::pan>, &CanvasView::panToolChanged,
+              &CanvasView::panToolEnded},
+        Route{interactiveView, isTool<PaintTool::zoom>, &CanvasView::ignoreDrag,
+              &CanvasView::zoomToolEnded},
+        Route{interactiveView, DrawingGestures::serves, &CanvasView::drawChanged,
+              &CanvasView::drawEnded},
+        Route{workspace, isTool<PaintTool::eraser>, &CanvasView::eraserWorkspaceChanged,
+              &CanvasView::eraserWorkspaceEnded},
+        Route{workspace, isTool<PaintTool::gradient>, &CanvasView::gradientWorkspaceChanged,
+              &CanvasView::gradientWorkspaceEnded},
+        Route{workspace, model::createsSelectionRegion, &CanvasView::selectionWorkspaceChanged,
+              &CanvasView::selectionWorkspaceEnded},
+    };
     for (const Route& candidate : routes) {
         if (candidate.surface == surface && candidate.serves(tool)) return &candidate;
     }
@@ -165,7 +197,12 @@ void CanvasView::hover(QPointF documentPoint) {
     const PaintTool tool = selectedTool();
     if (!hasWorkspaceSurface(tool)) return hoverEnded();
     if (tool == PaintTool::eraser) return updateToolCursorFromWorkspace(documentPoint);
-    setHoveredCanvasPoint(geometry().unclampedCanvasPointFromWorkspace(documentPoint, zoom));
+    hoverOverWorkspace(documentPoint);
+}
+
+void CanvasView::hoverOverWorkspace(QPointF documentPoint) {
+    setHoveredCanvasPoint(
+        geometry().unclampedCanvasPointFromWorkspace(documentPoint, currentZoom()));
 }
 
 void CanvasView::hoverEnded() {
@@ -173,6 +210,8 @@ void CanvasView::hoverEnded() {
 }
 
 void CanvasView::setHoveredCanvasPoint(std::optional<CanvasPoint> point) {
+    if (m_hoveredCanvasPoint != point && selectedTool() == PaintTool::eraser)
+        m_context.repaintOverlays();
     m_hoveredCanvasPoint = point;
     m_context.host.onCursorPositionChange(point);
 }
@@ -216,68 +255,113 @@ void CanvasView::zoomToolEnded(const DragValue& value) {
     m_zoom.stepZoom(m_context.pointer.modifiers().option ? ZoomStep::out : ZoomStep::in);
 }
 
+void CanvasView::pickColor(const DragValue& value) {
+    const model::PaintProject* project = m_context.host.project();
+    const model::PaintLayer* layer = project->selectedLayer();
+    if (layer == nullptr) return;
+    const auto color = raster::LayerRasterService::color(
+        *layer, project->canvasWidth, project->canvasHeight,
+        geometry().clampedCanvasPoint(value.location, currentZoom()));
+    if (color) m_context.host.pickPrimaryColor(*color);
+}
+
 void CanvasView::drawChanged(const DragValue& value) {
-    if (!m_drawing.activeDrawingColor()) {
-        m_drawing.setActiveDrawingColor(m_context.host.settings().primaryColor);
-    }
-    rasterizeDrawing(toolPoint(value.location));
+    m_drawing.beginWith(DrawingButton::left);
+    m_drawing.rasterizeDrawing(toolPoint(value.location));
 }
 
 void CanvasView::drawEnded(const DragValue&) {
-    finishRasterDrawing();
+    m_drawing.finishRasterDrawing();
 }
 
 void CanvasView::eraserWorkspaceChanged(const DragValue& value) {
     updateToolCursorFromWorkspace(value.location);
-    rasterizeDrawing(geometry().unclampedCanvasPointFromWorkspace(value.location, currentZoom()));
+    m_drawing.rasterizeDrawing(
+        geometry().unclampedCanvasPointFromWorkspace(value.location, currentZoom()));
 }
 
 void CanvasView::eraserWorkspaceEnded(const DragValue& value) {
     eraserWorkspaceChanged(value);
-    finishRasterDrawing();
-}
-
-// Drawing
-
-void CanvasView::rasterizeDrawing(CanvasPoint point) {
-    commitFloatingSelectionIfNeeded(m_context);
-    const model::PaintProject* project = m_context.host.project();
-    const model::PaintLayer* layer = project == nullptr ? nullptr : project->selectedLayer();
-    if (layer == nullptr || !layer->isVisible || layer->isLocked) return resetRasterDrawing();
-    if (!m_drawing.isRunning()) m_drawing.begin(*layer);
-    if (m_drawing.activeDrawingLayerID() != layer->id) return;
-    m_stroke.addSample(point);
-}
-
-void CanvasView::finishRasterDrawing() {
     m_drawing.finishRasterDrawing();
-    m_stroke.reset();
 }
 
-void CanvasView::resetRasterDrawing() {
-    m_drawing.resetRasterDrawing();
-    m_stroke.reset();
+void CanvasView::gradientWorkspaceChanged(const DragValue& value) {
+    hoverOverWorkspace(value.location);
+    m_drawing.beginWith(DrawingButton::left);
+    m_drawing.rasterizeDrawing(
+        geometry().unclampedCanvasPointFromWorkspace(value.location, currentZoom()));
+}
+
+void CanvasView::gradientWorkspaceEnded(const DragValue& value) {
+    gradientWorkspaceChanged(value);
+    m_drawing.finishRasterDrawing();
 }
 
 void CanvasView::cancelDrawing() {
-    if (m_drawing.isRunning()) resetRasterDrawing();
+    if (m_drawing.live().isRunning()) m_drawing.resetRasterDrawing();
+}
+
+// Selection
+
+void CanvasView::selectionChanged(const DragValue& value) {
+    m_selection.updateSelectionGesture(value);
+}
+
+void CanvasView::selectionEnded(const DragValue& value) {
+    m_selection.finishSelectionGesture(std::hypot(value.translation.x(), value.translation.y()));
+}
+
+void CanvasView::selectionWorkspaceChanged(const DragValue& value) {
+    hoverOverWorkspace(value.location);
+    m_selection.selectionWorkspaceChanged(value);
+}
+
+void CanvasView::selectionWorkspaceEnded(const DragValue& value) {
+    m_selection.selectionWorkspaceEnded(value);
+}
+
+bool CanvasView::canNudgeSelectionWithArrowKeys() const {
+    return selectionInForce(m_context).has_value();
+}
+
+bool CanvasView::handleKey(CanvasKey key) {
+    static constexpr std::array<std::pair<CanvasKey, QPoint>, 4> directions{{
+        {CanvasKey::left, QPoint(-1, 0)},
+        {CanvasKey::right, QPoint(1, 0)},
+        {CanvasKey::up, QPoint(0, -1)},
+        {CanvasKey::down, QPoint(0, 1)},
+    }};
+    const auto* direction =
+        std::ranges::find(directions, key, [](const auto& row) { return row.first; });
+    if (direction == directions.end() || !canNudgeSelectionWithArrowKeys()) return false;
+    const int step = m_context.pointer.modifiers().command ? farNudge : 1;
+    m_selection.nudgeSelection(QSizeF(direction->second.x() * step, direction->second.y() * step));
+    return true;
+}
+
+void CanvasView::modifiersChanged() {
+    const bool isShiftDown = m_context.pointer.modifiers().shift;
+    if (std::exchange(m_isShiftDown, isShiftDown) == isShiftDown) return;
+    m_drawing.modifiersChanged();
+    m_selection.modifiersChanged();
 }
 
 // Right button
 
 bool CanvasView::handleRightMouseEvent(const RightMouseEvent& event) {
-    if (m_context.host.project() == nullptr || !drawsWithEitherButton(selectedTool())) return false;
+    if (m_context.host.project() == nullptr || !DrawingGestures::serves(selectedTool()))
+        return false;
     const auto point = canvasPointFromRightMouseEvent(event);
     if (!point) return false;
     m_context.host.onCursorPositionChange(point);
     if (event.phase == RightMousePhase::down) {
         m_isRightMouseDrawing = true;
-        m_drawing.setActiveDrawingColor(m_context.host.settings().secondaryColor);
+        m_drawing.beginWith(DrawingButton::right);
     }
     if (!m_isRightMouseDrawing) return false;
-    rasterizeDrawing(*point);
+    m_drawing.rasterizeDrawing(*point);
     if (event.phase == RightMousePhase::up) {
-        finishRasterDrawing();
+        m_drawing.finishRasterDrawing();
         m_isRightMouseDrawing = false;
     }
     return true;

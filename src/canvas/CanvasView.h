@@ -4,11 +4,12 @@
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasInput.h"
 #include "canvas/CanvasRenderer.h"
-#include "canvas/LiveDrawing.h"
+#include "canvas/DrawingGestures.h"
 #include "canvas/PanGesture.h"
-#include "canvas/StrokeGesture.h"
+#include "canvas/SelectionGestures.h"
 #include "canvas/ZoomController.h"
 #include "model/CanvasPoint.h"
+#include "model/PaintAppSettings.h"
 #include "model/PaintTool.h"
 
 #include <QSizeF>
@@ -62,6 +63,12 @@ public:
     bool applyWheelZoom(double notches) { return m_zoom.applyWheelZoom(notches); }
     /// Gives up the drawing gesture that runs, with what it drew.
     void cancelDrawing();
+    /// To be called when the modifier keys have changed, the pointer still or not.
+    void modifiersChanged();
+    /// Whether the key was taken. Arrows move the selection by a canvas pixel, with Command by 20,
+    /// and with the tool for it its pixels as well.
+    bool handleKey(CanvasKey key);
+    bool canNudgeSelectionWithArrowKeys() const;
 
     // State
 
@@ -72,7 +79,8 @@ public:
     CanvasFrame frame(double devicePixelRatio) const;
     CanvasGeometry geometry() const { return m_context.geometry(); }
     std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
-    const LiveDrawing& drawing() const { return m_drawing; }
+    const LiveDrawing& drawing() const { return m_drawing.live(); }
+    const SelectionGestures& selection() const { return m_selection; }
     ZoomController& zoom() { return m_zoom; }
     const ZoomController& zoom() const { return m_zoom; }
 
@@ -98,26 +106,33 @@ private:
     void drawEnded(const DragValue& value);
     void eraserWorkspaceChanged(const DragValue& value);
     void eraserWorkspaceEnded(const DragValue& value);
+    void gradientWorkspaceChanged(const DragValue& value);
+    void gradientWorkspaceEnded(const DragValue& value);
+    void selectionChanged(const DragValue& value);
+    void selectionEnded(const DragValue& value);
+    void selectionWorkspaceChanged(const DragValue& value);
+    void selectionWorkspaceEnded(const DragValue& value);
     void panToolChanged(const DragValue& value);
     void panToolEnded(const DragValue& value);
+    void pickColor(const DragValue& value);
     void zoomToolEnded(const DragValue& value);
     void ignoreDrag(const DragValue&) {}
 
-    void rasterizeDrawing(model::CanvasPoint point);
-    void finishRasterDrawing();
-    void resetRasterDrawing();
+    void hoverOverWorkspace(QPointF documentPoint);
+    void toolChanged();
     std::optional<model::CanvasPoint> canvasPointFromRightMouseEvent(
         const RightMouseEvent& event) const;
 
     CanvasContext m_context;
     ZoomController m_zoom;
     PanGesture m_pan;
-    LiveDrawing m_drawing;
-    StrokeGesture m_stroke;
+    DrawingGestures m_drawing;
+    SelectionGestures m_selection;
     std::optional<model::CanvasPoint> m_hoveredCanvasPoint;
     bool m_isRightMouseDrawing = false;
-    /// As it was when last painted.
-    bool m_showsPixelGrid;
+    /// As they were when last reported.
+    model::PaintAppSettings m_settings;
+    bool m_isShiftDown = false;
 };
 
 } // namespace quillabrae::canvas

@@ -45,6 +45,7 @@ struct CanvasWidget::Parts final : CanvasDisplay {
         const CanvasFrame frame = view.frame(widget.viewport()->devicePixelRatioF());
         widget.viewport()->update(viewportRect(frame, rect));
     }
+    void repaintOverlays() override { widget.viewport()->update(); }
     void repaintViewport() override { widget.viewport()->update(); }
 
     CanvasWidget& widget;
@@ -157,21 +158,17 @@ void CanvasWidget::wheelEvent(QWheelEvent* event) {
 }
 
 void CanvasWidget::keyPressEvent(QKeyEvent* event) {
-    updateCursor();
-    if (event->key() != Qt::Key_Space) return event->ignore();
-    m_parts->input.setSpaceDown(true);
+    event->setAccepted(m_parts->input.keyPress(*event));
     updateCursor();
 }
 
 void CanvasWidget::keyReleaseEvent(QKeyEvent* event) {
-    updateCursor();
-    if (event->key() != Qt::Key_Space) return event->ignore();
-    if (!event->isAutoRepeat()) m_parts->input.setSpaceDown(false);
+    event->setAccepted(m_parts->input.keyRelease(*event));
     updateCursor();
 }
 
 void CanvasWidget::focusOutEvent(QFocusEvent* event) {
-    m_parts->input.setSpaceDown(false);
+    m_parts->input.focusOut();
     updateCursor();
     QAbstractScrollArea::focusOutEvent(event);
 }

@@ -5,12 +5,14 @@
 #include "canvas/Scroller.h"
 
 #include <QApplication>
-#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPinchGesture>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -37,16 +39,20 @@ QPointF scrollDistance(const QWheelEvent& event) {
 
 } // namespace
 
-Modifiers CanvasWidgetPointer::modifiers() const {
-    const Qt::KeyboardModifiers down = QGuiApplication::keyboardModifiers();
-    return {down.testFlag(Qt::ShiftModifier), down.testFlag(Qt::MetaModifier),
-            down.testFlag(Qt::AltModifier), down.testFlag(Qt::ControlModifier)};
+void CanvasWidgetPointer::setModifiers(Qt::KeyboardModifiers down) {
+    m_modifiers = {down.testFlag(Qt::ShiftModifier), down.testFlag(Qt::MetaModifier),
+                   down.testFlag(Qt::AltModifier), down.testFlag(Qt::ControlModifier)};
 }
 
 CanvasWidgetInput::CanvasWidgetInput(CanvasView& view, Scroller& scroller,
                                      CanvasWidgetPointer& pointer)
     : m_view(view), m_scroller(scroller), m_pointer(pointer) {
     m_clock.start();
+}
+
+void CanvasWidgetInput::takeModifiers(Qt::KeyboardModifiers down) {
+    m_pointer.setModifiers(down);
+    m_view.modifiersChanged();
 }
 
 QPointF CanvasWidgetInput::documentPoint(QPointF inViewport) const {
@@ -61,6 +67,7 @@ DragValue CanvasWidgetInput::dragValue(QPointF inViewport) const {
 bool CanvasWidgetInput::mousePress(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
+    takeModifiers(event.modifiers());
     if (isPanning()) return true;
     if (!isDragging() && startsPan(event, m_isSpaceDown)) {
         m_panStart = at;
@@ -77,6 +84,7 @@ bool CanvasWidgetInput::mousePress(const QMouseEvent& event) {
 bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
+    takeModifiers(event.modifiers());
     if (isPanning()) {
         m_view.panChanged(at - *m_panStart);
         return true;
@@ -95,6 +103,7 @@ bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
 bool CanvasWidgetInput::mouseRelease(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
+    takeModifiers(event.modifiers());
     if (isPanning() && event.button() != Qt::RightButton) {
         m_panStart.reset();
         m_view.panEnded();
@@ -117,8 +126,38 @@ void CanvasWidgetInput::leave() {
     m_view.hoverEnded();
 }
 
+bool CanvasWidgetInput::keyPress(const QKeyEvent& event) {
+    static constexpr std::array<std::pair<int, CanvasKey>, 4> keys{{
+        {Qt::Key_Left, CanvasKey::left},
+        {Qt::Key_Right, CanvasKey::right},
+        {Qt::Key_Up, CanvasKey::up},
+        {Qt::Key_Down, CanvasKey::down},
+    }};
+    takeModifiers(event.modifiers());
+    if (event.key() == Qt::Key_Space) {
+        m_isSpaceDown = true;
+        return true;
+    }
+    const auto* row =
+        std::ranges::find(keys, event.key(), [](const auto& candidate) { return candidate.first; });
+    return row != keys.end() && m_view.handleKey(row->second);
+}
+
+bool CanvasWidgetInput::keyRelease(const QKeyEvent& event) {
+    takeModifiers(event.modifiers());
+    if (event.key() != Qt::Key_Space) return false;
+    if (!event.isAutoRepeat()) m_isSpaceDown = false;
+    return true;
+}
+
+void CanvasWidgetInput::focusOut() {
+    m_isSpaceDown = false;
+    takeModifiers(Qt::NoModifier);
+}
+
 bool CanvasWidgetInput::wheel(const QWheelEvent& event) {
     m_pointer.setLocation(event.position());
+    takeModifiers(event.modifiers());
     if (!event.modifiers().testFlag(Qt::ControlModifier)) return scroll(event);
     const QPoint angle = event.angleDelta();
     m_view.applyWheelZoom((angle.y() != 0 ? angle.y() : angle.x()) / notchAngle);

@@ -9,6 +9,7 @@
 
 #include <optional>
 
+class QKeyEvent;
 class QMouseEvent;
 class QNativeGestureEvent;
 class QPinchGesture;
@@ -19,15 +20,17 @@ namespace quillabrae::canvas {
 class CanvasView;
 class Scroller;
 
-/// The pointer as the widget's last event left it; the keyboard as the system has it.
+/// The pointer and the modifier keys as the widget's last event left them.
 class CanvasWidgetPointer final : public PointerState {
 public:
-    Modifiers modifiers() const override;
+    Modifiers modifiers() const override { return m_modifiers; }
     std::optional<QPointF> viewportLocation() const override { return m_location; }
     /// In the viewport's coordinates; none when the pointer has left it.
     void setLocation(std::optional<QPointF> location) { m_location = location; }
+    void setModifiers(Qt::KeyboardModifiers down);
 
 private:
+    Modifiers m_modifiers;
     std::optional<QPointF> m_location;
 };
 
@@ -42,12 +45,13 @@ public:
     bool mouseRelease(const QMouseEvent& event);
     void leave();
     bool wheel(const QWheelEvent& event);
+    bool keyPress(const QKeyEvent& event);
+    bool keyRelease(const QKeyEvent& event);
+    /// The keyboard has gone elsewhere.
+    void focusOut();
     bool nativeGesture(const QNativeGestureEvent& event);
     /// `location`: the fingers' middle in the viewport's coordinates.
     bool pinch(const QPinchGesture& gesture, QPointF location);
-    /// While the space bar is down, a drag scrolls.
-    void setSpaceDown(bool isDown) { m_isSpaceDown = isDown; }
-
     bool isPanning() const { return m_panStart.has_value(); }
     /// Whether a press would scroll whatever the tool.
     bool isReadyToPan() const { return m_isSpaceDown; }
@@ -60,6 +64,7 @@ private:
         QPointF startInViewport;
     };
 
+    void takeModifiers(Qt::KeyboardModifiers down);
     QPointF documentPoint(QPointF inViewport) const;
     DragValue dragValue(QPointF inViewport) const;
     bool rightMouse(const QMouseEvent& event, RightMousePhase phase);
@@ -70,6 +75,7 @@ private:
     CanvasWidgetPointer& m_pointer;
     std::optional<Drag> m_drag;
     std::optional<QPointF> m_panStart;
+    /// While the space bar is down, a drag scrolls.
     bool m_isSpaceDown = false;
     QElapsedTimer m_clock;
 };

@@ -5,47 +5,74 @@
 #include "canvas/CanvasHost.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
+#include "raster/PixelCopy.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace quillabrae::canvas {
-namespace {
-
-model::PaintStroke liveStroke(const model::PaintAppSettings& settings,
-                              const std::optional<model::ColorValue>& activeDrawingColor,
-                              std::vector<model::CanvasPoint> points) {
+model::PaintStroke LiveDrawing::liveStroke(std::vector<model::CanvasPoint> points) const {
+    const model::PaintAppSettings& settings = m_context.host.settings();
     const model::PaintTool tool = settings.selectedTool;
     model::PaintStroke stroke;
     stroke.id = QUuid::createUuid();
     stroke.tool = tool;
     stroke.color = tool == model::PaintTool::eraser
                        ? model::ColorValue{1.0, 1.0, 1.0, 1.0}
-                       : activeDrawingColor.value_or(settings.primaryColor);
+                       : m_activeDrawingColor.value_or(settings.primaryColor);
+    if (tool == model::PaintTool::gradient) stroke.secondaryColor = settings.secondaryColor;
     stroke.lineWidth = settings.brushSize;
     if (model::usesHardnessControl(tool)) stroke.hardness = settings.pencilHardness;
     stroke.points = std::move(points);
+    if (tool == model::PaintTool::shapes) {
+        stroke.secondaryColor =
+            m_button == DrawingButton::right ? settings.primaryColor : settings.secondaryColor;
+        stroke.lineWidth = settings.shapeOutlineWidth;
+        stroke.shape = settings.selectedShape;
+        stroke.shapeDrawingMode = settings.shapeDrawingMode;
+    }
     return stroke;
 }
-
-} // namespace
 
 void LiveDrawing::begin(const model::PaintLayer& layer) {
     const model::PaintProject* project = m_context.host.project();
     m_activeDrawingLayerID = layer.id;
     m_originalBitmapPNGData = layer.bitmapPNGData;
     // Shares the decoded pixels; they are copied when the first segment is drawn.
-    m_liveDrawingImage =
+    m_drawingBaseImage =
         raster::LayerRasterService::renderLayer(layer, project->canvasWidth, project->canvasHeight);
+    m_liveDrawingImage = m_drawingBaseImage;
 }
 
 void LiveDrawing::drawLiveStroke(std::vector<model::CanvasPoint> points) {
     const model::PaintProject* project = m_context.host.project();
     if (project == nullptr || m_liveDrawingImage.isNull()) return;
-    const auto stroke =
-        liveStroke(m_context.host.settings(), m_activeDrawingColor, std::move(points));
-    const QRect drawn = raster::LayerRasterService::drawStroke(
-        stroke, m_liveDrawingImage, project->canvasWidth, project->canvasHeight);
+    didDraw(raster::LayerRasterService::drawStroke(liveStroke(std::move(points)),
+                                                   m_liveDrawingImage, project->canvasWidth,
+                                                   project->canvasHeight));
+}
+
+void LiveDrawing::restoreBase() {
+    if (m_drawnRect.isEmpty() || m_liveDrawingImage.isNull()) return;
+    raster::copyPixels(m_drawingBaseImage, m_liveDrawingImage, m_drawnRect);
+    ++m_liveDrawingRevision;
+    m_context.repaintCanvasPixels(std::exchange(m_drawnRect, {}));
+}
+
+void LiveDrawing::showInstead(const model::PaintLayer& drawn) {
+    const model::PaintProject* project = m_context.host.project();
+    m_liveDrawingImage =
+        raster::LayerRasterService::renderLayer(drawn, project->canvasWidth, project->canvasHeight);
+    m_encodedDrawing = drawn.bitmapPNGData;
+    didDraw(QRect(0, 0, m_liveDrawingImage.width(), m_liveDrawingImage.height()));
+}
+
+void LiveDrawing::forgetLiveImage() {
+    m_liveDrawingImage = {};
+    ++m_liveDrawingRevision;
+}
+
+void LiveDrawing::didDraw(const QRect& drawn) {
     m_drawnRect |= drawn;
     ++m_liveDrawingRevision;
     m_didRasterizeDrawing = true;
@@ -86,8 +113,10 @@ void LiveDrawing::finishRasterDrawing() {
     resetRasterDrawing();
 }
 
-/// Costs what was drawn on, where the layer had pixels of the canvas's size before.
+/// Costs what was drawn on, where the layer had pixels of the canvas's size before, and nothing
+/// where the drawing came encoded.
 model::PngBytes LiveDrawing::encodedDrawing() const {
+    if (m_encodedDrawing) return *m_encodedDrawing;
     if (!m_originalBitmapPNGData) return raster::encodedImage(m_liveDrawingImage);
     const raster::RowRange drawnRows{m_drawnRect.top(), m_drawnRect.top() + m_drawnRect.height()};
     return raster::encodedImage(m_liveDrawingImage, *m_originalBitmapPNGData, drawnRows);
@@ -95,9 +124,11 @@ model::PngBytes LiveDrawing::encodedDrawing() const {
 
 void LiveDrawing::resetRasterDrawing() {
     m_activeDrawingLayerID.reset();
+    m_drawingBaseImage = {};
     m_liveDrawingImage = {};
     m_activeDrawingColor.reset();
     m_originalBitmapPNGData.reset();
+    m_encodedDrawing.reset();
     m_didRasterizeDrawing = false;
     ++m_liveDrawingRevision;
     m_context.repaintCanvasPixels(std::exchange(m_drawnRect, {}));

@@ -18,6 +18,8 @@ namespace quillabrae::canvas {
 
 class CanvasContext;
 
+enum class DrawingButton { left, right };
+
 /// The layer under edit while a drawing gesture runs: rendered once at the first sample, drawn on
 /// in place, shown instead of the layer, and encoded once at the end.
 class LiveDrawing {
@@ -38,29 +40,44 @@ public:
         return m_activeDrawingColor;
     }
     void setActiveDrawingColor(const model::ColorValue& color) { m_activeDrawingColor = color; }
+    /// The button that draws; it decides which colour a shape is filled with.
+    void setButton(DrawingButton button) { m_button = button; }
 
     /// Starts the gesture on `layer` of the active project.
     void begin(const model::PaintLayer& layer);
     /// Draws one stroke of the current tool through `points` on the live image. The first one of a
     /// gesture drops the selection.
     void drawLiveStroke(std::vector<model::CanvasPoint> points);
+    /// Takes back what was drawn: the layer as it was at the first sample.
+    void restoreBase();
+    /// Shows the pixels of `drawn`, an edited copy of the layer under edit. Drops the selection.
+    void showInstead(const model::PaintLayer& drawn);
+    /// Shows the layer's own pixels again.
+    void forgetLiveImage();
     /// Writes the live image into its layer with one history entry, if anything was drawn.
     void finishRasterDrawing();
     /// Ends the gesture and forgets what it drew since it was last finished.
     void resetRasterDrawing();
 
 private:
+    model::PaintStroke liveStroke(std::vector<model::CanvasPoint> points) const;
+    void didDraw(const QRect& drawn);
     void dropSelection();
     model::PngBytes encodedDrawing() const;
 
     CanvasContext& m_context;
     std::optional<QUuid> m_activeDrawingLayerID;
+    /// The layer as it was at the first sample.
+    raster::RasterImage m_drawingBaseImage;
     raster::RasterImage m_liveDrawingImage;
     std::uint64_t m_liveDrawingRevision = 0;
     bool m_didRasterizeDrawing = false;
     std::optional<model::ColorValue> m_activeDrawingColor;
+    DrawingButton m_button = DrawingButton::left;
     /// The layer's stored pixels at the first sample, and the pixels drawn on since.
     std::optional<model::PngBytes> m_originalBitmapPNGData;
+    /// The encoded live image, where it is known.
+    std::optional<model::PngBytes> m_encodedDrawing;
     QRect m_drawnRect;
 };
 

@@ -83,9 +83,11 @@ public:
 class FakeDisplay final : public CanvasDisplay {
 public:
     void repaintCanvasPixels(const QRect& rect) override { rects.push_back(rect); }
+    void repaintOverlays() override { ++overlayRepaints; }
     void repaintViewport() override { ++wholeRepaints; }
 
     std::vector<QRect> rects;
+    int overlayRepaints = 0;
     int wholeRepaints = 0;
 };
 

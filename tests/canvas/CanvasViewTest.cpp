@@ -120,13 +120,14 @@ TEST_F(View, ADragReportsThePointClampedExceptForTheEraser) {
     EXPECT_EQ(host.cursor, (CanvasPoint{-12.0, 300.0}));
 }
 
-TEST_F(View, OnlyTheEraserDrawsFromTheWorkspace) {
+TEST_F(View, OnlyTheEraserAndTheGradientDrawFromTheWorkspace) {
     const DragValue press =
         DragValue::between(inDocument({-50.0, 50.0}), inDocument({-50.0, 50.0}));
     for (const PaintTool tool : model::allPaintTools()) {
         host.tools.selectedTool = tool;
         view.dragChanged(Surface::workspace, press);
-        EXPECT_EQ(view.drawing().isRunning(), tool == PaintTool::eraser)
+        EXPECT_EQ(view.drawing().isRunning(),
+                  tool == PaintTool::eraser || tool == PaintTool::gradient)
             << model::title(tool).toStdString();
         view.dragEnded(Surface::workspace, press);
         EXPECT_FALSE(view.drawing().isRunning());

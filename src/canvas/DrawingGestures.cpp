@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/DrawingGestures.h"
+
+#include "canvas/CanvasContext.h"
+#include "canvas/CanvasHost.h"
+#include "canvas/FloatingSelection.h"
+
+namespace quillabrae::canvas {
+
+using model::PaintTool;
+
+DrawingGestures::DrawingGestures(CanvasContext& context)
+    : m_context(context),
+      m_live(context),
+      m_stroke(m_live),
+      m_endpoints(context, m_live),
+      m_bucket(context, m_live) {}
+
+bool DrawingGestures::serves(PaintTool tool) {
+    return model::drawsContinuousStroke(tool) || model::drawsFromEndpoints(tool) ||
+           tool == PaintTool::paintBucket;
+}
+
+void DrawingGestures::beginWith(DrawingButton button) {
+    m_live.setButton(button);
+    if (button == DrawingButton::left && m_live.activeDrawingColor()) return;
+    const model::PaintAppSettings& settings = m_context.host.settings();
+    m_live.setActiveDrawingColor(button == DrawingButton::left ? settings.primaryColor
+                                                               : settings.secondaryColor);
+}
+
+void DrawingGestures::rasterizeDrawing(model::CanvasPoint point) {
+    const PaintTool tool = m_context.host.settings().selectedTool;
+    commitFloatingSelectionIfNeeded(m_context);
+    if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
+
+    const model::PaintProject* project = m_context.host.project();
+    const model::PaintLayer* layer = project == nullptr ? nullptr : project->selectedLayer();
+    if (layer == nullptr || !layer->isVisible || layer->isLocked) return resetRasterDrawing();
+    if (!m_live.isRunning()) m_live.begin(*layer);
+    if (m_live.activeDrawingLayerID() != layer->id) return;
+
+    if (tool == PaintTool::paintBucket) {
+        if (!m_live.didRasterizeDrawing() && !m_bucket.fillBucket(point, *layer))
+            resetRasterDrawing();
+    } else if (model::drawsFromEndpoints(tool)) {
+        m_endpoints.addSample(point);
+    } else if (model::drawsContinuousStroke(tool)) {
+        m_stroke.addSample(point);
+    }
+}
+
+void DrawingGestures::finishRasterDrawing() {
+    m_live.finishRasterDrawing();
+    resetRasterDrawing();
+}
+
+void DrawingGestures::resetRasterDrawing() {
+    m_live.resetRasterDrawing();
+    m_stroke.reset();
+    m_endpoints.reset();
+}
+
+void DrawingGestures::toolChanged(PaintTool tool) {
+    if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
+}
+
+} // namespace quillabrae::canvas

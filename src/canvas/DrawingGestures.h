@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "canvas/BucketGesture.h"
+#include "canvas/EndpointGesture.h"
+#include "canvas/LiveDrawing.h"
+#include "canvas/StrokeGesture.h"
+#include "model/CanvasPoint.h"
+#include "model/PaintTool.h"
+
+namespace quillabrae::canvas {
+
+class CanvasContext;
+
+/// What draws on the selected layer: strokes, lines and gradients, and fills. A gesture paints on
+/// the live image and becomes the layer's pixels, with one history entry, when it is finished.
+class DrawingGestures {
+public:
+    explicit DrawingGestures(CanvasContext& context);
+
+    /// Whether the tool draws with a drag of the left or of the right button.
+    static bool serves(model::PaintTool tool);
+
+    /// The colours of the gesture that begins, unless it has some already.
+    void beginWith(DrawingButton button);
+    /// One sample, the first of a gesture or a further one. On a hidden or locked layer nothing is
+    /// drawn.
+    void rasterizeDrawing(model::CanvasPoint point);
+    void finishRasterDrawing();
+    /// Gives up the gesture that runs, with what it drew since it was last finished.
+    void resetRasterDrawing();
+
+    /// To be called when the shift key goes down or up.
+    void modifiersChanged() { m_endpoints.refresh(); }
+    /// To be called when the paint bucket's match percentage has changed.
+    void bucketMatchChanged() { m_bucket.refreshPaintBucketFillForMatchChange(); }
+    /// To be called when another tool has been chosen.
+    void toolChanged(model::PaintTool tool);
+
+    const LiveDrawing& live() const { return m_live; }
+
+private:
+    CanvasContext& m_context;
+    LiveDrawing m_live;
+    StrokeGesture m_stroke;
+    EndpointGesture m_endpoints;
+    BucketGesture m_bucket;
+};
+
+} // namespace quillabrae::canvas

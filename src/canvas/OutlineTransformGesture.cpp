@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/OutlineTransformGesture.h"
+
+#include "canvas/CanvasContext.h"
+#include "canvas/PointerState.h"
+#include "canvas/SelectionEdit.h"
+#include "canvas/ZoomController.h"
+
+namespace quillabrae::canvas {
+
+std::optional<SelectionDragMode> selectionDragMode(QPointF location,
+                                                   const model::PixelSelection& selection,
+                                                   double zoom) {
+    const QRectF rect = rectOf(selection);
+    return selectionDragMode(location - QPointF(selectionHandleGutter, selectionHandleGutter),
+                             QRectF(rect.topLeft() * zoom, rect.size() * zoom));
+}
+
+void OutlineTransformGesture::transformSelectionOutline(const DragValue& value) {
+    const auto selection = selectionInForce(m_context);
+    if (!selection) return reset();
+    const double zoom = m_zoom.currentZoom();
+    if (!m_drag) {
+        const auto mode = selectionDragMode(value.startLocation, *selection, zoom);
+        if (!mode) return;
+        m_drag = TransformDrag{*mode, *selection, value};
+    }
+    m_drag->value = value;
+    select(m_context, withRect(m_drag->start, m_drag->rect(zoom, m_context.pointer.modifiers())));
+}
+
+void OutlineTransformGesture::refresh() {
+    if (m_drag) transformSelectionOutline(m_drag->value);
+}
+
+void OutlineTransformGesture::finish() {
+    if (m_drag && m_drag->mode.isMove()) {
+        recordEdit(m_context, QStringLiteral("Move Selection"), QStringLiteral("cursorarrow"));
+    } else if (m_drag) {
+        recordEdit(m_context, QStringLiteral("Resize Selection Outline"),
+                   QStringLiteral("arrow.up.left.and.arrow.down.right"));
+    }
+    reset();
+}
+
+} // namespace quillabrae::canvas

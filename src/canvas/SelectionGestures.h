@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "canvas/AutoPan.h"
+#include "canvas/CanvasInput.h"
+#include "canvas/MagicWandGesture.h"
+#include "canvas/OutlineTransformGesture.h"
+#include "canvas/PixelTransformGesture.h"
+#include "canvas/RegionSelectionGesture.h"
+
+#include <QPointF>
+#include <QSizeF>
+
+#include <functional>
+
+namespace quillabrae::canvas {
+
+class CanvasContext;
+class ZoomController;
+
+/// What the tools of the selection do with a drag: which of them makes, moves or resizes it.
+class SelectionGestures {
+public:
+    /// `pointerMoved` hears of the canvas moving under the pointer (document coordinates).
+    SelectionGestures(CanvasContext& context, const ZoomController& zoom,
+                      std::function<void(QPointF)> pointerMoved);
+
+    /// A drag on the interactive view, and its end after `dragDistance` screen points.
+    void updateSelectionGesture(const DragValue& value);
+    void finishSelectionGesture(double dragDistance);
+    /// A drag that began outside the canvas (document coordinates).
+    void selectionWorkspaceChanged(const DragValue& value);
+    void selectionWorkspaceEnded(const DragValue& value);
+
+    /// `delta`: canvas pixels.
+    void nudgeSelection(QSizeF delta);
+    /// To be called when the shift key goes down or up.
+    void modifiersChanged();
+    /// To be called when the wand's match percentage has changed.
+    void wandMatchChanged() { m_wand.refreshMagicWandSelectionForMatchChange(); }
+    void stopSelectionAutoPan() { m_autoPan.stopSelectionAutoPan(); }
+    /// Gives up whatever runs.
+    void reset();
+
+    const PixelTransformGesture& pixels() const { return m_pixels; }
+
+private:
+    void createRegion(model::CanvasPoint start, model::CanvasPoint now);
+    void selectFullCanvasForMove();
+
+    CanvasContext& m_context;
+    const ZoomController& m_zoom;
+    RegionSelectionGesture m_region;
+    MagicWandGesture m_wand;
+    OutlineTransformGesture m_outline;
+    PixelTransformGesture m_pixels;
+    AutoPan m_autoPan;
+};
+
+} // namespace quillabrae::canvas
