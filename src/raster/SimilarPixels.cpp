@@ -40,38 +40,82 @@ constexpr std::uint32_t evenBytes = 0x00ff00ffU;
     return (squares & 0xffffU) + (squares >> 16);
 }
 
-/// One bit for each lane of a comparison's result.
-[[gnu::always_inline]] inline std::uint64_t laneBits(Words comparison) {
-    const Bytes bytes = __builtin_convertvector(comparison & 1U, Bytes);
-    std::uint64_t spread;
-    std::memcpy(&spread, &bytes, sizeof spread);
-    return (spread * 0x0102040810204080U) >> 56;
+/// With bit k of lane i for pixel 8 k + i: bit 8 k + i. The lanes' low bytes are an 8 by 8 matrix
+/// of bits, which is transposed in blocks of 1, 2 and 4.
+[[gnu::always_inline]] inline std::uint64_t transposedBits(Words columns) {
+    const Bytes bytes = __builtin_convertvector(columns, Bytes);
+    std::uint64_t bits;
+    std::memcpy(&bits, &bytes, sizeof bits);
+    std::uint64_t swapped = (bits ^ (bits >> 7)) & 0x00aa00aa00aa00aaU;
+    bits ^= swapped ^ (swapped << 7);
+    swapped = (bits ^ (bits >> 14)) & 0x0000cccc0000ccccU;
+    bits ^= swapped ^ (swapped << 14);
+    swapped = (bits ^ (bits >> 28)) & 0x00000000f0f0f0f0U;
+    return bits ^ swapped ^ (swapped << 28);
 }
 
-QUILLABRAE_WIDE_KERNEL
-std::uint64_t nearBits(const std::uint8_t* pixels, std::uint32_t seed, std::uint32_t greatest) {
-    const Words seedEven = Words{} + (seed & evenBytes);
-    const Words seedOdd = Words{} + ((seed >> 8) & evenBytes);
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < pixelsPerWord; i += lanes) {
-        const Words pixel = loadPixels(pixels + 4 * i);
+[[gnu::always_inline]] inline bool isAllZero(Words words) {
+    std::array<std::uint64_t, 4> parts{};
+    std::memcpy(parts.data(), &words, sizeof words);
+    return (parts[0] | parts[1] | parts[2] | parts[3]) == 0;
+}
+
+/// What the seed asks of straight pixels.
+struct Near {
+    std::uint32_t seed;
+    std::uint32_t greatestDistance;
+
+    [[gnu::always_inline]] Words operator()(Words pixel) const {
         const Words square =
-            squareSum(pixel & evenBytes, seedEven) + squareSum((pixel >> 8) & evenBytes, seedOdd);
-        const auto isNear = reinterpret_cast<Words>(square <= greatest);
-        const auto isVisible = reinterpret_cast<Words>((pixel >> 24) != 0U);
-        bits |= laneBits(isNear & isVisible) << i;
+            squareSum(pixel & evenBytes, Words{} + (seed & evenBytes)) +
+            squareSum((pixel >> 8) & evenBytes, Words{} + ((seed >> 8) & evenBytes));
+        return reinterpret_cast<Words>(square <= greatestDistance) &
+               reinterpret_cast<Words>(pixel != 0U);
     }
-    return bits;
+};
+struct Faint {
+    std::uint32_t greatestAlpha;
+
+    [[gnu::always_inline]] Words operator()(Words pixel) const {
+        return reinterpret_cast<Words>((pixel >> 24) <= greatestAlpha);
+    }
+};
+
+/// 64 pixels; `translucent` becomes other than 0 where some are neither opaque nor transparent.
+template <typename Matches>
+[[gnu::always_inline]] inline std::uint64_t matchingBits(const std::uint8_t* pixels,
+                                                         const Matches& matches,
+                                                         Words& translucent) {
+    Words columns{};
+    for (std::uint32_t k = 0; k < pixelsPerWord / lanes; ++k) {
+        const Words pixel = loadPixels(pixels + 4 * lanes * k);
+        columns |= matches(pixel) & (1U << k);
+        translucent |= ((pixel >> 24) + 1U) & 0xfeU;
+    }
+    return transposedBits(columns);
+}
+
+/// Whole words of pixels; those with translucent ones are compared after a detour.
+QUILLABRAE_WIDE_KERNEL
+void nearWords(const std::uint8_t* pixels, std::size_t wordCount, const Near& matches,
+               std::uint64_t* words) {
+    for (std::size_t word = 0; word < wordCount; ++word) {
+        const std::uint8_t* from = pixels + 4 * pixelsPerWord * word;
+        Words translucent{};
+        words[word] = matchingBits(from, matches, translucent);
+        if (isAllZero(translucent)) continue;
+        std::array<std::uint8_t, 4 * pixelsPerWord> straight{};
+        unpremultiplyPixels(from, straight.data(), pixelsPerWord);
+        words[word] = matchingBits(straight.data(), matches, translucent);
+    }
 }
 
 QUILLABRAE_WIDE_KERNEL
-std::uint64_t faintBits(const std::uint8_t* pixels, std::uint32_t greatestAlpha) {
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < pixelsPerWord; i += lanes) {
-        const Words pixel = loadPixels(pixels + 4 * i);
-        bits |= laneBits(reinterpret_cast<Words>((pixel >> 24) <= greatestAlpha)) << i;
-    }
-    return bits;
+void faintWords(const std::uint8_t* pixels, std::size_t wordCount, const Faint& matches,
+                std::uint64_t* words) {
+    Words unused{};
+    for (std::size_t word = 0; word < wordCount; ++word)
+        words[word] = matchingBits(pixels + 4 * pixelsPerWord * word, matches, unused);
 }
 
 /// The greatest n up to `end` for which `holds(n)`, which holds for 0 and up to some n.
@@ -107,27 +151,24 @@ SimilarPixels::SimilarPixels(PixelColor seed, double matchPercentage) : m_seed(s
         greatest(255, [=](std::uint32_t alpha) { return alpha / 255.0 <= transparentTolerance; });
 }
 
-std::uint64_t SimilarPixels::bitsOfStraight(const std::uint8_t* pixels) const {
-    if (m_seed.alpha == 0) return faintBits(pixels, m_greatestAlpha);
-    return nearBits(pixels, wordOf(m_seed), m_greatestDistance);
-}
-
-/// Up to a word's pixels.
-std::uint64_t SimilarPixels::bitsOf(const std::uint8_t* pixels, std::size_t pixelCount) const {
-    const bool isStraight = m_seed.alpha == 0 || isAlphaTrivial(pixels, pixelCount);
-    if (isStraight && pixelCount == pixelsPerWord) return bitsOfStraight(pixels);
-    std::array<std::uint8_t, 4 * pixelsPerWord> straight{};
-    if (isStraight)
-        std::memcpy(straight.data(), pixels, 4 * pixelCount);
+void SimilarPixels::writeWords(const std::uint8_t* pixels, std::size_t wordCount,
+                               std::uint64_t* words) const {
+    if (m_seed.alpha == 0)
+        faintWords(pixels, wordCount, {m_greatestAlpha}, words);
     else
-        unpremultiplyPixels(pixels, straight.data(), pixelCount);
-    return bitsOfStraight(straight.data()) & (~std::uint64_t{0} >> (pixelsPerWord - pixelCount));
+        nearWords(pixels, wordCount, {wordOf(m_seed), m_greatestDistance}, words);
 }
 
 void SimilarPixels::writeBits(const std::uint8_t* pixels, std::size_t pixelCount,
                               std::uint64_t* words) const {
-    for (std::size_t i = 0; i < pixelCount; i += pixelsPerWord)
-        words[i / pixelsPerWord] = bitsOf(pixels + 4 * i, std::min(pixelsPerWord, pixelCount - i));
+    const std::size_t wholeWords = pixelCount / pixelsPerWord;
+    writeWords(pixels, wholeWords, words);
+    const std::size_t rest = pixelCount % pixelsPerWord;
+    if (rest == 0) return;
+    std::array<std::uint8_t, 4 * pixelsPerWord> padded{};
+    std::memcpy(padded.data(), pixels + 4 * pixelsPerWord * wholeWords, 4 * rest);
+    writeWords(padded.data(), 1, words + wholeWords);
+    words[wholeWords] &= ~std::uint64_t{0} >> (pixelsPerWord - rest);
 }
 
 } // namespace quillabrae::raster

@@ -22,8 +22,8 @@ public:
     void writeBits(const std::uint8_t* pixels, std::size_t pixelCount, std::uint64_t* words) const;
 
 private:
-    std::uint64_t bitsOfStraight(const std::uint8_t* pixels) const;
-    std::uint64_t bitsOf(const std::uint8_t* pixels, std::size_t pixelCount) const;
+    /// 64 pixels a word.
+    void writeWords(const std::uint8_t* pixels, std::size_t wordCount, std::uint64_t* words) const;
 
     PixelColor m_seed;
     /// The greatest distance, squared, in units of 1 / 255.

@@ -10,7 +10,7 @@ namespace quillabrae::replay {
 std::span<VerbTable (*const)()> verbFamilies() {
     static constexpr VerbTable (*families[])() = {
         storeProjectVerbs, storeFileVerbs, storeLayerVerbs, editVerbs,   promptVerbs,
-        lookVerbs,         controlVerbs,   canvasVerbs,     rasterVerbs,
+        lookVerbs,         controlVerbs,   canvasVerbs,     rasterVerbs, rasterMaskVerbs,
     };
     return families;
 }
