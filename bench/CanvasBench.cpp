@@ -7,6 +7,7 @@
 #include "canvas/CanvasWidget.h"
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
 #include "raster/DecodeCache.h"
 #include "store/ProjectStore.h"
@@ -108,8 +109,9 @@ public:
     platform::MemoryPreferences preferences;
     platform::SystemClock clock;
     platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
     store::ProjectStore projects{
-        {panels, preferences, clock, icons, platform::AppPaths::under(home.path())},
+        {panels, preferences, clock, icons, pasteboard, platform::AppPaths::under(home.path())},
         store::Persistence::off};
     canvas::CanvasWidget widget{projects};
 };

@@ -17,6 +17,9 @@ public:
     store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString&) override {
         return store::SaveBeforeCloseChoice::cancel;
     }
+    store::PasteImageChoice choosePasteAction(QSizeF, store::PasteTarget) override {
+        return store::PasteImageChoice::cancel;
+    }
 };
 
 } // namespace quillabrae::bench

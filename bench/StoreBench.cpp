@@ -4,6 +4,7 @@
 #include "SyntheticImages.h"
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
 #include "raster/PngCodec.h"
 #include "store/ProjectStore.h"
@@ -28,8 +29,9 @@ struct Editor {
     platform::MemoryPreferences preferences;
     platform::SystemClock clock;
     platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
     ProjectStore store{
-        {panels, preferences, clock, icons, platform::AppPaths::under(folder.path())},
+        {panels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
         store::Persistence::on};
     QUuid id = store.createUntitledProject(side, side, 96).id;
 

@@ -7,13 +7,14 @@ namespace quillabrae::platform {
 
 /// Where the program keeps things. Absolute paths; made on first use, not here.
 struct AppPaths {
-    /// The program's own folder in the user's data folder; holds "Autosave".
+    /// The program's own folder in the user's data folder; holds "Autosave" and "Clipboard".
     QString applicationSupport;
     QString temporary;
     /// The file of the user's preferences.
     QString preferencesFile{};
 
     QString autosaveFolder() const { return applicationSupport + QStringLiteral("/Autosave"); }
+    QString clipboardFolder() const { return applicationSupport + QStringLiteral("/Clipboard"); }
 
     /// The places of this user. Without a data folder of the user's the program's own folder is
     /// under the temporary one.

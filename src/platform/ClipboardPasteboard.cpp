@@ -2,24 +2,91 @@
 #include "platform/ClipboardPasteboard.h"
 
 #include <QClipboard>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
 
 namespace quillabrae::platform {
+namespace {
 
-ClipboardPasteboard::ClipboardPasteboard(QObject* parent) : QObject(parent) {
+using namespace std::chrono_literals;
+
+constexpr auto moment = 60ms;
+
+/// The news that the contents have another owner comes in as an event.
+void letEventsPass() {
+    QEventLoop loop;
+    QTimer::singleShot(moment, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+QStringList typesNow() {
+    const QMimeData* contents = QGuiApplication::clipboard()->mimeData();
+    return contents ? contents->formats() : QStringList();
+}
+
+QByteArray dataNow(const QString& type) {
+    const QMimeData* contents = QGuiApplication::clipboard()->mimeData();
+    return contents ? contents->data(type) : QByteArray();
+}
+
+/// A copy whose forms are made on demand.
+class PromisedContents final : public QMimeData {
+public:
+    explicit PromisedContents(std::vector<PasteboardItem> items) : m_items(std::move(items)) {}
+
+    QStringList formats() const override {
+        QStringList types;
+        for (const PasteboardItem& item : m_items) types.append(item.type);
+        return types;
+    }
+
+protected:
+    QVariant retrieveData(const QString& type, QMetaType) const override {
+        const auto item = std::ranges::find(m_items, type, &PasteboardItem::type);
+        return item == m_items.end() ? QVariant() : QVariant(item->bytes());
+    }
+
+private:
+    std::vector<PasteboardItem> m_items;
+};
+
+} // namespace
+
+ClipboardPasteboard::ClipboardPasteboard(QObject* parent)
+    : ClipboardPasteboard(letEventsPass, parent) {}
+
+ClipboardPasteboard::ClipboardPasteboard(std::function<void()> pause, QObject* parent)
+    : QObject(parent), m_pause(std::move(pause)) {
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             [this] { ++m_changeCount; });
 }
 
 QStringList ClipboardPasteboard::types() const {
-    const QMimeData* contents = QGuiApplication::clipboard()->mimeData();
-    return contents ? contents->formats() : QStringList();
+    QStringList types = typesNow();
+    if (!types.isEmpty()) return types;
+    m_pause();
+    return typesNow();
 }
 
 QByteArray ClipboardPasteboard::data(const QString& type) const {
-    const QMimeData* contents = QGuiApplication::clipboard()->mimeData();
-    return contents ? contents->data(type) : QByteArray();
+    if (!typesNow().contains(type)) return {};
+    QByteArray bytes = dataNow(type);
+    if (!bytes.isEmpty()) return bytes;
+    m_pause();
+    return dataNow(type);
+}
+
+bool ClipboardPasteboard::write(std::vector<PasteboardItem> items) {
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    QMimeData* contents = std::make_unique<PromisedContents>(std::move(items)).release();
+    clipboard->setMimeData(contents);
+    return clipboard->mimeData() == contents;
 }
 
 } // namespace quillabrae::platform

@@ -21,19 +21,30 @@ public:
     }
     QByteArray data(const QString& type) const override {
         for (const auto& [offered, bytes] : m_items) {
-            if (offered == type) return bytes;
+            if (offered == type) return bytes();
         }
         return {};
     }
+    bool write(std::vector<PasteboardItem> items) override {
+        if (isReadOnly) return false;
+        m_items = std::move(items);
+        ++m_changeCount;
+        return true;
+    }
 
     /// Replaces the contents, as another program's copy does.
-    void put(std::vector<Item> items) {
-        m_items = std::move(items);
+    void put(const std::vector<Item>& items) {
+        m_items.clear();
+        for (const auto& [type, bytes] : items)
+            m_items.push_back({type, [bytes = bytes] { return bytes; }});
         ++m_changeCount;
     }
 
+    /// Stands for a system that takes no copies.
+    bool isReadOnly = false;
+
 private:
-    std::vector<Item> m_items;
+    std::vector<PasteboardItem> m_items;
     int m_changeCount = 0;
 };
 

@@ -1,22 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
+#include "platform/MimeSource.h"
+
+#include <functional>
+#include <vector>
 
 namespace quillabrae::platform {
 
+/// One form in which something is copied. The bytes are made when somebody asks for them, which may
+/// be long after the copy and never.
+struct PasteboardItem {
+    QString type;
+    std::function<QByteArray()> bytes;
+};
+
 /// The system's clipboard.
-class Pasteboard {
+class Pasteboard : public MimeSource {
 public:
-    virtual ~Pasteboard() = default;
     /// Grows with every change of the contents, whoever made it.
     virtual int changeCount() const = 0;
-    /// The MIME types on offer, the owner's favourite first.
-    virtual QStringList types() const = 0;
-    /// The contents as `type`; empty when that is not on offer.
-    virtual QByteArray data(const QString& type) const = 0;
+    /// Replaces the contents; false when the system did not take them. The first item is the
+    /// favourite.
+    virtual bool write(std::vector<PasteboardItem> items) = 0;
 };
 
 } // namespace quillabrae::platform

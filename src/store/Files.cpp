@@ -7,7 +7,6 @@
 #include "platform/Clock.h"
 #include "store/AutosaveScope.h"
 #include "store/FileLocation.h"
-#include "store/ImageFile.h"
 #include "store/ProjectStore.h"
 
 #include <QFileInfo>

@@ -2,7 +2,6 @@
 // What changes the list of layers. A layer's lock guards its pixels, not its place in the list.
 #include "raster/LayerRasterService.h"
 #include "store/FileLocation.h"
-#include "store/ImageFile.h"
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
 #include "store/SelectionState.h"

@@ -13,9 +13,11 @@ namespace quillabrae::store {
 ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence)
     : m_environment(std::move(environment)),
       m_persistence(persistence),
+      m_clipboard(m_environment.pasteboard, m_environment.paths.clipboardFolder()),
       m_statusMessage(QStringLiteral("Ready")),
       m_zoomToFitRequestID(QUuid::createUuid()) {
     if (!isPersistent()) return;
+    removeOldClipboardFiles();
     const auto stored =
         persistence::AppPersistenceService::loadRecents(m_environment.preferences, recentsKey());
     m_recents = deduplicatedRecents(stored);

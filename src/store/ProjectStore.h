@@ -7,6 +7,7 @@
 #include "model/PaintProject.h"
 #include "model/RecentProject.h"
 #include "persistence/RecoverySession.h"
+#include "store/ClipboardImageService.h"
 #include "store/DialogResults.h"
 #include "store/RepeatablePaintAction.h"
 #include "store/StoreEnvironment.h"
@@ -22,16 +23,19 @@
 #include <optional>
 #include <vector>
 
-namespace quillabrae::model {
-struct PastedImage;
-}
-
 namespace quillabrae::store {
+
+struct DroppedContents;
 
 /// Whether a store reads and writes what outlives the process.
 enum class Persistence { off, on };
 /// Whether a command reports itself in the status line.
 enum class StatusUpdate { silent, shown };
+
+/// What pasting does to the canvas.
+enum class PastedCanvas { kept, expanded };
+/// What a drop fell on.
+enum class DropTarget { editor, welcome };
 
 /// The running editor's one state: the open projects, the tool settings, the status line and the
 /// histories; and the only place where commands live. Main thread only.
@@ -171,6 +175,25 @@ public:
     /// A project package or an image, by its extension.
     std::optional<model::PaintProject> openFile(const QUrl& url);
 
+    // Images from the clipboard and from drops
+
+    ClipboardImageService& clipboard() { return m_clipboard; }
+    /// What the Paste command pastes: an SVG document, else a picture, else the picture of a copied
+    /// file.
+    std::optional<model::PastedImage> imageOnClipboard();
+    /// Pastes an image where the user wants it; asks when it does not fit the canvas or there is
+    /// none. The project it went to; nothing when the user cancelled.
+    std::optional<model::PaintProject> pasteImage(const model::PastedImage& image);
+    /// Makes an image the floating selection, where it was copied or else at the top left, in
+    /// place of what floats already. Nothing when the canvas cannot grow so far.
+    std::optional<model::PaintProject> pasteImageIntoActiveProject(const model::PastedImage& image,
+                                                                   PastedCanvas canvas);
+    /// Opens the packages of a drop, and takes the image in it: pastes it in the editor, opens it
+    /// as a project elsewhere. The project to show, if any; the status line tells why there is
+    /// none.
+    std::optional<model::PaintProject> acceptDrop(const DroppedContents& contents,
+                                                  DropTarget target);
+
     // Recents
 
     void rememberRecent(const QUrl& url);
@@ -223,6 +246,9 @@ private:
     /// Drops what is kept beside a project that is no longer open.
     void forgetProject(QUuid id);
     void selectTool(model::PaintTool tool);
+    std::optional<model::PastedImage> imageInFile(const QUrl& file) const;
+    std::optional<model::PastedImage> droppedImage(const DroppedContents& contents) const;
+    void removeOldClipboardFiles();
     void restoreSettings();
     bool chooseDestinationAndSave(QUuid projectID, const QString& statusWhenCancelled);
     /// Asks before a picture of several layers is written; whether to go on.
@@ -238,6 +264,7 @@ private:
 
     StoreEnvironment m_environment;
     Persistence m_persistence;
+    ClipboardImageService m_clipboard;
     std::vector<model::PaintProject> m_openProjects;
     std::optional<QUuid> m_activeProjectID;
     model::PaintAppSettings m_settings;

@@ -5,6 +5,9 @@
 
 #include <QFileInfo>
 
+#include <array>
+#include <span>
+
 namespace quillabrae::store {
 
 PromptText saveBeforeClosingPrompt(const QString& projectTitle) {
@@ -26,6 +29,53 @@ PromptText overwritePrompt(const QString& fileName) {
     return {QStringLiteral("A file named \"%1\" already exists.").arg(fileName),
             QStringLiteral("Do you want to replace it? The existing file will be overwritten."),
             {QStringLiteral("Replace"), QStringLiteral("Cancel")}};
+}
+
+namespace {
+
+struct PasteButton {
+    const char* title;
+    PasteImageChoice choice;
+};
+
+std::span<const PasteButton> pasteButtons(PasteTarget target) {
+    static constexpr std::array<PasteButton, 2> withoutProject{{
+        {"Open as new project", PasteImageChoice::openAsNewProject},
+        {"Cancel", PasteImageChoice::cancel},
+    }};
+    static constexpr std::array<PasteButton, 4> onSmallerCanvas{{
+        {"Open as new project", PasteImageChoice::openAsNewProject},
+        {"Expand canvas", PasteImageChoice::expandCanvas},
+        {"Keep canvas size", PasteImageChoice::keepCanvasSize},
+        {"Cancel", PasteImageChoice::cancel},
+    }};
+    if (target == PasteTarget::noProject) return withoutProject;
+    return onSmallerCanvas;
+}
+
+QString pasteText(QSizeF imageSize, PasteTarget target) {
+    if (target == PasteTarget::smallerCanvas)
+        return QStringLiteral(
+            "The image being pasted is larger than the current canvas. What do "
+            "you want to do with it?");
+    return QStringLiteral("Choose how to place the %1 x %2 image from the clipboard.")
+        .arg(qRound64(imageSize.width()))
+        .arg(qRound64(imageSize.height()));
+}
+
+} // namespace
+
+PromptText pastePrompt(QSizeF imageSize, PasteTarget target) {
+    PromptText prompt{QStringLiteral("Paste Image"), pasteText(imageSize, target), {}};
+    for (const PasteButton& button : pasteButtons(target))
+        prompt.buttons.append(QString::fromLatin1(button.title));
+    return prompt;
+}
+
+PasteImageChoice pasteChoice(int button, PasteTarget target) {
+    const auto buttons = pasteButtons(target);
+    if (button < 0 || button >= static_cast<int>(buttons.size())) return PasteImageChoice::cancel;
+    return buttons[static_cast<std::size_t>(button)].choice;
 }
 
 QString openProjectPanelTitle() {

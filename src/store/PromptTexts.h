@@ -2,7 +2,9 @@
 #pragma once
 
 #include "persistence/SaveFormat.h"
+#include "store/StoreEnvironment.h"
 
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +20,9 @@ struct PromptText {
 PromptText saveBeforeClosingPrompt(const QString& projectTitle);
 PromptText flattenedSavePrompt(int layerCount);
 PromptText overwritePrompt(const QString& fileName);
+PromptText pastePrompt(QSizeF imageSize, PasteTarget target);
+/// What a button of that prompt stands for; `cancel` for an index that is none of its buttons'.
+PasteImageChoice pasteChoice(int button, PasteTarget target);
 
 QString openProjectPanelTitle();
 QString importImagePanelTitle();

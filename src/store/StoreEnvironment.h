@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/PastedImage.h"
 #include "persistence/SaveFormat.h"
 #include "platform/AppPaths.h"
 #include "platform/WorkRunner.h"
 
+#include <QByteArray>
+#include <QSizeF>
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace quillabrae::platform {
 class Clock;
 class FileIcons;
+class Pasteboard;
 class Preferences;
 } // namespace quillabrae::platform
 
@@ -20,7 +25,17 @@ namespace quillabrae::store {
 
 enum class SaveBeforeCloseChoice { save, discard, cancel };
 
-/// The panels and alerts of opening and saving. Each call blocks until the user has answered.
+/// What becomes of a picture that comes in.
+enum class PasteImageChoice { openAsNewProject, expandCanvas, keepCanvasSize, cancel };
+/// Where such a picture could go when that has to be asked.
+enum class PasteTarget { noProject, smallerCanvas };
+
+/// Makes a picture of an SVG document, at a size that the user is asked for. Nothing when the
+/// document cannot be drawn or the user cancels.
+using SVGImport = std::function<std::optional<model::PastedImage>(const QByteArray& svgData)>;
+
+/// The panels and alerts of opening, saving and pasting. Each call blocks until the user has
+/// answered.
 class ProjectPanels {
 public:
     virtual ~ProjectPanels() = default;
@@ -33,6 +48,8 @@ public:
         const QString& suggestedName) = 0;
     virtual bool confirmFlattenedImageSave(int layerCount) = 0;
     virtual SaveBeforeCloseChoice requestSaveBeforeClosing(const QString& projectTitle) = 0;
+    /// Asks what becomes of a picture of `imageSize` pixels.
+    virtual PasteImageChoice choosePasteAction(QSizeF imageSize, PasteTarget target) = 0;
 };
 
 /// Everything that the store needs of the world. The referenced objects outlive the store.
@@ -41,8 +58,10 @@ struct StoreEnvironment {
     platform::Preferences& preferences;
     const platform::Clock& clock;
     platform::FileIcons& fileIcons;
+    platform::Pasteboard& pasteboard;
     platform::AppPaths paths;
     platform::WorkRunner& work = platform::directWorkRunner();
+    SVGImport svgImport{};
 };
 
 } // namespace quillabrae::store

@@ -34,6 +34,15 @@ bool isDestinationOrNull(const QJsonValue& value) {
                .has_value();
 }
 
+std::optional<store::PasteImageChoice> pasteChoiceFrom(const QString& text) {
+    using enum store::PasteImageChoice;
+    if (text == QLatin1StringView("openAsNewProject")) return openAsNewProject;
+    if (text == QLatin1StringView("expandCanvas")) return expandCanvas;
+    if (text == QLatin1StringView("keepCanvasSize")) return keepCanvasSize;
+    if (text == QLatin1StringView("cancel")) return cancel;
+    return std::nullopt;
+}
+
 bool isSizeOrNull(const QJsonValue& value) {
     return value.isNull() || value.toArray().size() == 2;
 }
@@ -55,10 +64,7 @@ constexpr PromptKind promptKinds[] = {
     {"openProject", isPathOrNull},
     {"importImage", isPathOrNull},
     {"paste",
-     [](const QJsonValue& value) {
-         return isOneOf(value, {QStringLiteral("openAsNewProject"), QStringLiteral("expandCanvas"),
-                                QStringLiteral("keepCanvasSize"), QStringLiteral("cancel")});
-     }},
+     [](const QJsonValue& value) { return pasteChoiceFrom(value.toString()).has_value(); }},
     {"svgSize", isSizeOrNull},
 };
 
@@ -129,6 +135,13 @@ store::SaveBeforeCloseChoice ScriptedPanels::requestSaveBeforeClosing(const QStr
     if (answer == QLatin1StringView("save")) return store::SaveBeforeCloseChoice::save;
     if (answer == QLatin1StringView("discard")) return store::SaveBeforeCloseChoice::discard;
     return store::SaveBeforeCloseChoice::cancel;
+}
+
+store::PasteImageChoice ScriptedPanels::choosePasteAction(QSizeF imageSize,
+                                                          store::PasteTarget target) {
+    const QJsonValue answer =
+        ask(QStringLiteral("paste"), textsOf(store::pastePrompt(imageSize, target)));
+    return pasteChoiceFrom(answer.toString()).value_or(store::PasteImageChoice::cancel);
 }
 
 } // namespace quillabrae::replay

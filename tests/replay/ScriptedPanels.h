@@ -34,6 +34,7 @@ public:
         const QString& suggestedName) override;
     bool confirmFlattenedImageSave(int layerCount) override;
     store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString& projectTitle) override;
+    store::PasteImageChoice choosePasteAction(QSizeF imageSize, store::PasteTarget target) override;
 
 private:
     std::optional<QUrl> chosenFile(const QString& prompt, const QString& title);

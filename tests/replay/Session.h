@@ -3,6 +3,7 @@
 
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
 #include "platform/SettingsPreferences.h"
 #include "replay/CanvasStage.h"
 #include "replay/ScriptedPanels.h"
@@ -41,8 +42,7 @@ struct SessionPlaces {
 enum class SessionEnd { none, cleanly, killed };
 
 /// One run of the editor without a screen: the store, everything that it needs of the world, and
-/// the script's time. What a later family of verbs stands on (a clipboard) is a member
-/// here.
+/// the script's time.
 class Session {
 public:
     explicit Session(const SessionPlaces& places);
@@ -51,6 +51,7 @@ public:
     const store::ProjectStore& store() const { return *m_store; }
     ScriptedPanels& panels() { return m_panels; }
     VirtualTime& time() { return m_time; }
+    platform::MemoryPasteboard& pasteboard() { return m_pasteboard; }
     CanvasStage& canvas() { return *m_canvas; }
 
     /// A path of a script: "~/" is the run's home, others are relative to the current directory.
@@ -84,6 +85,7 @@ private:
     VirtualTime m_time;
     ScriptClock m_clock{m_time};
     platform::NoFileIcons m_fileIcons;
+    platform::MemoryPasteboard m_pasteboard;
     ScriptedPanels m_panels;
     std::optional<platform::SettingsPreferences> m_preferences;
     std::unique_ptr<store::ProjectStore> m_store;

@@ -46,6 +46,23 @@ TEST(Alert, HasTheWordsForClosing) {
                                           QStringLiteral("Cancel")}));
 }
 
+TEST(Alert, HasTheWordsForPasting) {
+    const Alert alone = Alerts::pasteImage({640.4, 480}, store::PasteTarget::noProject);
+    EXPECT_EQ(alone.message, QStringLiteral("Paste Image"));
+    EXPECT_EQ(alone.informativeText,
+              QStringLiteral("Choose how to place the 640 x 480 image from the clipboard."));
+    EXPECT_EQ(alone.buttons,
+              QStringList({QStringLiteral("Open as new project"), QStringLiteral("Cancel")}));
+    const Alert larger = Alerts::pasteImage({640, 480}, store::PasteTarget::smallerCanvas);
+    EXPECT_EQ(larger.message, QStringLiteral("Paste Image"));
+    EXPECT_EQ(larger.informativeText,
+              QStringLiteral("The image being pasted is larger than the current canvas. What do "
+                             "you want to do with it?"));
+    EXPECT_EQ(larger.buttons,
+              QStringList({QStringLiteral("Open as new project"), QStringLiteral("Expand canvas"),
+                           QStringLiteral("Keep canvas size"), QStringLiteral("Cancel")}));
+}
+
 TEST(Alert, AnswersWithTheButtonThatWasPressed) {
     const Alert alert = Alerts::saveBeforeClosing(QStringLiteral("Cat"));
     for (int index = 0; index < 3; ++index) {

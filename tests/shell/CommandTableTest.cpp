@@ -36,7 +36,7 @@ TEST_F(CommandTableTest, StandsInItsOrder) {
     EXPECT_EQ(rows.join(u'\n'),
               QStringLiteral("File/New Project\nFile/Open Project...\nFile/-\nFile/Save\n"
                              "File/Save As...\nFile/-\nFile/Close Project\nFile/-\nFile/Quit\n"
-                             "Edit/Undo\nEdit/Redo\n"
+                             "Edit/Undo\nEdit/Redo\nEdit/-\nEdit/Paste\n"
                              "Zoom/Zoom In\nZoom/Zoom Out\nZoom/Zoom to Fit\n"
                              "Plugins/Plugin Library...\nPlugins/-\n"
                              "Plugins/No Plugins Installed\nHelp/Paint.NET Quick Start"));

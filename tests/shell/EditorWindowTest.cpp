@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ShellTest.h"
-#include "shell/app/FileDrop.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/controls/LabeledSlider.h"
 #include "shell/editor/ColorStack.h"
@@ -8,6 +7,7 @@
 #include "shell/editor/ProjectTab.h"
 #include "shell/editor/ToolsPalette.h"
 
+#include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QSlider>
@@ -147,14 +147,26 @@ TEST_F(EditorWindowTest, TellsTheStatusAndThePointersPlace) {
     EXPECT_EQ(text("cursorPosition"), QString());
 }
 
-TEST(FileDrop, TakesTheFilesOfThisMachine) {
-    QMimeData data;
-    data.setUrls({QUrl(QStringLiteral("file:///home/cat.quillabrae/")),
-                  QUrl(QStringLiteral("https://example.org/dog.png")),
-                  QUrl(QStringLiteral("file:///home/dog.png"))});
-    EXPECT_TRUE(FileDrop::isWelcome(data));
-    EXPECT_EQ(FileDrop::files(data), QList({QUrl(QStringLiteral("file:///home/cat.quillabrae")),
-                                            QUrl(QStringLiteral("file:///home/dog.png"))}));
+TEST_F(EditorWindowTest, TakesADropAndPastesItsPicture) {
+    makeProject(*store);
+    QMimeData drag;
+    drag.setUrls({writePicture(QStringLiteral("red.png"))});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({5, 5}, Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &drop);
+    EXPECT_FALSE(store->activeProject()->floatingSelection);
+    runDeferred();
+    EXPECT_TRUE(store->activeProject()->floatingSelection);
+}
+
+TEST_F(EditorWindowTest, TurnsAwayADragThatHoldsNothingForIt) {
+    QMimeData drag;
+    drag.setData(QStringLiteral("application/zip"), "x");
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &drag, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &enter);
+    EXPECT_FALSE(enter.isAccepted());
 }
 
 TEST(ColorConversion, KeepsWholeEightBitColors) {

@@ -4,8 +4,10 @@
 #include "shell/app/WindowCoordinator.h"
 #include "shell/app/WindowFactory.h"
 #include "shell/dialogs/Dialogs.h"
+#include "store/DroppedContents.h"
 #include "store/StoreTest.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QWidget>
 
@@ -50,8 +52,8 @@ protected:
     void makeShell() {
         coordinator.reset();
         store = makeStore();
-        coordinator = std::make_unique<WindowCoordinator>(WindowEnvironment{
-            *store, preferences, windows, dialogs, [this] { return clipboardSize; }});
+        coordinator = std::make_unique<WindowCoordinator>(
+            WindowEnvironment{*store, preferences, windows, dialogs});
     }
 
     QWidget* editor() const { return coordinator->window(WindowRole::editor); }
@@ -71,6 +73,20 @@ protected:
         store->closeProject(*store->activeProjectID());
         return file(name);
     }
+    /// Another program copies a picture of that size.
+    void copyPicture(QSize size) {
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::blue);
+        QBuffer file;
+        file.open(QIODevice::WriteOnly);
+        picture.save(&file, "png");
+        pasteboard.put({{platform::MimeTypes::png, file.data()}});
+    }
+    static store::DroppedContents dropOf(const QUrl& file) {
+        store::DroppedContents contents;
+        contents.files = {file};
+        return contents;
+    }
     QUrl writeBrokenPicture(const QString& name) const {
         QFile picture(folder.filePath(name));
         EXPECT_TRUE(picture.open(QIODevice::WriteOnly));
@@ -80,7 +96,6 @@ protected:
 
     FakeWindows windows;
     FakeDialogs dialogs;
-    std::optional<QSizeF> clipboardSize;
     std::unique_ptr<store::ProjectStore> store;
     std::unique_ptr<WindowCoordinator> coordinator;
 };

@@ -3,7 +3,10 @@
 #include "persistence/AppPersistenceService.h"
 #include "shell/ShellTest.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QSignalSpy>
+#include <QSpinBox>
 
 namespace quillabrae::shell {
 namespace {
@@ -108,7 +111,7 @@ TEST_F(WindowCoordinatorTest, StartsTheNewProjectDialogAfterTheEventAndWithTheUs
 }
 
 TEST_F(WindowCoordinatorTest, StartsTheNewProjectDialogWithThePictureOnTheClipboard) {
-    clipboardSize = QSizeF(1234, 567);
+    copyPicture(QSize(1234, 567));
     coordinator->createNewProject();
     runDeferred();
     EXPECT_EQ(dialogs.startedWith, QSizeF(1234, 567));
@@ -184,20 +187,70 @@ TEST_F(WindowCoordinatorTest, LeavesAGoneRecentListedAndSaysWhyItFailed) {
     EXPECT_TRUE(store->statusMessage().startsWith(QStringLiteral("Open failed: ")));
 }
 
-TEST_F(WindowCoordinatorTest, OpensWhatWasDroppedAfterTheDropIsOver) {
-    coordinator->openDroppedFiles({writePicture(QStringLiteral("red.png"))});
+TEST_F(WindowCoordinatorTest, TakesInADropAfterItIsOver) {
+    coordinator->acceptDrop(dropOf(writePicture(QStringLiteral("red.png"))), WindowRole::welcome);
     EXPECT_EQ(editor(), nullptr);
     runDeferred();
     EXPECT_NE(editor(), nullptr);
 }
 
-TEST_F(WindowCoordinatorTest, SaysSoWhenADropHoldsNoPicture) {
-    coordinator->openDroppedFiles({writeBrokenPicture(QStringLiteral("letter.txt"))});
+TEST_F(WindowCoordinatorTest, LeavesItsWindowsAsTheyAreWhenADropHoldsNoPicture) {
+    coordinator->showWelcome();
+    coordinator->acceptDrop(dropOf(writeBrokenPicture(QStringLiteral("letter.txt"))),
+                            WindowRole::welcome);
     runDeferred();
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_NE(welcome(), nullptr);
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Drop failed: no image found"));
-    coordinator->openDroppedFiles({});
+}
+
+TEST_F(WindowCoordinatorTest, PastesAsAProjectWhereThereIsNoEditor) {
+    coordinator->showWelcome();
+    copyPicture(QSize(5, 4));
+    coordinator->pasteImageFromClipboard();
     runDeferred();
-    EXPECT_EQ(store->statusMessage(), QStringLiteral("Drop failed: no image found"));
+    EXPECT_EQ(panels.shown, QStringList());
+    EXPECT_EQ(welcome(), nullptr);
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_EQ(store->activeProject()->title, QStringLiteral("Pasted Image"));
+}
+
+TEST_F(WindowCoordinatorTest, PastesIntoTheProjectOfTheEditor) {
+    makeProject(*store);
+    coordinator->showEditorWindow(store->activeProjectID());
+    copyPicture(QSize(5, 4));
+    coordinator->pasteImageFromClipboard();
+    EXPECT_FALSE(store->activeProject()->floatingSelection);
+    runDeferred();
+    EXPECT_EQ(store->openProjects().size(), 1U);
+    EXPECT_TRUE(store->activeProject()->floatingSelection);
+}
+
+TEST_F(WindowCoordinatorTest, PastesAsAProjectWhileTheWelcomeWindowIsTheActiveOne) {
+    makeProject(*store);
+    coordinator->showEditorWindow(store->activeProjectID());
+    coordinator->showWelcome();
+    QApplication::setActiveWindow(welcome());
+    copyPicture(QSize(5, 4));
+    coordinator->pasteImageFromClipboard();
+    runDeferred();
+    EXPECT_EQ(store->openProjects().size(), 2U);
+    EXPECT_EQ(welcome(), nullptr);
+}
+
+TEST_F(WindowCoordinatorTest, LeavesAPasteWithoutAnImageToTheTextFieldInFocus) {
+    coordinator->showEditorWindow(std::nullopt);
+    auto* field = new QSpinBox(editor());
+    field->show();
+    QApplication::setActiveWindow(editor());
+    field->setFocus();
+    field->selectAll();
+    pasteboard.put({{platform::MimeTypes::text, "42"}});
+    QGuiApplication::clipboard()->setText(QStringLiteral("42"));
+    coordinator->pasteImageFromClipboard();
+    runDeferred();
+    EXPECT_EQ(field->value(), 42);
+    EXPECT_TRUE(store->openProjects().empty());
 }
 
 TEST_F(WindowCoordinatorTest, ShowsAPastedImageAsAProject) {

@@ -349,7 +349,8 @@ public:
 
 TEST_F(OpenAndSave, ASaveCancelledWhileItRunsChangesNothing) {
     ImpatientUser user;
-    ProjectStore store({panels, preferences, clock, icons, paths, user}, Persistence::on);
+    ProjectStore store({panels, preferences, clock, icons, pasteboard, paths, user},
+                       Persistence::on);
     const QUuid id = makeProject(store);
     const QString picture = QStringLiteral("a.png");
     EXPECT_FALSE(store.saveProject(0, {file(boat), SaveFormat::project}));

@@ -3,6 +3,7 @@
 
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
 #include "store/ProjectStore.h"
 
@@ -37,6 +38,7 @@ public:
     std::deque<persistence::SaveDestination> saveDestinations;
     std::deque<bool> flattenedSaves;
     std::deque<SaveBeforeCloseChoice> closeChoices;
+    std::deque<PasteImageChoice> pasteChoices;
     /// One word and one argument for each prompt, in the order shown.
     QStringList shown;
     /// Runs while the next prompt of closing is up.
@@ -64,6 +66,14 @@ public:
         if (whileAsked) whileAsked();
         return next(closeChoices).value_or(SaveBeforeCloseChoice::cancel);
     }
+    PasteImageChoice choosePasteAction(QSizeF imageSize, PasteTarget target) override {
+        shown << QStringLiteral("paste %1 x %2 %3")
+                     .arg(imageSize.width())
+                     .arg(imageSize.height())
+                     .arg(target == PasteTarget::noProject ? QStringLiteral("nowhere")
+                                                           : QStringLiteral("smaller"));
+        return next(pasteChoices).value_or(PasteImageChoice::cancel);
+    }
 
 private:
     template <typename Answer>
@@ -80,7 +90,9 @@ class StoreTest : public testing::Test {
 protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
-            StoreEnvironment{panels, preferences, clock, icons, paths}, persistence);
+            StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths,
+                             platform::directWorkRunner(), svgImport},
+            persistence);
     }
 
     QUrl file(const QString& name) const { return QUrl::fromLocalFile(folder.filePath(name)); }
@@ -127,6 +139,8 @@ protected:
     platform::MemoryPreferences preferences;
     TickingClock clock;
     platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
+    SVGImport svgImport;
     FakePanels panels;
 };
 

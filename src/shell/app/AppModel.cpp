@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/AppModel.h"
 
+#include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
 #include "platform/DesktopRegistration.h"
 #include "platform/GioFileIcons.h"
 #include "platform/ProgramInstance.h"
 #include "platform/SettingsPreferences.h"
 #include "shell/app/AppDelegate.h"
-#include "shell/app/ClipboardImageSize.h"
 #include "shell/app/DesktopWindows.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/dialogs/DesktopDialogs.h"
@@ -28,9 +28,10 @@ struct AppModel::Graph {
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
-          store({panels, preferences, clock, fileIcons, paths, work}, store::Persistence::on),
+          store({panels, preferences, clock, fileIcons, pasteboard, paths, work},
+                store::Persistence::on),
           factory(store),
-          windows({store, preferences, factory, dialogs, clipboardImageSize}),
+          windows({store, preferences, factory, dialogs}),
           delegate(store, windows,
                    {.afterFirstFrame =
                         [this] {
@@ -45,6 +46,7 @@ struct AppModel::Graph {
 
     platform::SystemClock clock;
     platform::GioFileIcons fileIcons;
+    platform::ClipboardPasteboard pasteboard;
     platform::XdgDesktopRegistration registration;
     platform::SettingsPreferences preferences;
     SystemColorScheme colorScheme;

@@ -7,10 +7,14 @@
 #include "platform/Preferences.h"
 #include "shell/app/WindowFactory.h"
 #include "shell/dialogs/Dialogs.h"
+#include "store/DroppedContents.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
 #include <QEvent>
+#include <QLineEdit>
+#include <QMetaMethod>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 
@@ -27,6 +31,15 @@ void bringToFront(QWidget& window) {
     window.show();
     window.raise();
     window.activateWindow();
+}
+
+/// The paste of a text field, also where that is a part of the control.
+void pasteText(QWidget& control) {
+    QObject* field = control.findChild<QLineEdit*>();
+    if (field == nullptr) field = &control;
+    const QMetaObject* type = field->metaObject();
+    const int paste = type->indexOfSlot("paste()");
+    if (paste >= 0) type->method(paste).invoke(field);
 }
 
 } // namespace
@@ -152,7 +165,8 @@ void WindowCoordinator::createNewProject() {
 }
 
 void WindowCoordinator::presentNewProjectDialog() {
-    const QSizeF size = m_environment.clipboardImageSize().value_or(defaultCanvasSize);
+    const QSizeF size =
+        m_environment.store.clipboard().pastedImageSize().value_or(defaultCanvasSize);
     const auto answer = m_environment.dialogs.requestNewProject(size, dialogParent());
     if (!answer.has_value()) return;
     const model::PaintProject project = m_environment.store.createUntitledProject(
@@ -183,18 +197,37 @@ void WindowCoordinator::openFiles(const QList<QUrl>& files) {
     }
 }
 
-void WindowCoordinator::openDroppedFiles(const QList<QUrl>& files) {
-    QTimer::singleShot(0, this, [this, files] {
-        bool hasOpened = false;
-        for (const QUrl& file : files) {
-            const auto project = m_environment.store.openFile(file);
-            if (!project.has_value()) continue;
+void WindowCoordinator::acceptDrop(const store::DroppedContents& contents, WindowRole role) {
+    const auto target =
+        role == WindowRole::welcome ? store::DropTarget::welcome : store::DropTarget::editor;
+    QTimer::singleShot(0, this, [this, contents, target] {
+        if (const auto project = m_environment.store.acceptDrop(contents, target))
             succeedWith(project->id);
-            hasOpened = true;
-        }
-        if (hasOpened) return;
-        m_environment.store.setStatusMessage(QStringLiteral("Drop failed: no image found"));
     });
+}
+
+void WindowCoordinator::pasteImageFromClipboard() {
+    QTimer::singleShot(0, this, &WindowCoordinator::presentPasteImageFromClipboard);
+}
+
+bool WindowCoordinator::shouldOpenClipboardImageAsProject() const {
+    if (window(WindowRole::editor) == nullptr) return true;
+    const QWidget* welcome = window(WindowRole::welcome);
+    return welcome != nullptr && welcome->isActiveWindow();
+}
+
+void WindowCoordinator::presentPasteImageFromClipboard() {
+    const bool opensProject = shouldOpenClipboardImageAsProject();
+    QPointer<QWidget> focused = QApplication::focusWidget();
+    const auto image = m_environment.store.imageOnClipboard();
+    if (!image) {
+        if (focused) pasteText(*focused);
+        return;
+    }
+    if (opensProject)
+        openImageAsNewProject(*image);
+    else if (const auto project = m_environment.store.pasteImage(*image))
+        succeedWith(project->id);
 }
 
 void WindowCoordinator::reopenClosedWork() {

@@ -5,12 +5,10 @@
 
 #include <QList>
 #include <QObject>
-#include <QSizeF>
 #include <QUrl>
 #include <QUuid>
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -28,7 +26,8 @@ class Preferences;
 
 namespace quillabrae::store {
 class ProjectStore;
-}
+struct DroppedContents;
+} // namespace quillabrae::store
 
 namespace quillabrae::shell {
 
@@ -41,8 +40,6 @@ struct WindowEnvironment {
     platform::Preferences& preferences;
     WindowFactory& factory;
     Dialogs& dialogs;
-    /// The size of the picture on the clipboard, in pixels.
-    std::function<std::optional<QSizeF>()> clipboardImageSize;
 };
 
 /// Owns the program's windows and leads every command that needs one to it. Operations that run a
@@ -71,8 +68,12 @@ public:
     void openRecent(const model::RecentProject& recent);
     /// Opens packages and images in turn, and shows the last that could be opened.
     void openFiles(const QList<QUrl>& files);
-    /// The same for what was dropped on a window.
-    void openDroppedFiles(const QList<QUrl>& files);
+    /// Takes in what was dropped on the editor or the welcome window.
+    void acceptDrop(const store::DroppedContents& contents, WindowRole role);
+    /// Pastes the image on the clipboard: as a project of its own where there is no editor window
+    /// or the welcome window is the active one. Without an image the control that has the keyboard
+    /// pastes what it can.
+    void pasteImageFromClipboard();
     /// Brings back what the editor window's close button set aside.
     void reopenClosedWork();
 
@@ -110,6 +111,8 @@ private:
     void afterClosing(bool wasClosed);
     void presentNewProjectDialog();
     void presentOpenProjectFromPanel();
+    void presentPasteImageFromClipboard();
+    bool shouldOpenClipboardImageAsProject() const;
     void showQuickStartOnce();
     /// Whether the window may close.
     bool windowWillClose(WindowRole role);

@@ -36,6 +36,8 @@ constexpr std::array commands{
 
     Command{edit, "Undo", "Ctrl+Z", canUndo, undo},
     Command{edit, "Redo", "Ctrl+Shift+Z Ctrl+Y", canRedo, redo},
+    divider(edit),
+    Command{edit, "Paste", "Ctrl+V", always, [](const Context& c) { c.windows.pasteImageFromClipboard(); }},
 
     Command{zoom, "Zoom In", "Ctrl++ Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
     Command{zoom, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},

@@ -80,5 +80,9 @@ Alert saveBeforeClosing(const QString& projectTitle) {
     return alertOf(store::saveBeforeClosingPrompt(projectTitle));
 }
 
+Alert pasteImage(QSizeF imageSize, store::PasteTarget target) {
+    return alertOf(store::pastePrompt(imageSize, target));
+}
+
 } // namespace Alerts
 } // namespace quillabrae::shell

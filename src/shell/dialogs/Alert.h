@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QSizeF>
 #include <QString>
 #include <QStringList>
 
 class QWidget;
+
+namespace quillabrae::store {
+enum class PasteTarget;
+}
 
 namespace quillabrae::shell {
 
@@ -21,11 +26,12 @@ struct Alert {
 /// Asks and waits. The index of the chosen button; that of the last one when the alert was closed.
 int runAlert(const Alert& alert, QWidget* parent);
 
-/// The alerts of opening and saving.
+/// The alerts of opening, saving and pasting.
 namespace Alerts {
 Alert flattenBeforeSaving(int layerCount);
 Alert replaceFile(const QString& fileName);
 Alert saveBeforeClosing(const QString& projectTitle);
+Alert pasteImage(QSizeF imageSize, store::PasteTarget target);
 } // namespace Alerts
 
 } // namespace quillabrae::shell

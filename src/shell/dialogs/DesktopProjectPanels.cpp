@@ -4,6 +4,7 @@
 #include "shell/dialogs/Alert.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/PanelRules.h"
+#include "store/PromptTexts.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -89,6 +90,11 @@ store::SaveBeforeCloseChoice DesktopProjectPanels::requestSaveBeforeClosing(
     const QString& projectTitle) {
     return PanelRules::saveBeforeCloseChoice(
         runAlert(Alerts::saveBeforeClosing(projectTitle), m_parent()));
+}
+
+store::PasteImageChoice DesktopProjectPanels::choosePasteAction(QSizeF imageSize,
+                                                                store::PasteTarget target) {
+    return store::pasteChoice(runAlert(Alerts::pasteImage(imageSize, target), m_parent()), target);
 }
 
 } // namespace quillabrae::shell

@@ -24,6 +24,7 @@ public:
         const QString& suggestedName) override;
     bool confirmFlattenedImageSave(int layerCount) override;
     store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString& projectTitle) override;
+    store::PasteImageChoice choosePasteAction(QSizeF imageSize, store::PasteTarget target) override;
 
 private:
     std::optional<QUrl> chooseFile(const QString& title, const QString& kind,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/EditorWindow.h"
 
-#include "shell/app/FileDrop.h"
+#include "platform/QtMimeSource.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/editor/ProjectTabAccessible.h"
@@ -9,6 +9,7 @@
 #include "shell/editor/QuickToolbar.h"
 #include "shell/editor/StatusBar.h"
 #include "shell/editor/Workspace.h"
+#include "store/DroppedContents.h"
 #include "store/ProjectStore.h"
 
 #include <QDropEvent>
@@ -42,12 +43,14 @@ void EditorWindow::showEvent(QShowEvent* event) {
 }
 
 void EditorWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (FileDrop::isWelcome(*event->mimeData())) event->acceptProposedAction();
+    if (store::isDropWelcome(platform::QtMimeSource(*event->mimeData())))
+        event->acceptProposedAction();
 }
 
 void EditorWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    m_windows.openDroppedFiles(FileDrop::files(*event->mimeData()));
+    m_windows.acceptDrop(store::droppedContents(platform::QtMimeSource(*event->mimeData())),
+                         WindowRole::editor);
 }
 
 } // namespace quillabrae::shell

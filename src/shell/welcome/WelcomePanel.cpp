@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/welcome/WelcomePanel.h"
 
-#include "shell/app/FileDrop.h"
+#include "platform/QtMimeSource.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/controls/IconButton.h"
@@ -11,6 +11,7 @@
 #include "shell/welcome/ActionRow.h"
 #include "shell/welcome/RecentList.h"
 #include "shell/welcome/WelcomeContent.h"
+#include "store/DroppedContents.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
@@ -187,7 +188,7 @@ void WelcomePanel::markDropTarget(bool isTargeted) {
 }
 
 void WelcomePanel::dragEnterEvent(QDragEnterEvent* event) {
-    if (!FileDrop::isWelcome(*event->mimeData())) return;
+    if (!store::isDropWelcome(platform::QtMimeSource(*event->mimeData()))) return;
     event->acceptProposedAction();
     markDropTarget(true);
 }
@@ -199,7 +200,8 @@ void WelcomePanel::dragLeaveEvent(QDragLeaveEvent*) {
 void WelcomePanel::dropEvent(QDropEvent* event) {
     markDropTarget(false);
     event->acceptProposedAction();
-    m_windows.openDroppedFiles(FileDrop::files(*event->mimeData()));
+    m_windows.acceptDrop(store::droppedContents(platform::QtMimeSource(*event->mimeData())),
+                         WindowRole::welcome);
 }
 
 } // namespace quillabrae::shell

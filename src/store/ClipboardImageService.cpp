@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/ClipboardImageService.h"
+
+#include "raster/DecodeCache.h"
+#include "raster/ImageReader.h"
+#include "store/MimePictures.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUuid>
+
+#include <cmath>
+#include <utility>
+
+namespace quillabrae::store {
+
+namespace MimeTypes = platform::MimeTypes;
+using platform::PasteboardItem;
+
+namespace {
+
+const QString sourceXKey = QStringLiteral("sourceX");
+const QString sourceYKey = QStringLiteral("sourceY");
+const QString unfinishedSuffix = QStringLiteral(".part");
+
+QByteArray encoded(const ClipboardImageMetadata& metadata) {
+    const QJsonObject form{{sourceXKey, metadata.sourceX}, {sourceYKey, metadata.sourceY}};
+    return QJsonDocument(form).toJson(QJsonDocument::Compact);
+}
+
+/// The same pixels as a lossless TIFF; empty when they cannot be decoded.
+QByteArray tiffOf(const model::PngBytes& png) {
+    const raster::RasterImage image = raster::decodedImage(png);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "tiff");
+    constexpr int lzw = 1;
+    writer.setCompression(lzw);
+    if (image.isNull() || !writer.write(image.toQImage())) return {};
+    return buffer.data();
+}
+
+/// In bytes; file systems end names at 255, and the id and the suffixes need some of them.
+constexpr qsizetype greatestNameLength = 200;
+
+QString cleanedName(const QString& suggestedName) {
+    QString name = suggestedName;
+    name.replace(u'/', u'-').replace(u':', u'-');
+    name = name.trimmed();
+    while (name.toUtf8().size() > greatestNameLength) name.chop(1);
+    return name.isEmpty() ? QStringLiteral("Selection") : name;
+}
+
+/// Beside its place first, so that nobody sees half a file.
+bool writeAtomically(const QString& path, const QByteArray& data) {
+    QFile file(path + unfinishedSuffix);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
+    const bool isWhole = file.write(data) == data.size() && file.flush();
+    file.close();
+    if (isWhole && file.rename(path)) return true;
+    file.remove();
+    return false;
+}
+
+} // namespace
+
+std::optional<ClipboardImageMetadata> clipboardMetadata(const platform::MimeSource& source) {
+    if (!source.types().contains(clipboardMetadataType)) return std::nullopt;
+    const QJsonObject form = QJsonDocument::fromJson(source.data(clipboardMetadataType)).object();
+    const QJsonValue x = form.value(sourceXKey);
+    const QJsonValue y = form.value(sourceYKey);
+    if (!x.isDouble() || !y.isDouble()) return std::nullopt;
+    if (!std::isfinite(x.toDouble()) || !std::isfinite(y.toDouble())) return std::nullopt;
+    return ClipboardImageMetadata{x.toDouble(), y.toDouble()};
+}
+
+ClipboardImageService::ClipboardImageService(platform::Pasteboard& pasteboard, QString folder)
+    : m_pasteboard(pasteboard), m_folder(std::move(folder)) {}
+
+bool ClipboardImageService::writePNGImage(const raster::RasterImage& image,
+                                          const QString& suggestedName,
+                                          std::optional<QPointF> sourceOrigin) {
+    auto copy = pastedImageOf(image);
+    if (!copy) return false;
+    const model::PngBytes png = copy->pngData;
+    std::vector<PasteboardItem> items{
+        {MimeTypes::png, [png] { return png.toByteArray(); }},
+        {MimeTypes::tiff, [png] { return tiffOf(png); }},
+    };
+    const auto add = [&items](const QString& type, const QByteArray& bytes) {
+        items.push_back({type, [bytes] { return bytes; }});
+    };
+    if (sourceOrigin) {
+        copy->sourceX = sourceOrigin->x();
+        copy->sourceY = sourceOrigin->y();
+        add(clipboardMetadataType, encoded({sourceOrigin->x(), sourceOrigin->y()}));
+    }
+    if (const auto file = writeTemporaryPNGFile(png.toByteArray(), suggestedName)) {
+        add(MimeTypes::uriList, platform::uriListOf(*file));
+        add(MimeTypes::copiedFiles, platform::copiedFilesOf(*file));
+    }
+    m_internalClipboard.reset();
+    if (!m_pasteboard.write(std::move(items))) return false;
+    m_internalClipboard = {m_pasteboard.changeCount(), *std::move(copy)};
+    return true;
+}
+
+std::optional<QUrl> ClipboardImageService::writeTemporaryPNGFile(
+    const QByteArray& data, const QString& suggestedName) const {
+    const QDir folder(m_folder);
+    if (!folder.mkpath(QStringLiteral("."))) return std::nullopt;
+    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    const QString path =
+        folder.filePath(QStringLiteral("%1-%2.png").arg(cleanedName(suggestedName), id));
+    if (!writeAtomically(path, data)) return std::nullopt;
+    return QUrl::fromLocalFile(path);
+}
+
+void ClipboardImageService::removeOldFiles(const QDateTime& now) const {
+    const QDir folder(m_folder);
+    const QFileInfoList files = folder.entryInfoList(
+        {QStringLiteral("*.png"), u'*' + unfinishedSuffix}, QDir::Files | QDir::NoSymLinks);
+    for (const QFileInfo& file : files) {
+        if (file.lastModified() < now.addDays(-1)) QFile::remove(file.filePath());
+    }
+}
+
+bool ClipboardImageService::isOwnCopy() const {
+    return m_internalClipboard && m_internalClipboard->changeCount == m_pasteboard.changeCount();
+}
+
+std::optional<raster::RasterImage> ClipboardImageService::picture() const {
+    for (const QString& type : pictureTypes(m_pasteboard)) {
+        if (auto image = raster::readImage(m_pasteboard.data(type))) return image;
+    }
+    return std::nullopt;
+}
+
+std::optional<model::PastedImage> ClipboardImageService::pastedImage() {
+    if (isOwnCopy()) return m_internalClipboard->image;
+    m_internalClipboard.reset();
+    const auto read = picture();
+    if (!read) return std::nullopt;
+    auto image = pastedImageOf(*read);
+    if (!image) return std::nullopt;
+    if (const auto metadata = clipboardMetadata(m_pasteboard)) {
+        image->sourceX = metadata->sourceX;
+        image->sourceY = metadata->sourceY;
+    }
+    return image;
+}
+
+std::optional<QSizeF> ClipboardImageService::pastedImageSize() const {
+    if (isOwnCopy())
+        return QSizeF(m_internalClipboard->image.width, m_internalClipboard->image.height);
+    const auto read = picture();
+    if (!read) return std::nullopt;
+    return QSizeF(read->width(), read->height());
+}
+
+QByteArray ClipboardImageService::svgData() const {
+    return isOwnCopy() ? QByteArray() : svgIn(m_pasteboard);
+}
+
+} // namespace quillabrae::store

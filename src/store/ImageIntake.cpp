@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Images on their way into projects: from the clipboard, from drops and from files.
+#include "persistence/AppPersistenceService.h"
+#include "platform/Clock.h"
+#include "raster/ImageReader.h"
+#include "raster/LayerRasterService.h"
+#include "store/DroppedContents.h"
+#include "store/FileLocation.h"
+#include "store/MimePictures.h"
+#include "store/ProjectLayers.h"
+#include "store/ProjectStore.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace quillabrae::store {
+
+using model::PaintProject;
+using model::PastedImage;
+
+namespace {
+
+constexpr QLatin1StringView packageExtension("quillabrae");
+constexpr QLatin1StringView svgExtension("svg");
+
+bool isPackage(const QUrl& file) {
+    return lowercasedExtension(file) == packageExtension;
+}
+
+/// Where the image goes when that need not be asked.
+std::optional<PasteImageChoice> obviousChoice(const PastedImage& image,
+                                              const PaintProject* project) {
+    if (!project) return std::nullopt;
+    const bool isLarger =
+        project->canvasWidth < image.width || project->canvasHeight < image.height;
+    if (isLarger) return std::nullopt;
+    return PasteImageChoice::keepCanvasSize;
+}
+
+QPointF originOf(const PastedImage& image) {
+    if (!image.sourceX || !image.sourceY) return {0.0, 0.0};
+    return {*image.sourceX, *image.sourceY};
+}
+
+/// The size of a canvas that holds the image too.
+QSizeF sizeWith(const PaintProject& project, const PastedImage& image) {
+    const QPointF origin = originOf(image);
+    return {std::max(origin.x() + image.width, project.canvasWidth),
+            std::max(origin.y() + image.height, project.canvasHeight)};
+}
+
+/// Gives the canvas room to the right and downward; the layers keep their distance from the top
+/// left. False, with nothing changed, when no picture can be so large.
+bool expandCanvas(PaintProject& project, QSizeF size) {
+    if (size == QSizeF(project.canvasWidth, project.canvasHeight)) return true;
+    std::vector<model::PaintLayer> layers = project.layers;
+    for (model::PaintLayer& layer : layers) {
+        raster::RasterImage canvas =
+            raster::LayerRasterService::transparentImage(size.width(), size.height());
+        if (canvas.isNull()) return false;
+        const raster::RasterImage former = raster::LayerRasterService::renderLayer(
+            layer, project.canvasWidth, project.canvasHeight);
+        raster::LayerRasterService::drawImage(canvas, former,
+                                              QRect(0, 0, former.width(), former.height()));
+        layer.bitmapPNGData = raster::LayerRasterService::pngData(canvas);
+    }
+    project.layers = std::move(layers);
+    project.canvasWidth = size.width();
+    project.canvasHeight = size.height();
+    return true;
+}
+
+/// The layer that pasted pixels will be put down on: the selected one, or a new one on top where
+/// that is locked or gone.
+QUuid layerForPaste(PaintProject& project) {
+    const model::PaintLayer* selected = project.selectedLayer();
+    if (selected && !selected->isLocked) return selected->id;
+    const model::PaintLayer layer = emptyLayer(QStringLiteral("Pasted Image"));
+    project.layers.push_back(layer);
+    project.selectedLayerID = layer.id;
+    return layer.id;
+}
+
+void floatImage(PaintProject& project, const PastedImage& image) {
+    const QPointF origin = originOf(image);
+    project.floatingSelection = model::FloatingPixelSelection{image.pngData, image.width,
+                                                              image.height, layerForPaste(project)};
+    project.isCanvasSelected = true;
+    project.pixelSelection =
+        model::PixelSelection{origin.x(), origin.y(), image.width, image.height, std::nullopt};
+}
+
+} // namespace
+
+std::optional<PastedImage> ProjectStore::imageInFile(const QUrl& file) const {
+    const QString path = fileLocation(file).toLocalFile();
+    if (lowercasedExtension(file) != svgExtension) {
+        const auto image = raster::readImageFile(path);
+        return image ? pastedImageOf(*image) : std::nullopt;
+    }
+    QFile drawing(path);
+    if (!m_environment.svgImport || !drawing.open(QIODevice::ReadOnly)) return std::nullopt;
+    return m_environment.svgImport(drawing.readAll());
+}
+
+std::optional<PastedImage> ProjectStore::imageOnClipboard() {
+    const QByteArray svg = m_clipboard.svgData();
+    if (!svg.isEmpty() && m_environment.svgImport) {
+        if (auto image = m_environment.svgImport(svg)) return image;
+    }
+    if (auto image = m_clipboard.pastedImage()) return image;
+    const QList<QUrl> files = m_clipboard.copiedFiles();
+    return files.isEmpty() ? std::nullopt : imageInFile(files.first());
+}
+
+std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
+    const PaintProject* active = activeProject();
+    auto choice = obviousChoice(image, active);
+    if (!choice)
+        choice = m_environment.panels.choosePasteAction(
+            {image.width, image.height},
+            active ? PasteTarget::smallerCanvas : PasteTarget::noProject);
+    switch (*choice) {
+        case PasteImageChoice::openAsNewProject:
+            return createProject(image);
+        case PasteImageChoice::expandCanvas:
+            return pasteImageIntoActiveProject(image, PastedCanvas::expanded);
+        case PasteImageChoice::keepCanvasSize:
+            return pasteImageIntoActiveProject(image, PastedCanvas::kept);
+        case PasteImageChoice::cancel:
+            break;
+    }
+    setStatusMessage(QStringLiteral("Paste cancelled"));
+    return std::nullopt;
+}
+
+std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const PastedImage& image,
+                                                                      PastedCanvas canvas) {
+    PaintProject* project = projectToEdit();
+    if (!project) return createProject(image);
+    const bool expands = canvas == PastedCanvas::expanded;
+    if (expands && !expandCanvas(*project, sizeWith(*project, image))) {
+        setStatusMessage(QStringLiteral("Paste failed: the canvas would be too large"));
+        return std::nullopt;
+    }
+    floatImage(*project, image);
+    const QUuid id = finishEdit(*project);
+    selectTool(model::PaintTool::moveSelectedPixels);
+    setStatusMessage(expands ? QStringLiteral("Pasted image as selected pixels and expanded canvas")
+                             : QStringLiteral("Pasted image as selected pixels"));
+    if (expands)
+        recordHistory(id, QStringLiteral("Expand Canvas"),
+                      QStringLiteral("arrow.up.left.and.arrow.down.right"));
+    else
+        recordHistory(id, QStringLiteral("Paste"), QStringLiteral("doc.on.clipboard"));
+    const PaintProject* pasted = this->project(id);
+    return pasted ? std::optional(*pasted) : std::nullopt;
+}
+
+std::optional<PastedImage> ProjectStore::droppedImage(const DroppedContents& contents) const {
+    if (!contents.svg.isEmpty())
+        return m_environment.svgImport ? m_environment.svgImport(contents.svg) : std::nullopt;
+    if (!contents.picture.isEmpty()) {
+        const auto image = raster::readImage(contents.picture);
+        return image ? pastedImageOf(*image) : std::nullopt;
+    }
+    const auto file = std::ranges::find_if_not(contents.files, isPackage);
+    return file == contents.files.end() ? std::nullopt : imageInFile(*file);
+}
+
+std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& contents,
+                                                     DropTarget target) {
+    std::optional<PaintProject> shown;
+    bool hasPackages = false;
+    for (const QUrl& file : contents.files) {
+        if (!isPackage(file)) continue;
+        hasPackages = true;
+        if (auto opened = openProject(file)) shown = std::move(opened);
+    }
+    const auto image = droppedImage(contents);
+    if (image) {
+        auto pasted = target == DropTarget::editor ? pasteImage(*image) : createProject(*image);
+        return pasted ? pasted : shown;
+    }
+    if (!hasPackages) setStatusMessage(QStringLiteral("Drop failed: no image found"));
+    return shown;
+}
+
+void ProjectStore::removeOldClipboardFiles() {
+    const bool endedCleanly = !QFile::exists(
+        persistence::AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    if (endedCleanly) m_clipboard.removeOldFiles(m_environment.clock.now());
+}
+
+} // namespace quillabrae::store

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/MemoryPasteboard.h"
+#include "platform/QtMimeSource.h"
+
+#include <QMimeData>
+
+#include <gtest/gtest.h>
+
+namespace quillabrae::platform {
+namespace {
+
+QUrl file(const QString& path) {
+    return QUrl::fromLocalFile(path);
+}
+
+TEST(MimeSource, NamesTheFilesOfThisMachineInOrder) {
+    MemoryPasteboard source;
+    source.put({{MimeTypes::uriList,
+                 "# from a file manager\r\nfile:///home/a%20b.png\r\n"
+                 "https://example.org/c.png\r\nfile://localhost/home/folder/\r\n"}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>({file(QStringLiteral("/home/a b.png")),
+                                               file(QStringLiteral("/home/folder"))}));
+}
+
+TEST(MimeSource, ReadsTheFileManagersFormWithoutItsFirstWord) {
+    MemoryPasteboard source;
+    for (const char* word : {"copy", "cut"}) {
+        source.put({{MimeTypes::copiedFiles, QByteArray(word) + "\nfile:///a.png\nfile:///b.png"}});
+        EXPECT_EQ(localFiles(source).size(), 2) << word;
+    }
+    source.put({{MimeTypes::uriList, "https://example.org/c.png"},
+                {MimeTypes::copiedFiles, "copy\nfile:///a.png"}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>{file(QStringLiteral("/a.png"))});
+}
+
+TEST(MimeSource, HasNoFilesInRubbish) {
+    MemoryPasteboard source;
+    EXPECT_TRUE(localFiles(source).isEmpty());
+    source.put({{MimeTypes::uriList, QByteArray("\0\xff\n::::\nfile:\n", 13)}});
+    EXPECT_TRUE(localFiles(source).isEmpty());
+}
+
+TEST(MimeSource, WritesFilesSoThatTheyAreReadBack) {
+    const QUrl odd = file(QStringLiteral("/home/\u00e9t\u00e9 100%/#1?.png"));
+    MemoryPasteboard source;
+    source.put({{MimeTypes::uriList, uriListOf(odd)}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>{odd});
+    source.put({{MimeTypes::copiedFiles, copiedFilesOf(odd)}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>{odd});
+}
+
+TEST(MimeSource, FindsTextUnderItsTypeWithOrWithoutACharset) {
+    MemoryPasteboard source;
+    source.put({{MimeTypes::png, "x"}, {QStringLiteral("text/plain;charset=utf-8"), "words"}});
+    EXPECT_EQ(textOf(source), QStringLiteral("words"));
+    source.put({{QStringLiteral("text/html"), "<p>"}, {MimeTypes::text, "\xc3\xa9"}});
+    EXPECT_EQ(textOf(source), QStringLiteral("\u00e9"));
+    source.put({{QStringLiteral("text/plainly"), "no"}});
+    EXPECT_TRUE(textOf(source).isEmpty());
+}
+
+TEST(QtMimeSource, ShowsADragAsItIs) {
+    QMimeData drag;
+    drag.setUrls({file(QStringLiteral("/a.png")), QUrl(QStringLiteral("https://example.org/b"))});
+    drag.setData(MimeTypes::png, "pixels");
+    const QtMimeSource source(drag);
+    EXPECT_EQ(source.types(), QStringList({MimeTypes::uriList, MimeTypes::png}));
+    EXPECT_EQ(source.data(MimeTypes::png), QByteArray("pixels"));
+    EXPECT_EQ(localFiles(source), QList<QUrl>{file(QStringLiteral("/a.png"))});
+    EXPECT_TRUE(source.data(MimeTypes::svg).isEmpty());
+}
+
+} // namespace
+} // namespace quillabrae::platform
