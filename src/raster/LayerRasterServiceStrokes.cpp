@@ -4,8 +4,10 @@
 #include "raster/BlendKernels.h"
 #include "raster/Capsule.h"
 #include "raster/LayerRasterService.h"
+#include "raster/LayerRasterServiceShapes.h"
 #include "raster/Parallel.h"
 #include "raster/StrokeEdge.h"
+#include "raster/StrokeLimits.h"
 
 #include <algorithm>
 #include <array>
@@ -19,28 +21,16 @@ using model::CanvasPoint;
 using model::PaintStroke;
 using model::PaintTool;
 
-/// What a stroke is drawn on.
-struct Surface {
-    RasterImage& image;
-    double canvasWidth;
-    double canvasHeight;
-};
-
 enum class Compositing { sourceOver, destinationOut };
 
 /// Work for one thread that is worth waking another for.
 constexpr int pixelsPerBand = 1 << 15;
 
-/// Far outside every canvas, near enough for exact arithmetic.
-constexpr double farAway = 1e7;
-
 std::vector<CanvasPoint> drawablePoints(const std::vector<CanvasPoint>& points) {
     std::vector<CanvasPoint> drawable;
     drawable.reserve(points.size());
     for (const CanvasPoint& point : points) {
-        if (!std::isfinite(point.x) || !std::isfinite(point.y)) continue;
-        drawable.push_back(
-            {std::clamp(point.x, -farAway, farAway), std::clamp(point.y, -farAway, farAway)});
+        if (const auto held = drawablePoint(point)) drawable.push_back(*held);
     }
     return drawable;
 }
@@ -191,23 +181,23 @@ QRect drawLine(const PaintStroke& stroke, std::optional<double> hardness,
 }
 
 /// A brush's edge is always hard.
-QRect drawBrush(const PaintStroke& stroke, Surface& surface) {
-    return drawLine(stroke, std::nullopt, stroke.color, Compositing::sourceOver, surface.image);
+QRect drawBrush(const PaintStroke& stroke, RasterImage& image) {
+    return drawLine(stroke, std::nullopt, stroke.color, Compositing::sourceOver, image);
 }
 
-QRect drawPencil(const PaintStroke& stroke, Surface& surface) {
-    return drawLine(stroke, stroke.hardness, stroke.color, Compositing::sourceOver, surface.image);
+QRect drawPencil(const PaintStroke& stroke, RasterImage& image) {
+    return drawLine(stroke, stroke.hardness, stroke.color, Compositing::sourceOver, image);
 }
 
 /// Removes what a pencil of full strength would add.
-QRect drawEraser(const PaintStroke& stroke, Surface& surface) {
+QRect drawEraser(const PaintStroke& stroke, RasterImage& image) {
     constexpr model::ColorValue black{0.0, 0.0, 0.0, 1.0};
-    return drawLine(stroke, stroke.hardness, black, Compositing::destinationOut, surface.image);
+    return drawLine(stroke, stroke.hardness, black, Compositing::destinationOut, image);
 }
 
 struct ToolRow {
     PaintTool tool;
-    QRect (*draw)(const PaintStroke& stroke, Surface& surface);
+    QRect (*draw)(const PaintStroke& stroke, RasterImage& image);
 };
 
 /// Tools that are not listed draw nothing.
@@ -215,17 +205,18 @@ constexpr std::array toolRows{
     ToolRow{PaintTool::paintbrush, drawBrush}, ToolRow{PaintTool::cloneStamp, drawBrush},
     ToolRow{PaintTool::recolor, drawBrush},    ToolRow{PaintTool::pencil, drawPencil},
     ToolRow{PaintTool::lineCurve, drawPencil}, ToolRow{PaintTool::eraser, drawEraser},
+    ToolRow{PaintTool::paintBucket, fillBox},  ToolRow{PaintTool::gradient, drawGradient},
+    ToolRow{PaintTool::shapes, drawShape},     ToolRow{PaintTool::rectangle, drawRectangle},
+    ToolRow{PaintTool::ellipse, drawEllipse},
 };
 
 } // namespace
 
-QRect drawStroke(const PaintStroke& stroke, RasterImage& image, double canvasWidth,
-                 double canvasHeight) {
+QRect drawStroke(const PaintStroke& stroke, RasterImage& image, double, double) {
     if (stroke.points.empty() || image.isNull()) return {};
     const auto row = std::ranges::find(toolRows, stroke.tool, &ToolRow::tool);
     if (row == toolRows.end()) return {};
-    Surface surface{image, canvasWidth, canvasHeight};
-    return row->draw(stroke, surface);
+    return row->draw(stroke, image);
 }
 
 } // namespace quillabrae::raster::LayerRasterService

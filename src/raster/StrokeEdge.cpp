@@ -4,6 +4,8 @@
 // through all of them is the product of what shows through each.
 #include "raster/StrokeEdge.h"
 
+#include "raster/StrokeLimits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -11,8 +13,6 @@
 namespace quillabrae::raster {
 namespace {
 
-/// Far wider than any brush; keeps the table within bounds.
-constexpr double maximumLineWidth = 65'536.0;
 constexpr double fullHardness = 100.0;
 constexpr double hardCore = 0.995;
 constexpr double maximumCore = 0.98;
@@ -88,7 +88,7 @@ std::optional<double> softCore(std::optional<double> hardness) {
 
 std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardness, double alpha,
                                    StrokeForm form) {
-    const double width = lineWidth > 0.0 ? std::min(lineWidth, maximumLineWidth) : 0.0;
+    const double width = drawableWidth(lineWidth);
     const std::optional<double> soft = softCore(hardness);
     if (!soft) return {{passRadius(width, form), alpha}};
 
