@@ -3,6 +3,7 @@
 
 #include "persistence/FileError.h"
 #include "persistence/FileSink.h"
+#include "persistence/ImageCodecs.h"
 #include "raster/PngCodec.h"
 
 #include <QBuffer>
@@ -12,6 +13,7 @@
 
 namespace quillabrae::persistence {
 
+using ImageCodecs::Encoding;
 using platform::WorkControl;
 
 namespace {
@@ -28,7 +30,7 @@ QImage opaqueView(const raster::RasterImage& picture) {
                   static_cast<qsizetype>(picture.stride()), QImage::Format_RGBX8888);
 }
 
-struct Encoding {
+struct QtEncoding {
     const char* format = nullptr;
     /// 0 to 100; -1 leaves it to the encoder.
     int quality = -1;
@@ -49,7 +51,7 @@ private:
 };
 
 void writeThroughQt(const raster::RasterImage& picture, platform::DurableFile& file,
-                    const WorkControl& control, const Encoding& encoding) {
+                    const WorkControl& control, const QtEncoding& encoding) {
     StoppableBuffer buffer(control);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, encoding.format);
@@ -58,6 +60,11 @@ void writeThroughQt(const raster::RasterImage& picture, platform::DurableFile& f
     control.stopIfCancelled();
     if (!isWritten || buffer.data().isEmpty()) failToEncode();
     file.write(buffer.data());
+}
+
+void writeThroughCodec(const raster::RasterImage& picture, platform::DurableFile& file,
+                       const WorkControl& control, Encoding encoding) {
+    if (!ImageCodecs::write(picture, encoding, lossyQuality, file, control)) failToEncode();
 }
 
 model::PngBytes encodedPng(const raster::RasterImage& picture) {
@@ -77,10 +84,25 @@ void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
     writeThroughQt(picture, file, control, {"jpeg", lossyQuality});
 }
 
+void writeHeic(const raster::RasterImage& picture, platform::DurableFile& file,
+               const WorkControl& control) {
+    writeThroughCodec(picture, file, control, Encoding::heic);
+}
+
+void writeGif(const raster::RasterImage& picture, platform::DurableFile& file,
+              const WorkControl& control) {
+    writeThroughCodec(picture, file, control, Encoding::gif);
+}
+
+void writeJpeg2000(const raster::RasterImage& picture, platform::DurableFile& file,
+                   const WorkControl& control) {
+    writeThroughCodec(picture, file, control, Encoding::jpeg2000);
+}
+
 void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
                const WorkControl& control) {
-    if (QImageWriter::supportedImageFormats().contains("webp"))
-        writeThroughQt(picture, file, control, {"webp", lossyQuality});
+    if (ImageCodecs::areAvailable())
+        writeThroughCodec(picture, file, control, Encoding::webp);
     else
         writeWebPWithEncoder(picture, file, webPEncoder(), QDir::tempPath(), control);
 }
@@ -109,10 +131,6 @@ void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file, c
                    "\" xlink:href=\"data:image/png;base64,"));
     sink.writeBase64(png.bytes());
     sink.write(QByteArray("\"/>\n</svg>"));
-}
-
-void writeUnsupported(const raster::RasterImage&, platform::DurableFile&, const WorkControl&) {
-    failToEncode();
 }
 
 } // namespace quillabrae::persistence

@@ -19,9 +19,15 @@ void writePng(const raster::RasterImage& picture, platform::DurableFile& file,
               const platform::WorkControl& control);
 void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
                const platform::WorkControl& control);
-/// Through Qt where it has a writer, else through the `cwebp` program.
+/// Through our codec program where it is installed, else through the program `cwebp`.
 void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
                const platform::WorkControl& control);
+void writeHeic(const raster::RasterImage& picture, platform::DurableFile& file,
+               const platform::WorkControl& control);
+void writeGif(const raster::RasterImage& picture, platform::DurableFile& file,
+              const platform::WorkControl& control);
+void writeJpeg2000(const raster::RasterImage& picture, platform::DurableFile& file,
+                   const platform::WorkControl& control);
 void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file,
                const platform::WorkControl& control);
 void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
@@ -29,9 +35,6 @@ void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
 /// One embedded picture, not a drawing of vectors.
 void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file,
               const platform::WorkControl& control);
-/// For formats that this program has no writer for: throws that the image could not be encoded.
-void writeUnsupported(const raster::RasterImage& picture, platform::DurableFile& file,
-                      const platform::WorkControl& control);
 
 /// The first of the known places that holds a `cwebp` that can be run; empty when none does.
 QString webPEncoder();

@@ -29,13 +29,13 @@ struct Row {
 constexpr std::array<Row, saveFormatCount - 1> table{{
     {SaveFormat::png, Background::transparent, writePng},
     {SaveFormat::jpeg, Background::white, writeJpeg},
-    {SaveFormat::heic, Background::white, writeUnsupported},
+    {SaveFormat::heic, Background::white, writeHeic},
     {SaveFormat::webp, Background::white, writeWebP},
     {SaveFormat::tiff, Background::white, writeTiff},
     {SaveFormat::svg, Background::white, writeSvg},
     {SaveFormat::bmp, Background::white, writeBmp},
-    {SaveFormat::gif, Background::white, writeUnsupported},
-    {SaveFormat::jpeg2000, Background::white, writeUnsupported},
+    {SaveFormat::gif, Background::white, writeGif},
+    {SaveFormat::jpeg2000, Background::white, writeJpeg2000},
 }};
 
 void fillWithWhite(raster::RasterImage& image) {

@@ -236,12 +236,6 @@ TEST_F(Exporting, AProjectIsSavedAsAPackage) {
     EXPECT_EQ(ProjectFileService::read(url).layers, project.layers);
 }
 
-TEST_F(Exporting, AFormatThatNothingHereWritesSaysSoAndLeavesNoFile) {
-    for (const SaveFormat format : {SaveFormat::heic, SaveFormat::gif, SaveFormat::jpeg2000})
-        EXPECT_EQ(saveError(samples::twoLayers(), format), "The image could not be encoded.");
-    EXPECT_TRUE(names().isEmpty());
-}
-
 TEST_F(Exporting, ACanvasTooLargeForAPictureSaysSo) {
     model::PaintProject project = samples::twoLayers();
     project.canvasWidth = 1e9;
