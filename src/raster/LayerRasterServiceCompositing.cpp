@@ -2,16 +2,13 @@
 // Drawing images onto surfaces.
 #include "raster/BlendKernels.h"
 #include "raster/DecodeCache.h"
+#include "raster/Flatten.h"
 #include "raster/LayerRasterService.h"
 #include "raster/Stretch.h"
 #include "raster/SurfaceSize.h"
 
 namespace quillabrae::raster::LayerRasterService {
 namespace {
-
-QRect wholeOf(const RasterImage& image) {
-    return {0, 0, image.width(), image.height()};
-}
 
 /// `image` stretched to that size, of which `logicalSize` is the unrounded form.
 RasterImage fitted(const RasterImage& image, QSize size, QSizeF logicalSize) {
@@ -44,11 +41,10 @@ RasterImage renderLayer(const model::PaintLayer& layer, double canvasWidth, doub
 
 void flatten(const model::PaintLayer& upper, model::PaintLayer& lower, double canvasWidth,
              double canvasHeight) {
-    RasterImage merged = transparentImage(canvasWidth, canvasHeight);
-    drawImage(merged, renderLayer(lower, canvasWidth, canvasHeight), wholeOf(merged),
-              lower.opacity);
-    drawImage(merged, renderLayer(upper, canvasWidth, canvasHeight), wholeOf(merged),
-              upper.opacity);
+    const RasterImage below = renderLayer(lower, canvasWidth, canvasHeight);
+    const RasterImage above = renderLayer(upper, canvasWidth, canvasHeight);
+    const RasterImage merged =
+        flattenedImage({below, unitByte(lower.opacity)}, {above, unitByte(upper.opacity)});
     lower.bitmapPNGData = pngData(merged);
     lower.opacity = 1.0;
 }

@@ -3,9 +3,11 @@
 
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRewrite.h"
+#include "raster/RotateZoom.h"
 #include "raster/Stretch.h"
 #include "raster/SurfaceSize.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quillabrae::raster::LayerRasterService {
@@ -19,17 +21,24 @@ std::optional<SelectionCoverage> coverageOf(const std::optional<model::PixelSele
                                  canvasHeight);
 }
 
+/// Edits that change nothing outside the rectangle.
+QRect withinRectangle(const QRect& rect) {
+    return rect;
+}
+
 /// Rewrites the layer by `edit(image, coverage)`, unless nothing is covered or `edit` gives null.
-template <typename Edit>
+/// `reach` gives what an edit of a rectangle may change.
+template <typename Edit, typename Reach = decltype(&withinRectangle)>
 bool rewriteCovered(model::PaintLayer& layer, double canvasWidth, double canvasHeight,
-                    const std::optional<model::PixelSelection>& selection, Edit edit) {
+                    const std::optional<model::PixelSelection>& selection, Edit edit,
+                    Reach reach = withinRectangle) {
     const auto coverage = coverageOf(selection, canvasWidth, canvasHeight);
     if (!coverage) return false;
     const LayerRewrite rewrite(layer, canvasWidth, canvasHeight);
     if (rewrite.image().isNull()) return false;
     const RasterImage edited = edit(rewrite.image(), *coverage);
     if (edited.isNull()) return false;
-    rewrite.store(edited, coverage->rect());
+    rewrite.store(edited, reach(coverage->rect()));
     return true;
 }
 
@@ -138,6 +147,20 @@ bool alignOpaquePixels(model::PaintLayer& layer, double canvasWidth, double canv
     const QPointF way = place - block->topLeft();
     if (std::abs(way.x()) < 0.5 && std::abs(way.y()) < 0.5) return false;
     return moveOpaquePixels(layer, canvasWidth, canvasHeight, *block, place);
+}
+
+bool rotateZoomLayerPixels(model::PaintLayer& layer, double canvasWidth, double canvasHeight,
+                           const std::optional<model::PixelSelection>& selection,
+                           double angleDegrees, double zoomPercentage) {
+    if (!std::isfinite(angleDegrees) || !std::isfinite(zoomPercentage)) return false;
+    const RotateZoom turn{.angleDegrees = angleDegrees,
+                          .scale = std::max(zoomPercentage / 100.0, 0.01)};
+    return rewriteCovered(
+        layer, canvasWidth, canvasHeight, selection,
+        [&turn](const RasterImage& image, const SelectionCoverage& coverage) {
+            return rotateZoomedImage(image, coverage, turn);
+        },
+        [&turn](const QRect& rect) { return turn.reach(rect); });
 }
 
 RasterImage transformedImage(const RasterImage& image, double canvasWidth, double canvasHeight,

@@ -61,6 +61,14 @@ bool alignOpaquePixels(model::PaintLayer& layer, double canvasWidth, double canv
                        const QRectF& targetRect, AlignHorizontalTarget horizontalTarget,
                        AlignVerticalTarget verticalTarget);
 
+/// Turns the selected pixels, or all of them, about the centre of their rectangle, clockwise on the
+/// screen, and scales them; at least to a hundredth. They are sampled without interpolation, not
+/// clipped to the rectangle, and lost where they leave the canvas. False for values that are not
+/// finite.
+bool rotateZoomLayerPixels(model::PaintLayer& layer, double canvasWidth, double canvasHeight,
+                           const std::optional<model::PixelSelection>& selection,
+                           double angleDegrees, double zoomPercentage);
+
 /// `image` stretched to `targetRect`, nearest-neighbour, on a transparent canvas.
 RasterImage transformedImage(const RasterImage& image, double canvasWidth, double canvasHeight,
                              const QRectF& targetRect);

@@ -3,7 +3,9 @@
 #include "raster/Stretch.h"
 
 #include "raster/BlendKernels.h"
+#include "raster/GatherKernel.h"
 #include "raster/Parallel.h"
+#include "raster/RowBands.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,34 +14,57 @@
 namespace quillabrae::raster {
 namespace {
 
-/// Work for one thread that is worth waking another for.
-constexpr std::size_t pixelsPerBand = 1U << 16;
+/// The rows of a stretch: what each destination row shows, for the functions
+/// that write it.
+class SampledRows {
+public:
+    SampledRows(RasterImage& destination, const RasterImage& source, const AxisSamples& columns,
+                const AxisSamples& rows)
+        : m_source(source),
+          m_columns(columns),
+          m_rows(rows),
+          m_isShift(columns.isShift()),
+          m_gather(m_isShift ? std::span<const std::int32_t>() : columns.source, source.width()),
+          m_target(destination.mutableBytes().data() + 4 * static_cast<std::size_t>(columns.first)),
+          m_stride(destination.stride()) {}
 
-/// Calls `fn(destination, source, count)` for each row of the stretch; `source` is the row's pixels
-/// in the destination's order.
-template <typename Fn>
-void forSampledRows(RasterImage& destination, const RasterImage& source, const AxisSamples& columns,
-                    const AxisSamples& rows, Fn fn) {
-    if (destination.isNull() || source.isNull() || columns.isEmpty() || rows.isEmpty()) return;
-    const std::size_t count = columns.source.size();
-    const bool isShift = columns.isShift();
-    std::uint8_t* const target = destination.mutableBytes().data();
-    const auto rowsPerBand = static_cast<int>(std::max<std::size_t>(pixelsPerBand / count, 1));
-    parallelForRowBands(
-        static_cast<int>(rows.source.size()), rowsPerBand, [&](int first, int last) {
-            std::vector<std::uint8_t> gathered(isShift ? 0 : 4 * count);
-            for (int i = first; i < last; ++i) {
-                const auto y = static_cast<std::size_t>(rows.first) + static_cast<std::size_t>(i);
-                const std::uint8_t* sourceRow =
-                    source.row(rows.source[static_cast<std::size_t>(i)]);
-                if (!isShift)
-                    gatherPixels(gathered.data(), sourceRow, columns.source.data(), count);
-                fn(target + y * destination.stride() + 4 * static_cast<std::size_t>(columns.first),
-                   isShift ? sourceRow + 4 * static_cast<std::size_t>(columns.source.front())
-                           : gathered.data(),
-                   count);
-            }
-        });
+    std::size_t pixelCount() const { return m_columns.source.size(); }
+    bool isShift() const { return m_isShift; }
+    bool repeatsLast(int i) const { return sourceRow(i) == sourceRow(i - 1); }
+
+    std::uint8_t* target(int i) const {
+        return m_target +
+               (static_cast<std::size_t>(m_rows.first) + static_cast<std::size_t>(i)) * m_stride;
+    }
+    /// The row's pixels as they lie in the source; those of a shift are what it
+    /// shows.
+    const std::uint8_t* shifted(int i) const {
+        return m_source.row(sourceRow(i)) + 4 * static_cast<std::size_t>(m_columns.source.front());
+    }
+    void gather(int i, std::uint8_t* to) const { m_gather(m_source.row(sourceRow(i)), to); }
+
+    /// Calls `fn(first, last)` for bands of rows.
+    template <typename Fn>
+    void forBands(Fn fn) const {
+        const auto count = static_cast<int>(m_rows.source.size());
+        parallelForRowBands(count, rowsPerBand(static_cast<int>(pixelCount())), fn);
+    }
+
+private:
+    int sourceRow(int i) const { return m_rows.source[static_cast<std::size_t>(i)]; }
+
+    const RasterImage& m_source;
+    const AxisSamples& m_columns;
+    const AxisSamples& m_rows;
+    bool m_isShift;
+    RowGather m_gather;
+    std::uint8_t* m_target;
+    std::size_t m_stride;
+};
+
+bool isNothingSampled(const RasterImage& destination, const RasterImage& source,
+                      const AxisSamples& columns, const AxisSamples& rows) {
+    return destination.isNull() || source.isNull() || columns.isEmpty() || rows.isEmpty();
 }
 
 } // namespace
@@ -87,19 +112,36 @@ AxisSamples stretchSamples(int sourceCount, double targetStart, double targetLen
 
 void drawSamples(RasterImage& destination, const RasterImage& source, const AxisSamples& columns,
                  const AxisSamples& rows, std::uint8_t fraction) {
-    if (fraction == 0) return;
-    forSampledRows(destination, source, columns, rows,
-                   [fraction](std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
-                       sourceOverPixels(to, from, count, fraction);
-                   });
+    if (fraction == 0 || isNothingSampled(destination, source, columns, rows)) return;
+    const SampledRows sampled(destination, source, columns, rows);
+    const std::size_t count = sampled.pixelCount();
+    sampled.forBands([&](int first, int last) {
+        std::vector<std::uint8_t> gathered(sampled.isShift() ? 0 : 4 * count);
+        for (int i = first; i < last; ++i) {
+            if (sampled.isShift()) {
+                sourceOverPixels(sampled.target(i), sampled.shifted(i), count, fraction);
+                continue;
+            }
+            if (i == first || !sampled.repeatsLast(i)) sampled.gather(i, gathered.data());
+            sourceOverPixels(sampled.target(i), gathered.data(), count, fraction);
+        }
+    });
 }
 
 void copySamples(RasterImage& destination, const RasterImage& source, const AxisSamples& columns,
                  const AxisSamples& rows) {
-    forSampledRows(destination, source, columns, rows,
-                   [](std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
-                       std::memcpy(to, from, 4 * count);
-                   });
+    if (isNothingSampled(destination, source, columns, rows)) return;
+    const SampledRows sampled(destination, source, columns, rows);
+    sampled.forBands([&](int first, int last) {
+        for (int i = first; i < last; ++i) {
+            if (sampled.isShift())
+                std::memcpy(sampled.target(i), sampled.shifted(i), 4 * sampled.pixelCount());
+            else if (i != first && sampled.repeatsLast(i))
+                std::memcpy(sampled.target(i), sampled.target(i - 1), 4 * sampled.pixelCount());
+            else
+                sampled.gather(i, sampled.target(i));
+        }
+    });
 }
 
 } // namespace quillabrae::raster

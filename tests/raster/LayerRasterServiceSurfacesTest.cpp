@@ -153,6 +153,27 @@ TEST(Flatten, BakesBothOpacitiesIntoTheLowerLayer) {
     EXPECT_EQ(decodePng(*lower.bitmapPNGData), filledImage(3, 3, expected));
 }
 
+TEST(Flatten, AgreesWithTheDefinition) {
+    std::mt19937 random(6);
+    std::uniform_int_distribution<int> side(1, 40);
+    for (int round = 0; round < 60; ++round) {
+        const int width = side(random), height = side(random);
+        const RasterImage below = randomImage(width, height, random);
+        const RasterImage above = randomImage(width, height, random);
+        const int belowFraction = round % 4 == 0 ? 255 : static_cast<int>(random() % 256);
+        const int aboveFraction = round % 5 == 0 ? 0 : static_cast<int>(random() % 256);
+        RasterImage expected(width, height);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                setPixel(expected, x, y,
+                         bookSourceOver(bookSourceOver({}, pixelAt(below, x, y), belowFraction),
+                                        pixelAt(above, x, y), aboveFraction));
+        model::PaintLayer lower = layerOf(below, belowFraction / 255.0);
+        flatten(layerOf(above, aboveFraction / 255.0), lower, width, height);
+        ASSERT_EQ(decodePng(*lower.bitmapPNGData), expected) << round;
+    }
+}
+
 TEST(Flatten, OfTwoLayersWithoutPixelsStoresATransparentCanvas) {
     model::PaintLayer lower;
     flatten({}, lower, 2, 2);
