@@ -9,8 +9,9 @@ namespace quillabrae::replay {
 
 std::span<VerbTable (*const)()> verbFamilies() {
     static constexpr VerbTable (*families[])() = {
-        storeProjectVerbs, storeFileVerbs, storeLayerVerbs, editVerbs,   promptVerbs,
-        lookVerbs,         controlVerbs,   canvasVerbs,     rasterVerbs, rasterMaskVerbs,
+        storeProjectVerbs, storeFileVerbs,  storeLayerVerbs,  editVerbs,
+        promptVerbs,       lookVerbs,       controlVerbs,     canvasVerbs,
+        rasterVerbs,       rasterMaskVerbs, rasterLayerVerbs,
     };
     return families;
 }

@@ -33,6 +33,7 @@ VerbTable lookVerbs();
 VerbTable controlVerbs();
 VerbTable canvasVerbs();
 VerbTable rasterVerbs();
+VerbTable rasterLayerVerbs();
 VerbTable rasterMaskVerbs();
 
 std::span<VerbTable (*const)()> verbFamilies();
