@@ -249,6 +249,16 @@ TEST(MagicWandSelection, AtZeroJoinsEqualColorsOnly) {
     EXPECT_EQ(wand(image, {0, 0}, 1), (Rows{"###", "###", "###"}));
 }
 
+TEST(MagicWandSelection, TakesTheLargestDistanceOfColorsFor1732Thousandths) {
+    // White against (0, 0, 8) is sqrt(191059) / 255 = 1.71413 away: 98.9682 percent of 1.732, and
+    // 98.9653 of the root of 3.
+    RasterImage image(2, 1);
+    setPixel(image, 0, 0, white);
+    setPixel(image, 1, 0, {0, 0, 8, 255});
+    EXPECT_EQ(wand(image, {0, 0}, 98.967), (Rows{"#."}));
+    EXPECT_EQ(wand(image, {0, 0}, 98.97), (Rows{"##"}));
+}
+
 TEST(MagicWandSelection, AtAHundredIsTheWholeCanvasWithoutAMask) {
     for (const double percentage : {100.0, 150.0, infinity})
         EXPECT_EQ(Engine::magicWandSelection(PaintLayer(), 9, 7.5, {3, 3}, percentage),
