@@ -5,8 +5,8 @@
 #include "raster/LayerRasterServiceText.h"
 
 #include "raster/BlendKernels.h"
-#include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
+#include "raster/LayerRewrite.h"
 #include "raster/TextLayout.h"
 
 #include <algorithm>
@@ -44,15 +44,6 @@ void clip(RasterImage& picture, const QRectF& box) {
     if (right > 0) fadeColumn(right);
 }
 
-/// The picture's encoding, made from the layer's where only `changed` differs from it.
-std::optional<model::PngBytes> rewritten(const RasterImage& image,
-                                         const std::optional<model::PngBytes>& previous,
-                                         const QRect& changed) {
-    if (image.isNull()) return std::nullopt;
-    if (!previous || decodedImage(*previous).isNull()) return pngData(image);
-    return encodedImage(image, *previous, {changed.top(), changed.top() + changed.height()});
-}
-
 } // namespace
 
 QRect drawText(const TextLayout& layout, RasterImage& image, model::CanvasPoint at,
@@ -76,10 +67,11 @@ QRect drawText(const TextLayout& layout, RasterImage& image, model::CanvasPoint 
 void drawText(const QString& text, model::PaintLayer& layer, double canvasWidth,
               double canvasHeight, model::CanvasPoint at, const model::ColorValue& color,
               const TextStyle& style, QSizeF textBoxSize) {
-    RasterImage image = renderLayer(layer, canvasWidth, canvasHeight);
+    const LayerRewrite rewrite(layer, canvasWidth, canvasHeight);
+    RasterImage image = rewrite.image();
     const QRect changed =
         drawText(TextLayout(text, style, textBoxSize.width()), image, at, color, textBoxSize);
-    layer.bitmapPNGData = rewritten(image, layer.bitmapPNGData, changed);
+    rewrite.store(image, changed);
 }
 
 } // namespace quillabrae::raster::LayerRasterService

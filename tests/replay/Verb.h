@@ -35,6 +35,8 @@ VerbTable canvasVerbs();
 VerbTable rasterVerbs();
 VerbTable rasterLayerVerbs();
 VerbTable rasterMaskVerbs();
+VerbTable rasterGenerativeVerbs();
+VerbTable rasterTextVerbs();
 
 std::span<VerbTable (*const)()> verbFamilies();
 
