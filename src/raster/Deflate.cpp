@@ -2,6 +2,7 @@
 #include "raster/Deflate.h"
 
 #include "raster/LiteralDeflate.h"
+#include "raster/SparseDeflate.h"
 
 #include <isa-l/igzip_lib.h>
 
@@ -27,6 +28,7 @@ std::size_t deflatedSizeBound(std::size_t size) {
 }
 
 struct BandDeflater::State {
+    SparseDeflater sparse;
     isal_zstream stream{};
     std::vector<std::uint8_t> levelBuffer = std::vector<std::uint8_t>(ISAL_DEF_LVL1_LARGE);
 };
@@ -34,7 +36,9 @@ struct BandDeflater::State {
 BandDeflater::BandDeflater() : m_state(std::make_unique<State>()) {}
 BandDeflater::~BandDeflater() = default;
 
-std::size_t BandDeflater::deflate(ByteSpan bytes, std::span<std::uint8_t> out) {
+std::size_t BandDeflater::deflate(const SparseBytes& sparse, std::span<std::uint8_t> out) {
+    const ByteSpan bytes = sparse.bytes;
+    if (sparse.liveSize() <= bytes.size() / 2) return m_state->sparse.deflate(sparse, out);
     return isNoise(bytes, out) ? deflateLiterals(bytes, out) : deflateWithReferences(bytes, out);
 }
 

@@ -2,20 +2,21 @@
 #pragma once
 
 #include "raster/PngChunks.h"
+#include "raster/SparseBytes.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
 
-/// Raw deflate, fast, over ISA-L and our own coder for noise.
+/// Raw deflate, fast, over ISA-L and our own coders for noise and for mostly nothing.
 namespace quillabrae::raster {
 
 /// The most bytes that `deflateBand` makes of that many.
 std::size_t deflatedSizeBound(std::size_t size);
 
 /// Compresses bytes into a run of deflate blocks, none of them final, that ends on a byte boundary.
-/// Each call starts afresh: the result depends on the bytes alone.
+/// Each call starts afresh: the result depends on the bytes and their live ranges alone.
 class BandDeflater {
 public:
     BandDeflater();
@@ -23,8 +24,9 @@ public:
     BandDeflater(const BandDeflater&) = delete;
     BandDeflater& operator=(const BandDeflater&) = delete;
 
-    /// Returns the bytes written to `out`, which has room for `deflatedSizeBound(bytes.size())`.
-    std::size_t deflate(ByteSpan bytes, std::span<std::uint8_t> out);
+    /// Returns the bytes written to `out`, which has room for
+    /// `deflatedSizeBound(bytes.bytes.size())`.
+    std::size_t deflate(const SparseBytes& bytes, std::span<std::uint8_t> out);
 
 private:
     struct State;

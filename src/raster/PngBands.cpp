@@ -22,6 +22,13 @@ std::size_t bandCount(const PngHeader& header, int rows) {
     return (header.height + step - 1) / step;
 }
 
+/// Zeros leave the sum of the bytes as it is, and add it to the sum of sums again and again.
+std::uint32_t adlerWithZeros(std::uint32_t checksum, std::size_t zeroCount) {
+    const std::uint64_t sum = checksum & 0xffffU;
+    const std::uint64_t sumOfSums = (checksum >> 16) + sum * (zeroCount % adlerModulus);
+    return static_cast<std::uint32_t>(sumOfSums % adlerModulus << 16 | sum);
+}
+
 } // namespace
 
 int rowsPerBand(int width) {
@@ -62,6 +69,17 @@ std::optional<PngBands> readBandIndex(const PngLayout& layout) {
 
 std::uint32_t adlerOf(ByteSpan bytes) {
     return isal_adler32(adlerOfNothing, bytes.data(), bytes.size());
+}
+
+std::uint32_t adlerOf(const SparseBytes& bytes) {
+    std::uint32_t checksum = adlerOfNothing;
+    std::size_t at = 0;
+    for (const ByteRange& range : bytes.live) {
+        checksum = adlerWithZeros(checksum, range.begin - at);
+        checksum = isal_adler32(checksum, bytes.bytes.data() + range.begin, range.size());
+        at = range.end;
+    }
+    return adlerWithZeros(checksum, bytes.bytes.size() - at);
 }
 
 std::uint32_t combinedAdler(std::uint32_t first, std::uint32_t second, std::size_t secondSize) {

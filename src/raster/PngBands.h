@@ -2,6 +2,7 @@
 #pragma once
 
 #include "raster/PngChunks.h"
+#include "raster/SparseBytes.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,6 +46,8 @@ constexpr std::size_t bandedStreamTailSize = bandedStreamTail.size() + 4;
 /// The Adler-32 of nothing.
 constexpr std::uint32_t adlerOfNothing = 1;
 std::uint32_t adlerOf(ByteSpan bytes);
+/// The same; only the live ranges are read.
+std::uint32_t adlerOf(const SparseBytes& bytes);
 /// The Adler-32 of `first` followed by `secondSize` bytes whose Adler-32 is `second`.
 std::uint32_t combinedAdler(std::uint32_t first, std::uint32_t second, std::size_t secondSize);
 

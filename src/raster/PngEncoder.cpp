@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PngEncoder.h"
 
-#include "raster/AlphaKernels.h"
 #include "raster/Parallel.h"
 #include "raster/PngBands.h"
 #include "raster/PngCodec.h"
-#include "raster/PngFilter.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +12,6 @@
 namespace quillabrae::raster {
 namespace {
 
-constexpr std::size_t bytesPerPixel = 4;
 constexpr std::size_t headerLength = 13;
 
 /// A band of the file being made: freshly compressed, or a chunk of the previous file.
@@ -131,56 +128,12 @@ model::PngBytes encodeBands(const RasterImage& image, const PreviousFile* previo
 } // namespace
 
 PngBandEncoder::Band PngBandEncoder::encode(const RasterImage& image, int firstRow, int rowCount) {
-    const std::size_t stride = image.stride();
-    if (isAllZero(image.row(firstRow), stride * static_cast<std::size_t>(rowCount)))
-        return transparentBand({stride, rowCount});
-    m_filtered.resize((stride + 1) * static_cast<std::size_t>(rowCount));
-    filter(image, firstRow, rowCount);
-    return compress();
-}
-
-const PngBandEncoder::Band& PngBandEncoder::transparentBand(Shape shape) {
-    if (shape != m_transparentShape) {
-        const std::size_t filteredRow = shape.rowByteCount + 1;
-        m_filtered.assign(filteredRow * static_cast<std::size_t>(shape.rowCount), 0);
-        for (std::size_t at = 0; at < m_filtered.size(); at += filteredRow)
-            m_filtered[at] = static_cast<std::uint8_t>(at == 0 ? PngFilter::sub : PngFilter::up);
-        m_transparentBand = compress();
-        m_transparentShape = shape;
-    }
-    return m_transparentBand;
-}
-
-void PngBandEncoder::filter(const RasterImage& image, int firstRow, int rowCount) {
-    const std::size_t stride = image.stride();
-    const auto width = static_cast<std::size_t>(image.width());
-    m_straightRows.resize(2 * stride);
-    const std::uint8_t* above = nullptr;
-    std::uint8_t* filtered = m_filtered.data();
-    for (int i = 0; i < rowCount; ++i, filtered += stride + 1) {
-        const std::uint8_t* row = image.row(firstRow + i);
-        if (!isAlphaTrivial(row, width)) {
-            std::uint8_t* straight = m_straightRows.data() + (i % 2 == 0 ? 0 : stride);
-            unpremultiplyPixels(row, straight, width);
-            row = straight;
-        }
-        if (above == nullptr) {
-            filtered[0] = static_cast<std::uint8_t>(PngFilter::sub);
-            filterSub(row, filtered + 1, stride, bytesPerPixel);
-        } else {
-            filtered[0] = static_cast<std::uint8_t>(PngFilter::up);
-            filterUp(row, above, filtered + 1, stride);
-        }
-        above = row;
-    }
-}
-
-PngBandEncoder::Band PngBandEncoder::compress() {
-    m_chunk.resize(deflatedSizeBound(m_filtered.size()) + pngChunkOverhead);
+    const SparseBytes rows = m_filter.filter(image, firstRow, rowCount);
+    m_chunk.resize(deflatedSizeBound(rows.bytes.size()) + pngChunkOverhead);
     const std::span<std::uint8_t> room = std::span(m_chunk).subspan(8, m_chunk.size() - 12);
-    const std::size_t size = m_deflater.deflate(m_filtered, room);
+    const std::size_t size = m_deflater.deflate(rows, room);
     const std::uint8_t* end = writePngChunk(m_chunk.data(), pngChunkType("IDAT"), room.first(size));
-    return {.checksum = adlerOf(m_filtered),
+    return {.checksum = adlerOf(rows),
             .chunk = std::vector<std::uint8_t>(std::as_const(m_chunk).data(), end)};
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "raster/Deflate.h"
+#include "raster/PngBandFilter.h"
 #include "raster/RasterImage.h"
 
 #include <cstdint>
@@ -23,22 +24,9 @@ public:
     Band encode(const RasterImage& image, int firstRow, int rowCount);
 
 private:
-    struct Shape {
-        std::size_t rowByteCount = 0;
-        int rowCount = 0;
-        friend bool operator==(const Shape&, const Shape&) = default;
-    };
-
-    const Band& transparentBand(Shape shape);
-    void filter(const RasterImage& image, int firstRow, int rowCount);
-    Band compress();
-
+    PngBandFilter m_filter;
     BandDeflater m_deflater;
-    std::vector<std::uint8_t> m_filtered;
-    std::vector<std::uint8_t> m_straightRows;
     std::vector<std::uint8_t> m_chunk;
-    Shape m_transparentShape;
-    Band m_transparentBand;
 };
 
 } // namespace quillabrae::raster

@@ -88,6 +88,22 @@ RasterImage randomImage(int width, int height, unsigned seed) {
     return image;
 }
 
+RasterImage calmImage(int width, int height, unsigned seed) {
+    RasterImage image = randomImage(width, height, seed);
+    std::minstd_rand random(seed);
+    for (int y = 1; y < height; ++y) {
+        const int kept = static_cast<int>(random() % static_cast<unsigned>(width));
+        std::uint8_t* row = image.mutableRow(y);
+        const std::vector<std::uint8_t> painted(row, row + image.stride());
+        std::memcpy(row, image.row(y - 1), image.stride());
+        if (random() % 3 == 0)
+            std::ranges::copy(
+                std::span(painted).subspan(std::size_t{4} * static_cast<std::size_t>(kept)),
+                row + std::size_t{4} * static_cast<std::size_t>(kept));
+    }
+    return image;
+}
+
 std::vector<std::uint8_t> straightPixels(const RasterImage& image) {
     std::vector<std::uint8_t> straight(image.bytes().begin(), image.bytes().end());
     for (std::size_t i = 0; i < straight.size(); i += 4) {

@@ -16,6 +16,9 @@ namespace quillabrae::raster::fixtures {
 /// Premultiplied pixels of every kind: opaque, clear and translucent runs, flat and noisy.
 RasterImage randomImage(int width, int height, unsigned seed);
 
+/// Rows that repeat the one above but for a few pixels, as a drawing's do.
+RasterImage calmImage(int width, int height, unsigned seed);
+
 /// Straight RGBA8 from premultiplied, by the definition.
 std::vector<std::uint8_t> straightPixels(const RasterImage& image);
 /// The reverse, by the definition.
