@@ -6,11 +6,10 @@
 // a border: a whole number, the threshold, the pixel's own alpha. Those pixels
 // are found by bounds on the error and done again exactly.
 //
-// The bounds, with single-precision rounding of 2^-24 relative and components
-// up to 255: t and p - t are off by 8e-6 and 1.6e-5; the distance by 2.8e-5
-// and 2.5e-7 of itself; a by 5.6e-4 and 4e-7 of itself, so by less than 7e-4 up
-// to 256. c = t + (p - t) * 255 / a, where it lies between -1 and 256, is off
-// by less than 3e-4 + 1.2e-2 / a.
+// The bounds, with single-precision rounding of 2^-24 relative and components up to 255: t is off
+// by 8e-6 and p - t by 1.6e-5; the distance by 2.8e-5 and 2.5e-7 of itself; a by 2.8e-5 * factor
+// and 4e-7 of itself. c = t + (p - t) * 255 / a, where it lies between 0 and 256, is off by less
+// than 1.8e-4 + 1.2e-2 / a. All doubts below are half as large again.
 #include "raster/ColorRemovalKernel.h"
 
 #include "raster/AlphaKernels.h"
@@ -24,10 +23,12 @@
 namespace quillabrae::raster {
 namespace {
 
-constexpr float alphaDoubt = 0.002F;
-constexpr float componentDoubt = 5e-4F;
+constexpr float alphaDoubt = 2e-4F;
+/// Times the factor.
+constexpr float alphaDoubtByFactor = 4.5e-5F;
+constexpr float componentDoubt = 3e-4F;
 /// Times 255 / a.
-constexpr float componentDoubtByShare = 1e-4F;
+constexpr float componentDoubtByShare = 7e-5F;
 /// Below it, alphas are left to the exact form.
 constexpr float leastAlpha = 1.0F;
 
@@ -43,10 +44,17 @@ constexpr std::size_t exactLanes = 4;
 using ExactWords = std::int32_t __attribute__((vector_size(4 * exactLanes)));
 using Doubles = double __attribute__((vector_size(8 * exactLanes)));
 
-/// Straight pixels of a run, and the alpha that each would have, nearly.
+/// A run at work.
 struct Run {
     std::array<std::uint32_t, runLength> straight{};
+    /// The alpha that each pixel would have, nearly.
     std::array<float, runLength> alpha{};
+    /// What becomes of each pixel, straight.
+    std::array<std::uint32_t, runLength> result{};
+    /// Where the fours of pixels begin that are to be done again. They are gathered first: the
+    /// exact form is slow one at a time, and no branch can tell ahead where it is needed.
+    std::array<std::size_t, runLength / exactLanes + 1> doubtful{};
+    std::size_t doubtfulCount = 0;
 };
 
 template <typename Vector, typename Element>
@@ -137,19 +145,6 @@ struct Removed {
     return {~isCleared & ((isKept & pixels) | (~isKept & written)), isCleared | ~isKept};
 }
 
-[[gnu::always_inline]] inline Removed<Words> removedExactly(Words pixels,
-                                                            const ColorRemoval& removal) {
-    Removed<Words> result{};
-    for (std::size_t i = 0; i < 2; ++i) {
-        const auto half = removedExactly(
-            loaded<ExactWords>(reinterpret_cast<const std::uint8_t*>(&pixels) + 16 * i), removal);
-        std::memcpy(reinterpret_cast<std::uint8_t*>(&result.pixels) + 16 * i, &half.pixels, 16);
-        std::memcpy(reinterpret_cast<std::uint8_t*>(&result.isWritten) + 16 * i, &half.isWritten,
-                    16);
-    }
-    return result;
-}
-
 /// The removed colour and the limits in single precision.
 struct Rough {
     explicit Rough(const ColorRemoval& removal)
@@ -157,13 +152,16 @@ struct Rough {
           green(static_cast<float>(removal.green)),
           blue(static_cast<float>(removal.blue)),
           factor(static_cast<float>(removal.factor)),
-          threshold(static_cast<float>(removal.threshold)) {}
+          threshold(static_cast<float>(removal.threshold)),
+          doubt(alphaDoubt + alphaDoubtByFactor * factor) {}
 
     float red;
     float green;
     float blue;
     float factor;
     float threshold;
+    /// Of an alpha.
+    float doubt;
 };
 
 QUILLABRAE_WIDE_KERNEL
@@ -181,15 +179,19 @@ void measure(Run& run, const Rough& rough) {
     }
 }
 
-[[gnu::always_inline]] inline Removed<Words> removed(Words pixels, Floats alpha, const Rough& rough,
-                                                     const ColorRemoval& removal) {
+/// What becomes of pixels, and which of them are in doubt.
+struct Nearly {
+    Removed<Words> removed;
+    Words isDoubtful;
+};
+
+[[gnu::always_inline]] inline Nearly removed(Words pixels, Floats alpha, const Rough& rough) {
     const Floats own = components((pixels >> 24) & 0xff, 0);
     const Words isCleared = alpha <= rough.threshold;
     const Words isSettled = isCleared | (alpha >= own);
     const Words isVerdictDoubtful =
-        (magnitude(alpha - rough.threshold) < alphaDoubt) | (magnitude(alpha - own) < alphaDoubt);
-    if (isAny(isVerdictDoubtful)) return removedExactly(pixels, removal);
-    if (!isAny(~isSettled)) return {~isCleared & pixels, isCleared};
+        (magnitude(alpha - rough.threshold) < rough.doubt) | (magnitude(alpha - own) < rough.doubt);
+    if (!isAny(~isSettled)) return {{~isCleared & pixels, isCleared}, isVerdictDoubtful};
 
     // Settled pixels get an alpha that raises no doubt.
     alpha = isSettled ? Floats{} + 128.25F : alpha;
@@ -201,32 +203,55 @@ void measure(Run& run, const Rough& rough) {
     const Truncated red = unmixed(0, rough.red);
     const Truncated green = unmixed(8, rough.green);
     const Truncated blue = unmixed(16, rough.blue);
-    const Truncated stored = truncated(alpha + 0.5F, Floats{} + alphaDoubt);
+    const Truncated stored = truncated(alpha + 0.5F, Floats{} + rough.doubt);
     const Words isDoubtful = red.isDoubtful | green.isDoubtful | blue.isDoubtful |
                              stored.isDoubtful | (alpha < leastAlpha);
-    if (isAny(~isSettled & isDoubtful)) return removedExactly(pixels, removal);
     const Words written = red.whole | green.whole << 8 | blue.whole << 16 | stored.whole << 24;
-    return {~isCleared & chosen(isSettled, pixels, written), isCleared | ~isSettled};
+    return {{~isCleared & chosen(isSettled, pixels, written), isCleared | ~isSettled},
+            isVerdictDoubtful | (~isSettled & isDoubtful)};
 }
 
-/// Whether any pixel was written.
+/// Whether any pixel was written that is not in doubt.
 QUILLABRAE_WIDE_KERNEL
-bool remove(Run& run, const Rough& rough, const ColorRemoval& removal) {
-    // Flat colour is the rule in pictures that a colour is removed from: it is
-    // worked out once.
-    Words lastPixels = ~loaded<Words>(run.straight.data());
-    Removed<Words> last{};
+bool removeNearly(Run& run, const Rough& rough) {
     Words isWritten{};
+    std::size_t count = 0;
     for (std::size_t i = 0; i < runLength; i += lanes) {
-        const auto pixels = loaded<Words>(run.straight.data() + i);
-        if (isAny(pixels ^ lastPixels)) {
-            lastPixels = pixels;
-            last = removed(pixels, loaded<Floats>(run.alpha.data() + i), rough, removal);
-            isWritten |= last.isWritten;
-        }
-        std::memcpy(run.straight.data() + i, &last.pixels, sizeof last.pixels);
+        const Nearly nearly = removed(loaded<Words>(run.straight.data() + i),
+                                      loaded<Floats>(run.alpha.data() + i), rough);
+        std::memcpy(run.result.data() + i, &nearly.removed.pixels, sizeof nearly.removed.pixels);
+        isWritten |= nearly.removed.isWritten & ~nearly.isDoubtful;
+        const auto doubts =
+            reinterpret_cast<std::int64_t __attribute__((vector_size(32)))>(nearly.isDoubtful);
+        run.doubtful[count] = i;
+        count += (doubts[0] | doubts[1]) != 0 ? 1 : 0;
+        run.doubtful[count] = i + exactLanes;
+        count += (doubts[2] | doubts[3]) != 0 ? 1 : 0;
     }
+    run.doubtfulCount = count;
     return isAny(isWritten);
+}
+
+/// Whether any pixel was written of those in doubt.
+QUILLABRAE_WIDE_KERNEL
+bool removeExactly(Run& run, const ColorRemoval& removal) {
+    ExactWords isWritten{};
+    ExactWords lastPixels{};
+    Removed<ExactWords> last{};
+    for (std::size_t i = 0; i < run.doubtfulCount; ++i) {
+        const std::size_t place = run.doubtful[i];
+        const auto pixels = loaded<ExactWords>(run.straight.data() + place);
+        const ExactWords change = pixels ^ lastPixels;
+        // Flat colour that is the removed one, or shares a component with it, is all in doubt: it
+        // is worked out once.
+        if (i == 0 || (change[0] | change[1] | change[2] | change[3]) != 0) {
+            last = removedExactly(pixels, removal);
+            lastPixels = pixels;
+        }
+        isWritten |= last.isWritten;
+        std::memcpy(run.result.data() + place, &last.pixels, sizeof last.pixels);
+    }
+    return (isWritten[0] | isWritten[1] | isWritten[2] | isWritten[3]) != 0;
 }
 
 } // namespace
@@ -245,8 +270,11 @@ bool removeColorFromPixels(const std::uint8_t* from, std::uint8_t* to, std::size
         std::fill(run.straight.begin() + static_cast<std::ptrdiff_t>(count), run.straight.end(),
                   run.straight.front());
         measure(run, rough);
-        if (remove(run, rough, removal)) {
-            premultiplyPixels(straight, to + 4 * i, count);
+        const bool isSureWritten = removeNearly(run, rough);
+        const bool isDoubtfulWritten = removeExactly(run, removal);
+        if (isSureWritten || isDoubtfulWritten) {
+            premultiplyPixels(reinterpret_cast<const std::uint8_t*>(run.result.data()), to + 4 * i,
+                              count);
             isAnyWritten = true;
         } else if (from != to) {
             std::memcpy(to + 4 * i, from + 4 * i, 4 * count);

@@ -118,6 +118,30 @@ TEST(RemoveColor, AgreesWithTheDefinitionOnPicturesThatShadeIntoTheColor) {
                 expectRemoval(image, target, tolerance, threshold);
 }
 
+TEST(RemoveColor, AgreesWithTheDefinitionAtTheVeryBordersOfRounding) {
+    std::mt19937 random(204);
+    std::uniform_real_distribution<double> component(0.0, 1.0);
+    std::uniform_int_distribution<int> byte(0, 255);
+    for (int round = 0; round < 1500; ++round) {
+        const ColorValue target{component(random), component(random), component(random), 1.0};
+        const Pixel pixel{byte(random), byte(random), byte(random), 255};
+        const double distance =
+            std::hypot(pixel.red - target.red * 255.0, pixel.green - target.green * 255.0,
+                       pixel.blue - target.blue * 255.0);
+        // An alpha, and a component of the result, a hair's breadth to either side of a border.
+        const double offset = (round % 2 == 0 ? 1 : -1) * std::pow(10.0, -(round / 2 % 14));
+        const double half = byte(random) + 0.5 + offset;
+        const double whole = byte(random) + offset;
+        const double share = (pixel.red - target.red * 255.0) / (whole - target.red * 255.0);
+        for (const double tolerance : {half / distance, share * 255.0 / distance}) {
+            expectRemoval(filledImage(3, 3, pixel), target, tolerance, 0.0);
+            expectRemoval(filledImage(3, 3, pixel), target, tolerance, tolerance * distance);
+            expectRemoval(filledImage(3, 3, pixel), target, 1.0, distance + offset);
+            if (HasFatalFailure()) FAIL() << round;
+        }
+    }
+}
+
 TEST(RemoveColor, WithAToleranceOfNothingMakesTheWholeLayerTransparent) {
     std::mt19937 random(202);
     PaintLayer layer = layerOf(randomImage(20, 9, random));
