@@ -10,6 +10,8 @@
 #include <QSessionManager>
 #include <QWidget>
 
+#include <utility>
+
 namespace quillabrae::shell {
 
 AppDelegate::AppDelegate(store::ProjectStore& store, WindowCoordinator& windows, Hooks hooks,
@@ -61,18 +63,29 @@ void AppDelegate::finish() {
 }
 
 void AppDelegate::commitData(QSessionManager& session) {
+    m_agreedToEndWith.reset();
     if (!session.allowsInteraction()) return;
-    const bool mayEnd = mayTerminate();
-    session.release();
-    if (mayEnd)
-        finish();
-    else
+    if (!mayTerminate()) {
+        // Still within the interaction: ended first, it would tell the session manager to go on,
+        // and the refusal would come too late.
         session.cancel();
+        return;
+    }
+    m_agreedToEndWith = m_store.openProjects();
+    session.release();
+}
+
+bool AppDelegate::mayEndAsAgreed() {
+    const auto agreed = std::exchange(m_agreedToEndWith, std::nullopt);
+    return agreed && *agreed == m_store.openProjects();
 }
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Quit) return QObject::eventFilter(watched, event);
-    terminate();
+    if (mayEndAsAgreed())
+        finish();
+    else
+        terminate();
     event->setAccepted(m_isEnding);
     return true;
 }

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/PaintProject.h"
+
 #include <QList>
 #include <QObject>
 #include <QUrl>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 class QSessionManager;
 
@@ -40,7 +44,8 @@ public:
     /// Asks about unsaved changes; when nothing stands against it, ends the session and the
     /// program.
     void terminate();
-    /// The desktop's log-out: the same questions, and a refusal stops the log-out where it can.
+    /// The desktop's log-out: the same questions, and a refusal stops the log-out where it can. The
+    /// program lives on until the desktop asks it to quit, since another one may refuse as well.
     void commitData(QSessionManager& session);
 
 protected:
@@ -51,11 +56,14 @@ private:
     void openFirstFiles(const QList<QUrl>& files);
     /// Whether the program may end; asks at most one set of questions at a time.
     bool mayTerminate();
+    /// Whether the log-out's questions were answered and the projects are still as they were then.
+    bool mayEndAsAgreed();
     void finish();
 
     store::ProjectStore& m_store;
     WindowCoordinator& m_windows;
     Hooks m_hooks;
+    std::optional<std::vector<model::PaintProject>> m_agreedToEndWith;
     bool m_isAsking = false;
     bool m_isEnding = false;
 };
