@@ -18,17 +18,17 @@ class Tree:
     """The accessibility bus of one desk."""
 
     def __init__(self, session_bus_address):
-        session = _connect(session_bus_address)
+        session = connect_to_bus(session_bus_address)
         reply = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress",
                                   None, None, Gio.DBusCallFlags.NONE, 20000, None)
-        self._bus = _connect(reply.unpack()[0])
+        self._bus = connect_to_bus(reply.unpack()[0])
 
     def programs(self):
         root = Node(self._bus, "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
         return root.children()
 
 
-def _connect(address):
+def connect_to_bus(address):
     flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
              | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
     return Gio.DBusConnection.new_for_address_sync(address, flags, None, None)

@@ -1,0 +1,61 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A desktop's settings service with one setting, whether the desktop is light or dark."""
+
+import threading
+
+from accessible import connect_to_bus
+from gi.repository import Gio, GLib
+
+NAME = "org.freedesktop.portal.Desktop"
+PATH = "/org/freedesktop/portal/desktop"
+INTERFACE = "org.freedesktop.portal.Settings"
+SETTING = ("org.freedesktop.appearance", "color-scheme")
+VALUES = {"light": 2, "dark": 1}
+DESCRIPTION = f"""
+<node><interface name="{INTERFACE}">
+  <method name="Read">
+    <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/>
+  </method>
+  <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
+</interface></node>"""
+
+
+class Portal:
+    """Answers from a thread of its own until the bus goes."""
+
+    def __init__(self, bus_address, scheme):
+        self._scheme = scheme
+        self._context = GLib.MainContext()
+        self._bus = None
+        ready = threading.Event()
+        threading.Thread(target=self._run, args=(bus_address, ready), daemon=True).start()
+        if not ready.wait(20):
+            raise RuntimeError("the settings service did not start")
+
+    def change(self, scheme):
+        self._scheme = scheme
+        self._bus.emit_signal(None, PATH, INTERFACE, "SettingChanged",
+                              GLib.Variant("(ssv)", (*SETTING, self._value())))
+
+    def close(self):
+        self._bus.close_sync(None)
+
+    def _value(self):
+        return GLib.Variant("u", VALUES[self._scheme])
+
+    def _run(self, bus_address, ready):
+        self._context.push_thread_default()
+        self._bus = connect_to_bus(bus_address)
+        self._bus.set_exit_on_close(False)
+        interface = Gio.DBusNodeInfo.new_for_xml(DESCRIPTION).interfaces[0]
+        self._bus.register_object(PATH, interface, self._answer, None, None)
+        Gio.bus_own_name_on_connection(self._bus, NAME, Gio.BusNameOwnerFlags.NONE,
+                                       lambda *_: ready.set(), None)
+        GLib.MainLoop.new(self._context, False).run()
+
+    def _answer(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
+        if arguments.unpack() == SETTING:
+            # As it has always been: a variant in a variant.
+            invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", self._value()),)))
+        else:
+            invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")

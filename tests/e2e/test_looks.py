@@ -1,0 +1,49 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Light and dark, as the desktop is."""
+
+import unittest
+
+from PIL import Image, ImageStat
+
+from case import DeskCase
+from desk import until
+from portal import Portal
+
+
+class Looks(DeskCase):
+    def is_dark(self, editor):
+        window = editor.wait_for_window("Welcome to Quillabrae")
+        left, top, width, height = window.box
+        with Image.open(editor.screenshot("12-looks")) as shot:
+            inside = shot.convert("L").crop((left, top, left + width, top + height))
+        return ImageStat.Stat(inside).median[0] < 100
+
+    def test_the_window_follows_the_desktop_while_it_is_open(self):
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "light")
+        editor = self.start()
+        self.assertFalse(self.is_dark(editor))
+        portal.change("dark")
+        until(lambda: self.is_dark(editor), "the window to turn dark")
+        portal.change("light")
+        until(lambda: not self.is_dark(editor), "the window to turn light")
+
+    def test_the_window_takes_on_what_the_desktop_was_before(self):
+        Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "dark")
+        editor = self.start()
+        until(lambda: self.is_dark(editor), "the window to turn dark")
+
+    def test_a_settings_service_may_come_later_and_come_again(self):
+        bus = self.desk.environment["DBUS_SESSION_BUS_ADDRESS"]
+        editor = self.start()
+        self.assertFalse(self.is_dark(editor))
+        first = Portal(bus, "light")
+        first.change("dark")
+        until(lambda: self.is_dark(editor), "the window to turn dark")
+        first.close()
+        second = Portal(bus, "dark")
+        second.change("light")
+        until(lambda: not self.is_dark(editor), "the window to turn light")
+
+
+if __name__ == "__main__":
+    unittest.main()
