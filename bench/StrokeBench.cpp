@@ -1,14 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One sample of a live stroke: a piece of ten pixels' length on a 4096 by 4096 layer, and a whole
-// stroke of two hundred points in one go.
+// One sample of a live stroke: a piece of six pixels' length on a layer, and a whole stroke of two
+// hundred points in one go. Beside them QPainter with a round pen, in its fastest format and in
+// ours, and with a soft edge made of passes.
 #include "raster/LayerRasterService.h"
 #include "raster/Parallel.h"
+#include "raster/StrokeEdge.h"
+
+#include <QImage>
+#include <QPainter>
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quillabrae::bench {
 namespace {
@@ -26,17 +32,70 @@ model::PaintStroke strokeOf(model::PaintTool tool, int width, int hardness) {
     return stroke;
 }
 
-void sample(benchmark::State& state, model::PaintTool tool, int width, int hardness, int threads) {
+/// A way round the middle of a layer, six pixels at a time.
+class Way {
+public:
+    explicit Way(int layerSide) : m_middle(layerSide / 2.0), m_radius(layerSide * 0.22) {}
+
+    std::vector<model::CanvasPoint> next() {
+        m_turn += 0.1;
+        const double x = m_middle + m_radius * std::cos(m_turn);
+        const double y = m_middle + m_radius * std::sin(m_turn);
+        return {{x, y}, {x + 4.8, y + 3.6}};
+    }
+
+private:
+    double m_middle;
+    double m_radius;
+    double m_turn = 0.0;
+};
+
+void sample(benchmark::State& state, model::PaintTool tool, int layerSide, int width, int hardness,
+            int threads) {
     const raster::ParallelThreadLimit limit(threads);
-    raster::RasterImage image(side, side);
+    raster::RasterImage image(layerSide, layerSide);
     model::PaintStroke stroke = strokeOf(tool, width, hardness);
-    double turn = 0.0;
+    Way way(layerSide);
+    // The pages that are drawn on are there before the clock runs.
+    for (int i = 0; i < 70; ++i) {
+        stroke.points = way.next();
+        raster::LayerRasterService::drawStroke(stroke, image, layerSide, layerSide);
+    }
     for (auto _ : state) {
-        turn += 0.1;
-        const double x = side / 2.0 + 900.0 * std::cos(turn);
-        const double y = side / 2.0 + 900.0 * std::sin(turn);
-        stroke.points = {{x, y}, {x + 8.0, y + 6.0}};
+        stroke.points = way.next();
+        benchmark::DoNotOptimize(
+            raster::LayerRasterService::drawStroke(stroke, image, layerSide, layerSide));
+    }
+}
+
+/// What the first sample of a stroke costs: its edge is not known from the sample before.
+void firstSample(benchmark::State& state, int width, int hardness) {
+    raster::RasterImage image(side, side);
+    model::PaintStroke stroke = strokeOf(model::PaintTool::pencil, width, hardness);
+    Way way(side);
+    for (auto _ : state) {
+        stroke.lineWidth = stroke.lineWidth > width ? width : width + 0.01;
+        stroke.points = way.next();
         benchmark::DoNotOptimize(raster::LayerRasterService::drawStroke(stroke, image, side, side));
+    }
+}
+
+void qpainterSample(benchmark::State& state, QImage::Format format, int width, int hardness) {
+    QImage image(side, side, format);
+    image.fill(Qt::transparent);
+    const auto passes = raster::brushPasses(
+        width, hardness == hard ? std::nullopt : std::optional<double>(hardness), 1.0,
+        raster::StrokeForm::line);
+    Way way(side);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (auto _ : state) {
+        const auto points = way.next();
+        for (const raster::BrushPass& pass : passes) {
+            painter.setPen(QPen(QColor::fromRgbF(0.8F, 0.1F, 0.2F, static_cast<float>(pass.alpha)),
+                                2.0 * pass.radius, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+            painter.drawLine(QPointF(points[0].x, points[0].y), QPointF(points[1].x, points[1].y));
+        }
     }
 }
 
@@ -57,18 +116,29 @@ void add(const std::string& name, Fn fn, Arguments... arguments) {
 }
 
 const bool areRegistered = [] {
+    using model::PaintTool;
     for (const int width : {20, 512}) {
         const std::string size = std::to_string(width);
         for (const int threads : {1, 2}) {
             const std::string end = "/" + size + "/" + std::to_string(threads) + "threads";
-            add("stroke/sample/hard" + end, sample, model::PaintTool::pencil, width, hard, threads);
-            add("stroke/sample/soft" + end, sample, model::PaintTool::pencil, width, soft, threads);
-            add("stroke/sample/eraser-soft" + end, sample, model::PaintTool::eraser, width, soft,
+            add("stroke/sample/hard" + end, sample, PaintTool::pencil, side, width, hard, threads);
+            add("stroke/sample/soft" + end, sample, PaintTool::pencil, side, width, soft, threads);
+            add("stroke/sample/eraser-soft" + end, sample, PaintTool::eraser, side, width, soft,
                 threads);
         }
+        add("stroke/first-sample/soft/" + size, firstSample, width, soft);
         add("stroke/200points/hard/" + size, wholeStroke, width, hard);
         add("stroke/200points/soft/" + size, wholeStroke, width, soft);
+        add("stroke/sample/hard/" + size + "/qpainter-argb32", qpainterSample,
+            QImage::Format_ARGB32_Premultiplied, width, hard);
+        add("stroke/sample/hard/" + size + "/qpainter-rgba8888", qpainterSample,
+            QImage::Format_RGBA8888_Premultiplied, width, hard);
+        add("stroke/sample/soft/" + size + "/qpainter-argb32", qpainterSample,
+            QImage::Format_ARGB32_Premultiplied, width, soft);
     }
+    for (const int layerSide : {512, 8192})
+        add("stroke/sample/hard/20/layer-" + std::to_string(layerSide), sample, PaintTool::pencil,
+            layerSide, 20, hard, 2);
     return true;
 }();
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace quillabrae::raster {
@@ -78,6 +79,20 @@ void tableEntries(const DistanceRun& run, std::int32_t* entry, int count) {
     }
 }
 
+/// alpha[i] = table[entry[i]], eight to a store.
+void copyEntries(const std::uint8_t* table, const std::int32_t* entry, std::uint8_t* alpha,
+                 int count) {
+    constexpr int bytesPerWord = 8;
+    int i = 0;
+    for (; i + bytesPerWord <= count; i += bytesPerWord) {
+        std::array<std::uint8_t, bytesPerWord> word{};
+        for (std::size_t k = 0; k < word.size(); ++k)
+            word[k] = table[entry[static_cast<std::size_t>(i) + k]];
+        std::memcpy(alpha + i, word.data(), word.size());
+    }
+    for (; i < count; ++i) alpha[i] = table[entry[i]];
+}
+
 } // namespace
 
 Capsule::Capsule(model::CanvasPoint from, model::CanvasPoint to)
@@ -119,10 +134,11 @@ PixelSpan Capsule::spanWithin(double radius, int y, int width) const {
             static_cast<int>(std::clamp(std::floor(inside.high - 0.5) + 1.0, 0.0, limit))};
 }
 
-void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uint8_t* alpha) const {
+/// Calls `use(done, entries, count)` for runs of pixels with their entries of the edge's table.
+template <typename Use>
+void Capsule::forEachRun(const StrokeEdge& edge, int y, PixelSpan span, Use use) const {
     const auto [ux, uy] = m_direction;
     const double down = y + 0.5 - m_from.y;
-    const std::uint8_t* const table = edge.alpha().data();
     std::array<std::int32_t, runLength> entry{};
     for (int first = span.first; first < span.end; first += runLength) {
         const int count = std::min(runLength, span.end - first);
@@ -138,10 +154,23 @@ void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uin
             .firstEntry = static_cast<float>(edge.tableStart() * edge.entriesPerPixel() - 0.5),
             .lastEntry = static_cast<float>(edge.alpha().size() - 1)};
         tableEntries(run, entry.data(), count);
-        std::uint8_t* const to = alpha + (first - span.first);
-        for (int i = 0; i < count; ++i)
-            to[i] = std::max(to[i], table[entry[static_cast<std::size_t>(i)]]);
+        use(first - span.first, entry.data(), count);
     }
+}
+
+void Capsule::writeAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uint8_t* alpha) const {
+    const std::uint8_t* const table = edge.alpha().data();
+    forEachRun(edge, y, span, [&](int done, const std::int32_t* entry, int count) {
+        copyEntries(table, entry, alpha + done, count);
+    });
+}
+
+void Capsule::raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uint8_t* alpha) const {
+    const std::uint8_t* const table = edge.alpha().data();
+    forEachRun(edge, y, span, [&](int done, const std::int32_t* entry, int count) {
+        for (int i = 0; i < count; ++i)
+            alpha[done + i] = std::max(alpha[done + i], table[entry[i]]);
+    });
 }
 
 } // namespace quillabrae::raster

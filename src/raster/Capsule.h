@@ -30,10 +30,15 @@ public:
     /// The pixels of row `y`, within 0 to `width` - 1, whose centres are at most `radius` away.
     PixelSpan spanWithin(double radius, int y, int width) const;
 
-    /// alpha[i] = the edge's alpha at pixel (span.first + i, y), or what was there if that is more.
+    /// alpha[i] = the edge's alpha at pixel (span.first + i, y).
+    void writeAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uint8_t* alpha) const;
+    /// The same, or what was there if that is more.
     void raiseAlpha(const StrokeEdge& edge, int y, PixelSpan span, std::uint8_t* alpha) const;
 
 private:
+    template <typename Use>
+    void forEachRun(const StrokeEdge& edge, int y, PixelSpan span, Use use) const;
+
     model::CanvasPoint m_from;
     model::CanvasPoint m_to;
     /// From `m_from` to `m_to`, of length 1; (1, 0) for a dot.

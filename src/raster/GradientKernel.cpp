@@ -18,26 +18,35 @@ constexpr std::size_t runLength = 256;
 /// Steeper than any change that a pixel could show, and far from the ends of single precision.
 constexpr double steepest = 1e30;
 
-struct GradientRun {
-    float start;
-    float step;
+struct GradientColors {
     std::array<float, 4> from;
     std::array<float, 4> change;
 };
 
+/// part[i] = how far along the way pixel i of the run is, 0 to 1.
 QUILLABRAE_WIDE_KERNEL
-void writeRun(const GradientRun& run, std::uint32_t* pixels, std::size_t count) {
-    const GradientRun r = run;
-    for (std::size_t i = 0; i < count; ++i) {
-        const float raw = r.start + static_cast<float>(static_cast<std::int32_t>(i)) * r.step;
-        const float t = std::min(std::max(raw, 0.0F), 1.0F);
-        const float alpha = r.from[3] + t * r.change[3];
+void partsOfTheWay(float start, float step, float* part, int count) {
+    for (int i = 0; i < count; ++i)
+        part[i] = std::min(std::max(start + static_cast<float>(i) * step, 0.0F), 1.0F);
+}
+
+/// Apart from the parts: where those are held to 0 and 1 in the same loop, the compiler makes
+/// branches of it.
+QUILLABRAE_WIDE_KERNEL
+void mixColors(const GradientColors& colors, const float* part, std::uint32_t* pixels, int count) {
+    // Half a level more, and down: what lround does, for which there is no vector.
+    constexpr float half = 0.5F;
+    const GradientColors c = colors;
+    for (int i = 0; i < count; ++i) {
+        const float t = part[i];
+        const float alpha = c.from[3] + t * c.change[3];
         const float scale = alpha * (1.0F / 255.0F);
-        const auto red = static_cast<std::int32_t>((r.from[0] + t * r.change[0]) * scale + 0.5F);
-        const auto green = static_cast<std::int32_t>((r.from[1] + t * r.change[1]) * scale + 0.5F);
-        const auto blue = static_cast<std::int32_t>((r.from[2] + t * r.change[2]) * scale + 0.5F);
-        const auto opacity = static_cast<std::int32_t>(alpha + 0.5F);
-        pixels[i] = static_cast<std::uint32_t>(red | green << 8 | blue << 16) |
+        const auto red = static_cast<std::int32_t>(half + (c.from[0] + t * c.change[0]) * scale);
+        const auto green = static_cast<std::int32_t>(half + (c.from[1] + t * c.change[1]) * scale);
+        const auto blue = static_cast<std::int32_t>(half + (c.from[2] + t * c.change[2]) * scale);
+        const auto opacity = static_cast<std::int32_t>(half + alpha);
+        pixels[i] = static_cast<std::uint32_t>(red) | static_cast<std::uint32_t>(green) << 8 |
+                    static_cast<std::uint32_t>(blue) << 16 |
                     static_cast<std::uint32_t>(opacity) << 24;
     }
 }
@@ -64,15 +73,19 @@ LinearGradient::LinearGradient(model::CanvasPoint from, const model::ColorValue&
 }
 
 void LinearGradient::writePixels(std::uint8_t* pixels, int x, int y, std::size_t count) const {
-    std::array<std::uint32_t, runLength> words;
+    const GradientColors colors{m_from, m_change};
+    std::array<float, runLength> parts{};
+    std::array<std::uint32_t, runLength> words{};
     for (std::size_t done = 0; done < count; done += runLength) {
         const std::size_t length = std::min(runLength, count - done);
         // Each run starts from exact values, so that steps in single precision cannot drift.
         const double right = x + static_cast<double>(done) + 0.5 - m_start.x;
         const double down = y + 0.5 - m_start.y;
         const double start = std::clamp(right * m_right + down * m_down, -steepest, steepest);
-        writeRun({static_cast<float>(start), static_cast<float>(m_right), m_from, m_change},
-                 words.data(), length);
+        const int pixelCount = static_cast<int>(length);
+        partsOfTheWay(static_cast<float>(start), static_cast<float>(m_right), parts.data(),
+                      pixelCount);
+        mixColors(colors, parts.data(), words.data(), pixelCount);
         std::memcpy(pixels + 4 * done, words.data(), 4 * length);
     }
 }

@@ -25,6 +25,10 @@ using model::ShapeDrawingMode;
 /// Work for one thread that is worth waking another for.
 constexpr int pixelsPerBand = 1 << 15;
 
+/// Rows of a wide layer lie so far apart that the processor does not foresee where a border goes
+/// on.
+constexpr int rowsAhead = 3;
+
 struct EndPoints {
     CanvasPoint first;
     CanvasPoint last;
@@ -96,8 +100,12 @@ QRect drawPaints(const std::vector<Paint>& paints, RasterImage& image) {
         for (int y = dirty.top() + first; y < dirty.top() + end; ++y) {
             std::uint8_t* const row = pixels + static_cast<std::size_t>(y) * stride;
             for (std::size_t i = 0; i < paints.size(); ++i)
-                for (const CoverageRun& run : coverages[i].row(y))
+                for (const CoverageRun& run : coverages[i].row(y)) {
+                    if (run.alpha != nullptr && y + rowsAhead < image.height())
+                        __builtin_prefetch(
+                            row + rowsAhead * stride + 4 * static_cast<std::size_t>(run.first), 1);
                     paintRun(row, run, paints[i].color);
+                }
         }
     };
     parallelForRowBands(dirty.height(), std::max(pixelsPerBand / dirty.width(), 1), drawRows);

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 namespace quillabrae::raster::LayerRasterService {
@@ -25,6 +26,9 @@ enum class Compositing { sourceOver, destinationOut };
 
 /// Work for one thread that is worth waking another for.
 constexpr int pixelsPerBand = 1 << 15;
+
+/// Pixels for which it does not pay to tell a stroke's inside from its edges.
+constexpr int shortRun = 64;
 
 std::vector<CanvasPoint> drawablePoints(const std::vector<CanvasPoint>& points) {
     std::vector<CanvasPoint> drawable;
@@ -71,11 +75,12 @@ QRect reachedPixels(const std::vector<Capsule>& capsules, double reach, const Ra
 /// Draws the union of capsules, each pixel once with the alpha of its distance to the nearest.
 class CapsulePainter {
 public:
-    CapsulePainter(RasterImage& image, const StrokeEdge& edge, PixelColor color,
+    /// For the pixels of `area`, which reaches as far as the stroke.
+    CapsulePainter(RasterImage& image, const QRect& area, const StrokeEdge& edge, PixelColor color,
                    Compositing compositing)
         : m_pixels(image.mutableBytes().data()),
           m_stride(image.stride()),
-          m_width(image.width()),
+          m_area(area),
           m_edge(edge),
           m_color(color),
           m_compositing(compositing) {
@@ -89,7 +94,7 @@ public:
                 capsule.bottom() + m_edge.reach() > firstRow)
                 near.push_back(&capsule);
         }
-        std::vector<std::uint8_t> alpha(static_cast<std::size_t>(m_width));
+        std::vector<std::uint8_t> alpha(static_cast<std::size_t>(m_area.width()));
         for (int y = firstRow; y < endRow; ++y) {
             if (near.size() == 1) {
                 paintRow(*near.front(), y, alpha.data());
@@ -100,17 +105,30 @@ public:
     }
 
 private:
+    /// The pixels of a row that a capsule reaches, and among them those of its flat inside.
+    struct Reach {
+        PixelSpan outer;
+        PixelSpan inner;
+    };
+
+    Reach reachOf(const Capsule& capsule, int y) const {
+        const int end = m_area.right() + 1;
+        const PixelSpan outer = capsule.spanWithin(m_edge.reach(), y, end);
+        // A short run is done in one go.
+        if (outer.end - outer.first <= shortRun) return {outer, {outer.end, outer.end}};
+        const PixelSpan inner = capsule.spanWithin(m_edge.flatRadius(), y, end);
+        if (inner.isEmpty()) return {outer, {outer.end, outer.end}};
+        return {outer, inner};
+    }
+
     /// The edges from the table, the flat inside in one go.
     void paintRow(const Capsule& capsule, int y, std::uint8_t* alpha) const {
-        const PixelSpan outer = capsule.spanWithin(m_edge.reach(), y, m_width);
-        if (outer.isEmpty()) return;
-        PixelSpan inner = capsule.spanWithin(m_edge.flatRadius(), y, m_width);
-        if (inner.isEmpty()) inner = {outer.end, outer.end};
+        const auto [outer, inner] = reachOf(capsule, y);
         for (const PixelSpan span :
              {PixelSpan{outer.first, inner.first}, PixelSpan{inner.end, outer.end}}) {
             if (span.isEmpty()) continue;
-            std::fill_n(alpha, span.end - span.first, std::uint8_t{0});
-            capsule.raiseAlpha(m_edge, y, span, alpha);
+            fetch(y, span);
+            capsule.writeAlpha(m_edge, y, span, alpha);
             blend(y, span, alpha);
         }
         blendFlat(y, inner);
@@ -118,19 +136,30 @@ private:
 
     void paintUnionRow(const std::vector<const Capsule*>& capsules, int y,
                        std::uint8_t* alpha) const {
-        PixelSpan touched{m_width, 0};
-        std::fill_n(alpha, m_width, std::uint8_t{0});
+        PixelSpan touched{m_area.right() + 1, m_area.left()};
+        std::fill_n(alpha, m_area.width(), std::uint8_t{0});
+        const auto alphaAt = [&](int x) { return alpha + (x - m_area.left()); };
         for (const Capsule* capsule : capsules) {
-            const PixelSpan outer = capsule->spanWithin(m_edge.reach(), y, m_width);
+            const auto [outer, inner] = reachOf(*capsule, y);
             if (outer.isEmpty()) continue;
-            capsule->raiseAlpha(m_edge, y, outer, alpha + outer.first);
+            for (const PixelSpan span :
+                 {PixelSpan{outer.first, inner.first}, PixelSpan{inner.end, outer.end}})
+                capsule->raiseAlpha(m_edge, y, span, alphaAt(span.first));
+            std::fill(alphaAt(inner.first), alphaAt(inner.end), m_edge.maximum());
             touched = {std::min(touched.first, outer.first), std::max(touched.end, outer.end)};
         }
-        if (!touched.isEmpty()) blend(y, touched, alpha + touched.first);
+        if (!touched.isEmpty()) blend(y, touched, alphaAt(touched.first));
     }
 
     std::uint8_t* pixels(int y, int x) const {
         return m_pixels + static_cast<std::size_t>(y) * m_stride + 4 * static_cast<std::size_t>(x);
+    }
+
+    /// Rows of a wide layer lie so far apart that the processor does not foresee the next one.
+    void fetch(int y, PixelSpan span) const {
+        constexpr int pixelsPerCacheLine = 16;
+        for (int x = span.first; x < span.end; x += pixelsPerCacheLine)
+            __builtin_prefetch(pixels(y, x), 1);
     }
 
     void blend(int y, PixelSpan span, const std::uint8_t* alpha) const {
@@ -154,7 +183,7 @@ private:
 
     std::uint8_t* m_pixels;
     std::size_t m_stride;
-    int m_width;
+    QRect m_area;
     const StrokeEdge& m_edge;
     PixelColor m_color;
     Compositing m_compositing;
@@ -166,13 +195,14 @@ QRect drawLine(const PaintStroke& stroke, std::optional<double> hardness,
     const std::vector<CanvasPoint> points = drawablePoints(stroke.points);
     const StrokeForm form = stroke.points.size() == 1 ? StrokeForm::dot : StrokeForm::line;
     const double alpha = color.alpha > 0.0 ? std::min(color.alpha, 1.0) : 0.0;
-    const StrokeEdge edge(brushPasses(stroke.lineWidth, hardness, alpha, form));
-    if (points.empty() || edge.maximum() == 0) return {};
+    const std::shared_ptr<const StrokeEdge> edge =
+        strokeEdge(stroke.lineWidth, hardness, alpha, form);
+    if (points.empty() || edge->maximum() == 0) return {};
 
     const std::vector<Capsule> capsules = capsulesThrough(points);
-    const QRect dirty = reachedPixels(capsules, edge.reach(), image);
+    const QRect dirty = reachedPixels(capsules, edge->reach(), image);
     if (dirty.isEmpty()) return {};
-    const CapsulePainter painter(image, edge, PixelColor::of(color), compositing);
+    const CapsulePainter painter(image, dirty, *edge, PixelColor::of(color), compositing);
     parallelForRowBands(dirty.height(), std::max(pixelsPerBand / dirty.width(), 1),
                         [&](int first, int last) {
                             painter.paintRows(capsules, dirty.top() + first, dirty.top() + last);

@@ -12,7 +12,8 @@ namespace quillabrae::raster {
 namespace {
 
 std::uint8_t alphaOf(float area, float alpha) {
-    return static_cast<std::uint8_t>(std::clamp(area, 0.0F, 1.0F) * alpha + 0.5F);
+    constexpr float half = 0.5F;
+    return static_cast<std::uint8_t>(half + std::clamp(area, 0.0F, 1.0F) * alpha);
 }
 
 } // namespace
@@ -33,7 +34,7 @@ RegionCoverage::RegionCoverage(const ConvexRegion& outer, const ConvexRegion& in
 
 std::span<const CoverageRun> RegionCoverage::row(int y) {
     m_touched.clear();
-    m_runs.clear();
+    m_runCount = 0;
     for (Border& border : m_borders) {
         Touched touched{m_width, 0};
         addBorder(border, y, y + 1.0, touched);
@@ -49,7 +50,7 @@ std::span<const CoverageRun> RegionCoverage::row(int y) {
         done = touched.end;
     }
     if (done < m_width) appendFlat(done, m_width, area);
-    return m_runs;
+    return std::span(m_runs).first(m_runCount);
 }
 
 void RegionCoverage::addBorder(Border& border, double top, double bottom, Touched& touched) {
@@ -124,7 +125,7 @@ void RegionCoverage::addInside(double x0, double x1, double height, float sign, 
 
 void RegionCoverage::appendFlat(int first, int end, float area) {
     const std::uint8_t alpha = alphaOf(area, m_alpha);
-    if (alpha != 0) m_runs.push_back({m_left + first, m_left + end, nullptr, alpha});
+    if (alpha != 0) m_runs[m_runCount++] = {m_left + first, m_left + end, nullptr, alpha};
 }
 
 /// Returns the area of the columns that follow.
@@ -137,8 +138,8 @@ float RegionCoverage::appendOwn(Touched touched, float area) {
     }
     const int end = std::min(touched.end, m_width);
     if (touched.first < end)
-        m_runs.push_back({m_left + touched.first, m_left + end,
-                          m_row.data() + static_cast<std::size_t>(touched.first), 0});
+        m_runs[m_runCount++] = {m_left + touched.first, m_left + end,
+                                m_row.data() + static_cast<std::size_t>(touched.first), 0};
     return area;
 }
 

@@ -3,6 +3,7 @@
 
 #include "raster/ConvexRegion.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -35,9 +36,9 @@ public:
 private:
     /// One border, walked from the top down.
     struct Border {
-        const std::vector<model::CanvasPoint>* points;
+        const std::vector<model::CanvasPoint>* points = nullptr;
         /// What lies to the right of it counts with this sign.
-        float sign;
+        float sign = 1.0F;
         std::size_t next = 1;
     };
     /// Columns whose areas are not yet summed up.
@@ -60,7 +61,9 @@ private:
     std::vector<float> m_steps;
     std::vector<std::uint8_t> m_row;
     std::vector<Touched> m_touched;
-    std::vector<CoverageRun> m_runs;
+    /// Four borders with a flat run before, between and after them.
+    std::array<CoverageRun, 9> m_runs;
+    std::size_t m_runCount = 0;
 };
 
 } // namespace quillabrae::raster

@@ -110,6 +110,27 @@ std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardn
     return passes;
 }
 
+std::shared_ptr<const StrokeEdge> strokeEdge(double lineWidth, std::optional<double> hardness,
+                                             double alpha, StrokeForm form) {
+    struct Key {
+        double width = 0.0;
+        std::optional<double> core;
+        double alpha = 0.0;
+        StrokeForm form = StrokeForm::line;
+        bool operator==(const Key&) const = default;
+    };
+    struct Remembered {
+        Key key;
+        std::shared_ptr<const StrokeEdge> edge;
+    };
+    thread_local Remembered last;
+    const Key key{drawableWidth(lineWidth), softCore(hardness), alpha, form};
+    if (!last.edge || last.key != key)
+        last = {key,
+                std::make_shared<const StrokeEdge>(brushPasses(lineWidth, hardness, alpha, form))};
+    return last.edge;
+}
+
 StrokeEdge::StrokeEdge(const std::vector<BrushPass>& passes) {
     if (passes.empty()) return;
     const std::vector<float> shown = shownThrough(passes);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -24,6 +25,13 @@ std::optional<double> softCore(std::optional<double> hardness);
 /// order, widest first. One pass for a hard edge.
 std::vector<BrushPass> brushPasses(double lineWidth, std::optional<double> hardness, double alpha,
                                    StrokeForm form);
+
+class StrokeEdge;
+
+/// The edge of such a stroke. The samples of a live stroke follow one another with the same one, so
+/// each thread remembers the edge it asked for last; that shows in nothing but the time.
+std::shared_ptr<const StrokeEdge> strokeEdge(double lineWidth, std::optional<double> hardness,
+                                             double alpha, StrokeForm form);
 
 /// The alpha that a stack of passes leaves on a transparent pixel, as a function of the distance
 /// between the pixel's centre and the stroke's centre line. It never grows with the distance.

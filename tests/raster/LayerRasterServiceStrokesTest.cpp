@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -128,6 +129,12 @@ QRect drawOn(RasterImage& image, const PaintStroke& stroke) {
     return LayerRasterService::drawStroke(stroke, image, image.width(), image.height());
 }
 
+RasterImage drawn(const PaintStroke& stroke, int width, int height) {
+    RasterImage image(width, height);
+    drawOn(image, stroke);
+    return image;
+}
+
 TEST(StrokeEdge, EqualsTheStackOfPassesCompositedOneByOne) {
     for (const double width : {0.3, 1.0, 3.0, 20.0, 100.0, 512.0}) {
         for (const double hardness : {0.0, 25.0, 50.0, 75.0, 99.0}) {
@@ -207,7 +214,9 @@ TEST(DrawStroke, AgreesWithThePixelByPixelTwin) {
     constexpr std::array tools{PaintTool::paintbrush, PaintTool::pencil,     PaintTool::eraser,
                                PaintTool::lineCurve,  PaintTool::cloneStamp, PaintTool::recolor};
     for (int round = 0; round < 240; ++round) {
-        RasterImage image = randomImage(67, 53, random);
+        const int width = round % 8 == 0 ? 1 : 1 + static_cast<int>(unit(random) * 80);
+        const int height = round % 12 == 0 ? 1 : 1 + static_cast<int>(unit(random) * 60);
+        RasterImage image = randomImage(width, height, random);
         std::vector<CanvasPoint> points;
         for (int i = 0; i <= round % 5; ++i) points.push_back({position(random), position(random)});
         PaintStroke stroke =
@@ -229,16 +238,70 @@ TEST(DrawStroke, AgreesWithThePixelByPixelTwin) {
     }
 }
 
+const std::array<std::optional<double>, 6> everyHardness{std::nullopt, 0.0, 25.0, 50.0, 75.0, 99.0};
+
 TEST(DrawStroke, IsWithinOneLevelOfTheTwinOnATransparentLayer) {
     for (const double width : {1.0, 3.0, 20.0, 100.0, 512.0}) {
-        for (const std::optional<double> hardness : {std::optional<double>(), std::optional(0.0),
-                                                     std::optional(50.0), std::optional(99.0)}) {
+        for (const std::optional<double> hardness : everyHardness) {
             const PaintStroke stroke =
-                strokeOf(PaintTool::pencil, width, hardness, {{100.3, 80.9}, {190.6, 120.2}});
-            RasterImage image(300, 200);
+                strokeOf(PaintTool::pencil, width, hardness, {{60.3, 40.9}, {110.6, 70.2}});
+            EXPECT_LE(greatestDifference(drawn(stroke, 161, 97),
+                                         bookStroke(stroke, RasterImage(161, 97))),
+                      1)
+                << width << ' ' << hardness.value_or(100);
+        }
+    }
+}
+
+TEST(DrawStroke, IsWithinOneLevelOfTheTwinOverAnOpaquePicture) {
+    std::mt19937 random(17);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    for (const double width : {1.0, 3.0, 20.0, 100.0, 512.0}) {
+        for (const std::optional<double> hardness : everyHardness) {
+            RasterImage image = filledImage(93, 71, {40, 200, 120, 255});
+            const auto tool = unit(random) < 0.5 ? PaintTool::pencil : PaintTool::eraser;
+            const PaintStroke stroke = strokeOf(
+                tool, width, hardness, {{20 + 9 * unit(random), 12.9}, {70.6, 50 * unit(random)}});
+            const RasterImage expected = bookStroke(stroke, image);
             drawOn(image, stroke);
-            EXPECT_LE(greatestDifference(image, bookStroke(stroke, RasterImage(300, 200))), 1)
-                << width;
+            EXPECT_LE(greatestDifference(image, expected), 1)
+                << width << ' ' << hardness.value_or(100);
+        }
+    }
+}
+
+TEST(DrawStroke, IsAsExactFarFromTheOriginAsNearIt) {
+    for (const std::optional<double> hardness : everyHardness) {
+        const RasterImage far =
+            drawn(strokeOf(PaintTool::pencil, 31, hardness, {{32'700.25, 9.5}, {32'740.5, 30.75}}),
+                  32'768, 40);
+        const RasterImage near = drawn(
+            strokeOf(PaintTool::pencil, 31, hardness, {{32.25, 9.5}, {72.5, 30.75}}), 100, 40);
+        for (int y = 0; y < 40; ++y)
+            for (int x = 0; x < 100; ++x)
+                ASSERT_EQ(pixelAt(far, 32'668 + x, y), pixelAt(near, x, y));
+    }
+}
+
+TEST(DrawStroke, DoesNotDependOnTheStrokeBefore) {
+    const auto pencil = [](double width, std::optional<double> hardness, double alpha,
+                           std::vector<CanvasPoint> points) {
+        PaintStroke stroke = strokeOf(PaintTool::pencil, width, hardness, std::move(points));
+        stroke.color.alpha = alpha;
+        return stroke;
+    };
+    const std::vector<CanvasPoint> dot{{20, 20}};
+    const std::vector<CanvasPoint> line{{12, 18}, {28, 21}};
+    const std::array strokes{pencil(14, 30.0, 1.0, dot),  pencil(14, 30.0, 1.0, line),
+                             pencil(14, 30.0, 0.4, line), pencil(14, 80.0, 0.4, line),
+                             pencil(15, 80.0, 0.4, line), pencil(15, std::nullopt, 0.4, line),
+                             pencil(0.5, 0.0, 0.4, line), pencil(0.5, 0.0, 0.4, dot)};
+    for (const PaintStroke& before : strokes) {
+        for (const PaintStroke& stroke : strokes) {
+            drawn(before, 40, 40);
+            EXPECT_LE(
+                greatestDifference(drawn(stroke, 40, 40), bookStroke(stroke, RasterImage(40, 40))),
+                1);
         }
     }
 }
@@ -278,14 +341,12 @@ TEST(DrawStroke, DrawsAThinLineAsFaintAsItIsThin) {
 }
 
 TEST(DrawStroke, DrawsAPencilOfNearlyFullHardnessHardAndOneJustBelowSoft) {
-    const auto drawn = [](std::optional<double> hardness) {
-        RasterImage image(120, 120);
-        drawOn(image, strokeOf(PaintTool::pencil, 100, hardness, {{60, 60}, {61, 60}}));
-        return image;
+    const auto pencil = [](std::optional<double> hardness) {
+        return drawn(strokeOf(PaintTool::pencil, 100, hardness, {{60, 60}, {61, 60}}), 120, 120);
     };
-    EXPECT_EQ(drawn(99.5), drawn(std::nullopt));
-    EXPECT_NE(drawn(99.0), drawn(std::nullopt));
-    EXPECT_NE(drawn(0.0), drawn(50.0));
+    EXPECT_EQ(pencil(99.5), pencil(std::nullopt));
+    EXPECT_NE(pencil(99.0), pencil(std::nullopt));
+    EXPECT_NE(pencil(0.0), pencil(50.0));
 }
 
 TEST(DrawStroke, DoesNotAskABrushForItsHardness) {
@@ -370,6 +431,10 @@ TEST(DrawStroke, SurvivesWidthsAndPointsWithoutMeasure) {
     RasterImage image(10, 10);
     drawOn(image, strokeOf(PaintTool::pencil, huge, std::nullopt, {{5, 5}}));
     EXPECT_EQ(image, filledImage(10, 10, {255, 0, 0, 255}));
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(
+        drawn(strokeOf(PaintTool::pencil, infinity, std::nullopt, {{32'768, 32'768}}), 10, 10),
+        filledImage(10, 10, {255, 0, 0, 255}));
     RasterImage crossed(10, 10);
     drawOn(crossed, strokeOf(PaintTool::pencil, 2, std::nullopt, {{-huge, 5}, {huge, 5}}));
     EXPECT_EQ(pixelAt(crossed, 5, 5).alpha, 255);
