@@ -83,6 +83,7 @@ void CanvasView::settingsChanged() {
     const model::PaintAppSettings before = std::exchange(m_settings, settings);
     if (before.showsPixelGrid != settings.showsPixelGrid) m_context.repaintViewport();
     if (before.selectedTool != settings.selectedTool) toolChanged();
+    if (before.brushSize != settings.brushSize) m_context.repaintOverlays();
     if (before.paintBucketMatchPercentage != settings.paintBucketMatchPercentage)
         m_drawing.bucketMatchChanged();
     if (before.magicWandMatchPercentage != settings.magicWandMatchPercentage)
@@ -132,6 +133,16 @@ CanvasFrame CanvasView::frame(double devicePixelRatio) const {
         frame.liveImage = &moved.liveSelectionImage();
     }
     return frame;
+}
+
+OverlayState CanvasView::overlays() const {
+    OverlayState state;
+    state.selection = selectionInForce(m_context);
+    if (selectedTool() == PaintTool::eraser) {
+        state.eraserCenter = m_hoveredCanvasPoint;
+        state.eraserDiameter = m_context.host.settings().brushSize;
+    }
+    return state;
 }
 
 // Routing
@@ -210,9 +221,8 @@ void CanvasView::hoverEnded() {
 }
 
 void CanvasView::setHoveredCanvasPoint(std::optional<CanvasPoint> point) {
-    if (m_hoveredCanvasPoint != point && selectedTool() == PaintTool::eraser)
-        m_context.repaintOverlays();
-    m_hoveredCanvasPoint = point;
+    const bool hasMoved = std::exchange(m_hoveredCanvasPoint, point) != point;
+    if (hasMoved && selectedTool() == PaintTool::eraser) m_context.repaintOverlays();
     m_context.host.onCursorPositionChange(point);
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "canvas/CanvasContext.h"
+#include "canvas/CanvasHost.h"
 #include "canvas/CanvasInput.h"
+#include "canvas/CanvasOverlays.h"
 #include "canvas/CanvasRenderer.h"
 #include "canvas/DrawingGestures.h"
 #include "canvas/PanGesture.h"
@@ -72,11 +74,14 @@ public:
 
     // State
 
+    bool hasProject() const { return m_context.host.project() != nullptr; }
     double currentZoom() const { return m_zoom.currentZoom(); }
     /// The canvas's top left corner in the viewport's points, on a whole device pixel.
     QPointF canvasOriginInViewport(double devicePixelRatio) const;
     /// What is to be painted; good until the project or the drawing changes. Needs a project.
     CanvasFrame frame(double devicePixelRatio) const;
+    /// What lies over the canvas. Needs a project.
+    OverlayState overlays() const;
     CanvasGeometry geometry() const { return m_context.geometry(); }
     std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
     const LiveDrawing& drawing() const { return m_drawing.live(); }

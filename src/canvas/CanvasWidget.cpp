@@ -3,21 +3,26 @@
 
 #include "canvas/CanvasCursors.h"
 #include "canvas/CanvasDisplay.h"
+#include "canvas/CanvasOverlays.h"
 #include "canvas/CanvasRenderer.h"
 #include "canvas/CanvasShadow.h"
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidgetInput.h"
 #include "canvas/CanvasWidgetScroller.h"
+#include "canvas/FrameUnderOverlays.h"
 #include "canvas/QtCanvasTimers.h"
 #include "canvas/StoreCanvasHost.h"
 #include "store/ProjectStore.h"
 
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QGestureEvent>
 #include <QKeyEvent>
 #include <QNativeGestureEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPinchGesture>
+#include <QTimerEvent>
 
 #include <cmath>
 
@@ -43,10 +48,38 @@ struct CanvasWidget::Parts final : CanvasDisplay {
 
     void repaintCanvasPixels(const QRect& rect) override {
         const CanvasFrame frame = view.frame(widget.viewport()->devicePixelRatioF());
-        widget.viewport()->update(viewportRect(frame, rect));
+        const QRect changed = viewportRect(frame, rect);
+        under.invalidate(changed);
+        widget.viewport()->update(changed);
     }
-    void repaintOverlays() override { widget.viewport()->update(); }
-    void repaintViewport() override { widget.viewport()->update(); }
+    void repaintOverlays() override {
+        const QRegion before = overlays.region();
+        prepareOverlays();
+        widget.viewport()->update(before | overlays.region());
+    }
+    void repaintViewport() override {
+        under.invalidateAll();
+        prepareOverlays();
+        widget.viewport()->update();
+    }
+
+    /// Takes in what lies over the canvas now, and sets the ants in motion or stops them.
+    void prepareOverlays() {
+        const bool hasProject = view.hasProject();
+        overlays.prepare(
+            hasProject ? view.frame(widget.viewport()->devicePixelRatioF()) : CanvasFrame(),
+            hasProject ? view.overlays() : OverlayState());
+        if (!overlays.hasAnts()) {
+            under.drop();
+            marching.stop();
+        } else if (!marching.isActive() && !hasReducedMotion) {
+            marching.start(static_cast<int>(std::lround(marchingAntsInterval * 1000.0)), &widget);
+        }
+    }
+    int phase() const {
+        return hasReducedMotion ? 0
+                                : marchingAntsPhase(static_cast<double>(clock.elapsed()) / 1000.0);
+    }
 
     CanvasWidget& widget;
     StoreCanvasHost host;
@@ -56,6 +89,11 @@ struct CanvasWidget::Parts final : CanvasDisplay {
     CanvasView view;
     CanvasWidgetInput input;
     CanvasRenderer renderer;
+    FrameUnderOverlays under;
+    CanvasOverlays overlays;
+    QBasicTimer marching;
+    QElapsedTimer clock;
+    bool hasReducedMotion = false;
 };
 
 CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
@@ -68,6 +106,7 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->grabGesture(Qt::PinchGesture);
+    m_parts->clock.start();
     m_parts->view.setDisplay(m_parts.get());
     m_parts->view.setScroller(&m_parts->scroller);
     feedCanvas(m_parts->view, store, *this);
@@ -87,8 +126,23 @@ QPointF CanvasWidget::canvasOriginInViewport() const {
 }
 
 void CanvasWidget::paintEvent(QPaintEvent* event) {
+    Parts& parts = *m_parts;
+    parts.prepareOverlays();
     QPainter painter(viewport());
-    const QRect exposed = event->rect();
+    if (!parts.overlays.hasAnts()) {
+        paintCanvas(painter, event->rect());
+    } else {
+        const QImage& under = parts.under.image(
+            viewport()->size(), viewport()->devicePixelRatioF(), event->region(),
+            [this](QPainter& target, const QRect& rect) { paintCanvas(target, rect); });
+        parts.overlays.paintAnts(painter, under, event->region(), parts.phase(),
+                                 palette().color(QPalette::Highlight));
+    }
+    parts.overlays.paintMarks(painter, palette().color(QPalette::Highlight));
+}
+
+/// The canvas and the workspace around it.
+void CanvasWidget::paintCanvas(QPainter& painter, const QRect& exposed) const {
     const model::PaintProject* project = m_store.activeProject();
     if (project == nullptr) return painter.fillRect(exposed, workspaceColor(palette()));
     CanvasFrame frame = m_parts->view.frame(viewport()->devicePixelRatioF());
@@ -102,6 +156,18 @@ void CanvasWidget::paintEvent(QPaintEvent* event) {
     m_parts->renderer.paint(painter, frame, exposed);
 }
 
+void CanvasWidget::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != m_parts->marching.timerId())
+        return QAbstractScrollArea::timerEvent(event);
+    viewport()->update(m_parts->overlays.antsRegion());
+}
+
+void CanvasWidget::setReducedMotion(bool isReduced) {
+    m_parts->hasReducedMotion = isReduced;
+    m_parts->marching.stop();
+    m_parts->repaintOverlays();
+}
+
 void CanvasWidget::resizeEvent(QResizeEvent*) {
     m_parts->scroller.updateRanges();
     m_parts->view.setViewportSize(viewport()->size());
@@ -109,7 +175,7 @@ void CanvasWidget::resizeEvent(QResizeEvent*) {
 
 void CanvasWidget::scrollContentsBy(int, int) {
     m_parts->scroller.barsMoved();
-    viewport()->update();
+    m_parts->repaintViewport();
 }
 
 bool CanvasWidget::viewportEvent(QEvent* event) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 class QGestureEvent;
+class QPainter;
 
 namespace quillabrae::store {
 class ProjectStore;
@@ -27,6 +28,8 @@ public:
     CanvasView& view();
     /// The canvas's top left corner in the viewport's coordinates, on a whole device pixel.
     QPointF canvasOriginInViewport() const;
+    /// Whether the marching ants stand still, for people who do not want motion.
+    void setReducedMotion(bool isReduced);
 
 protected:
     bool viewportEvent(QEvent* event) override;
@@ -41,11 +44,13 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     struct Parts;
 
     void updateCursor();
+    void paintCanvas(QPainter& painter, const QRect& exposed) const;
     bool gestureEvent(QGestureEvent& event);
 
     store::ProjectStore& m_store;

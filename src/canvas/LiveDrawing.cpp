@@ -11,6 +11,12 @@
 #include <utility>
 
 namespace quillabrae::canvas {
+// What is left of a torn file must not get into the next one.
+std::optional<model::PngBytes> readableBitmap(const model::PaintLayer& layer) {
+    const auto& png = layer.bitmapPNGData;
+    return png && !raster::decodedImage(*png).isNull() ? png : std::nullopt;
+}
+
 model::PaintStroke LiveDrawing::liveStroke(std::vector<model::CanvasPoint> points) const {
     const model::PaintAppSettings& settings = m_context.host.settings();
     const model::PaintTool tool = settings.selectedTool;
@@ -37,7 +43,7 @@ model::PaintStroke LiveDrawing::liveStroke(std::vector<model::CanvasPoint> point
 void LiveDrawing::begin(const model::PaintLayer& layer) {
     const model::PaintProject* project = m_context.host.project();
     m_activeDrawingLayerID = layer.id;
-    m_originalBitmapPNGData = layer.bitmapPNGData;
+    m_originalBitmapPNGData = readableBitmap(layer);
     // Shares the decoded pixels; they are copied when the first segment is drawn.
     m_drawingBaseImage =
         raster::LayerRasterService::renderLayer(layer, project->canvasWidth, project->canvasHeight);

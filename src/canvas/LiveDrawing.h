@@ -81,4 +81,7 @@ private:
     QRect m_drawnRect;
 };
 
+/// The layer's stored pixels, to encode changes of them from; none where they cannot be read.
+std::optional<model::PngBytes> readableBitmap(const model::PaintLayer& layer);
+
 } // namespace quillabrae::canvas

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/MarchingAnts.h"
 
+#include "raster/KernelTargets.h"
+#include "raster/Parallel.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -11,9 +14,9 @@ namespace {
 constexpr int dashLength = 14;
 constexpr double lineWidth = 2.4;
 constexpr double casingWidth = 4.4;
+/// Work for one thread that is worth waking another for.
+constexpr int pixelsPerBand = 1 << 16;
 constexpr std::uint32_t allPhases = (1U << MarchingAnts::phaseCount) - 1;
-/// White at opacity 0.9.
-constexpr int casingShare = 230;
 
 /// The whole phases p at which (distance - p) mod 24 is within a dash, as bits.
 std::uint32_t phasesOn(int distance) {
@@ -38,11 +41,23 @@ const std::array<std::uint32_t, MarchingAnts::phaseCount>& phaseTable() {
     return table;
 }
 
-QRgb encased(QRgb base) {
-    const auto mixed = [](int value) {
-        return (value * (255 - casingShare) + 255 * casingShare + 127) / 255;
-    };
-    return qRgb(mixed(qRed(base)), mixed(qGreen(base)), mixed(qBlue(base)));
+/// White at opacity 0.9 over `base`: 230 and a tenth of each channel, two channels at a time.
+inline QRgb encased(QRgb base) {
+    constexpr QRgb evenChannels = 0x00ff00ff;
+    constexpr QRgb white = 0xffe6e6e6;
+    const QRgb even = ((base & evenChannels) * 26 >> 8) & evenChannels;
+    const QRgb odd = ((base >> 8 & 0xff) * 26) & 0xff00;
+    return white + even + odd;
+}
+
+/// Each pixel is the accent where its line is on, else in its casing where that is on.
+QUILLABRAE_WIDE_KERNEL void paintPixels(const std::uint32_t* line, const std::uint32_t* casing,
+                                        std::uint32_t phaseBit, QRgb accent, const QRgb* base,
+                                        QRgb* target, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const QRgb cased = (casing[i] & phaseBit) != 0 ? encased(base[i]) : base[i];
+        target[i] = (line[i] & phaseBit) != 0 ? accent : cased;
+    }
 }
 
 int firstCentreFrom(double edge) {
@@ -71,17 +86,30 @@ const MarchingAnts::Tile* MarchingAnts::tileIfAny(int tileX, int tileY) const {
         .get();
 }
 
-void MarchingAnts::mark(int x, int y, std::uint32_t phases, bool isLine) {
-    Tile& tile = tileAt(x / tileWidth, y / tileHeight);
-    const auto index = static_cast<std::size_t>(y % tileHeight) * tileWidth +
-                       static_cast<std::size_t>(x % tileWidth);
-    tile.casing[index] |= phases;
-    if (isLine) tile.line[index] |= phases;
+/// The pixels `first` to `end` - 1 along one row or column: their phases follow one another.
+template <bool isHorizontal>
+void MarchingAnts::markLine(int across, int first, int end, double start, Part part) {
+    const auto& table = phaseTable();
+    for (int a = first; a < end;) {
+        const int tileLength = isHorizontal ? tileWidth : tileHeight;
+        const int tileEnd = std::min((a / tileLength + 1) * tileLength, end);
+        Tile& tile = isHorizontal ? tileAt(a / tileWidth, across / tileHeight)
+                                  : tileAt(across / tileWidth, a / tileHeight);
+        const int acrossOffset =
+            isHorizontal ? across % tileHeight * tileWidth : across % tileWidth;
+        for (; a < tileEnd; ++a) {
+            const int points = static_cast<int>(std::abs(a + 0.5 - start) / m_devicePixelRatio);
+            const std::uint32_t phases = table[static_cast<std::size_t>(points % phaseCount)];
+            const auto index = static_cast<std::size_t>(
+                acrossOffset + (isHorizontal ? a % tileWidth : a % tileHeight * tileWidth));
+            tile.casing[index] |= phases;
+            if (part == Part::line) tile.line[index] |= phases;
+        }
+    }
 }
 
 template <bool isHorizontal>
 void MarchingAnts::addSpan(double across, double start, double end) {
-    const auto& table = phaseTable();
     const int alongLimit = isHorizontal ? m_size.width() : m_size.height();
     const int acrossLimit = isHorizontal ? m_size.height() : m_size.width();
     const double casing = casingWidth / 2.0 * m_devicePixelRatio;
@@ -90,16 +118,11 @@ void MarchingAnts::addSpan(double across, double start, double end) {
     const auto held = [&](double value) { return std::clamp(value, -far, far); };
     const int firstAcross = std::max(firstCentreFrom(held(across - casing)), 0);
     const int endAcross = std::min(firstCentreFrom(held(across + casing)), acrossLimit);
-    const int firstAlong = std::max(firstCentreFrom(held(std::min(start, end))), 0);
-    const int endAlong = std::min(firstCentreFrom(held(std::max(start, end))), alongLimit);
+    const int first = std::max(firstCentreFrom(held(std::min(start, end))), 0);
+    const int last = std::min(firstCentreFrom(held(std::max(start, end))), alongLimit);
     for (int b = firstAcross; b < endAcross; ++b) {
         const bool isLine = std::abs(b + 0.5 - across) <= line;
-        for (int a = firstAlong; a < endAlong; ++a) {
-            const double points = std::abs(a + 0.5 - start) / m_devicePixelRatio;
-            const auto index = static_cast<std::size_t>(std::fmod(points, double(phaseCount)));
-            isHorizontal ? mark(a, b, table.at(index), isLine)
-                         : mark(b, a, table.at(index), isLine);
-        }
+        markLine<isHorizontal>(b, first, last, start, isLine ? Part::line : Part::casing);
     }
 }
 
@@ -111,41 +134,39 @@ void MarchingAnts::addSegment(QPointF start, QPointF end) {
         addSpan<false>(start.x(), start.y(), end.y());
 }
 
-void MarchingAnts::paintTileRow(const Tile& tile, int y, int first, int end, const QRgb* base,
-                                QRgb* target, std::uint32_t phaseBit, QRgb accent) const {
-    const std::size_t row = static_cast<std::size_t>(y % tileHeight) * tileWidth;
-    const std::uint32_t* const line = tile.line.data() + row;
-    const std::uint32_t* const casing = tile.casing.data() + row;
-    for (int x = first; x < end; ++x) {
-        const auto i = static_cast<std::size_t>(x);
-        const QRgb cased = (casing[i] & phaseBit) != 0 ? encased(base[i]) : base[i];
-        target[i] = (line[i] & phaseBit) != 0 ? accent : cased;
-    }
-}
-
 void MarchingAnts::paint(QImage& target, const QImage& base, const QRect& rect, int phase,
                          const QColor& accent) const {
     const QRect inside = rect & QRect(QPoint(0, 0), m_size);
+    if (inside.isEmpty()) return;
     const std::uint32_t phaseBit = 1U << (phase % phaseCount);
-    const QRgb accentPixel = accent.rgb();
-    for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        const auto* const from = reinterpret_cast<const QRgb*>(base.constScanLine(y));
-        auto* const to = reinterpret_cast<QRgb*>(target.scanLine(y - rect.top()));
-        for (int x = inside.left(); x <= inside.right();) {
-            const int tileX = x / tileWidth;
-            const int end = std::min((tileX + 1) * tileWidth, inside.right() + 1);
-            const QRgb* const source = from + x;
-            QRgb* const destination = to + (x - rect.left());
-            const Tile* const tile = tileIfAny(tileX, y / tileHeight);
-            if (tile == nullptr) {
-                std::memcpy(destination, source, static_cast<std::size_t>(end - x) * sizeof(QRgb));
-            } else {
-                const int offset = x - tileX * tileWidth;
-                paintTileRow(*tile, y, offset, offset + end - x, source - offset,
-                             destination - offset, phaseBit, accentPixel);
-            }
-            x = end;
+    std::uint8_t* const bits = target.bits();
+    const auto stride = static_cast<std::size_t>(target.bytesPerLine());
+    const int rowsPerBand = std::max(pixelsPerBand / inside.width(), 1);
+    raster::parallelForRowBands(inside.height(), rowsPerBand, [&](int first, int end) {
+        for (int y = inside.top() + first; y < inside.top() + end; ++y) {
+            auto* const row = bits + static_cast<std::size_t>(y - rect.top()) * stride;
+            paintRow(y, inside.left(), inside.right() + 1, phaseBit, accent.rgb(),
+                     reinterpret_cast<const QRgb*>(base.constScanLine(y)) + inside.left(),
+                     reinterpret_cast<QRgb*>(row) + (inside.left() - rect.left()));
         }
+    });
+}
+
+void MarchingAnts::paintRow(int y, int first, int end, std::uint32_t phaseBit, QRgb accent,
+                            const QRgb* base, QRgb* target) const {
+    for (int x = first; x < end;) {
+        const int tileEnd = std::min((x / tileWidth + 1) * tileWidth, end);
+        const auto count = static_cast<std::size_t>(tileEnd - x);
+        if (const Tile* const tile = tileIfAny(x / tileWidth, y / tileHeight)) {
+            const auto index = static_cast<std::size_t>(y % tileHeight * tileWidth + x % tileWidth);
+            paintPixels(tile->line.data() + index, tile->casing.data() + index, phaseBit, accent,
+                        base, target, count);
+        } else {
+            std::memcpy(target, base, count * sizeof(QRgb));
+        }
+        base += count;
+        target += count;
+        x = tileEnd;
     }
 }
 

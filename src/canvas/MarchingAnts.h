@@ -52,11 +52,13 @@ private:
 
     Tile& tileAt(int tileX, int tileY);
     const Tile* tileIfAny(int tileX, int tileY) const;
-    void mark(int x, int y, std::uint32_t phases, bool isLine);
+    enum class Part { line, casing };
+    template <bool isHorizontal>
+    void markLine(int across, int first, int end, double start, Part part);
     template <bool isHorizontal>
     void addSpan(double across, double start, double end);
-    void paintTileRow(const Tile& tile, int y, int first, int end, const QRgb* base, QRgb* target,
-                      std::uint32_t phaseBit, QRgb accent) const;
+    void paintRow(int y, int first, int end, std::uint32_t phaseBit, QRgb accent, const QRgb* base,
+                  QRgb* target) const;
 
     QSize m_size;
     double m_devicePixelRatio;

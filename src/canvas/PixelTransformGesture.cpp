@@ -3,6 +3,7 @@
 
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasHost.h"
+#include "canvas/LiveDrawing.h"
 #include "canvas/PointerState.h"
 #include "canvas/SelectionEdit.h"
 #include "canvas/ZoomController.h"

@@ -113,8 +113,13 @@ TEST_F(Line, AGradientMayBeginAndEndOutsideTheCanvas) {
     useTool(PaintTool::gradient);
     const DragValue value =
         DragValue::between(inDocument({-100.0, 50.0}), inDocument({300.0, 50.0}));
+    view.dragChanged(Surface::workspace,
+                     DragValue::between(value.startLocation, value.startLocation));
     view.dragChanged(Surface::workspace, value);
     view.dragEnded(Surface::workspace, value);
+    // A quarter and three quarters of the way.
+    EXPECT_NEAR(pixel(0, 50).red(), 191, 2);
+    EXPECT_NEAR(pixel(199, 50).blue(), 191, 2);
     EXPECT_EQ(host.history.size(), 1U);
 }
 

@@ -114,6 +114,16 @@ TEST_F(Stroke, StrokesAccumulate) {
     EXPECT_EQ(host.history.size(), 2U);
 }
 
+TEST_F(Stroke, NothingOfATornFileGetsIntoTheNext) {
+    fillLayer(Qt::green);
+    QByteArray torn = layer().bitmapPNGData->toByteArray();
+    torn[torn.size() / 2] = static_cast<char>(torn[torn.size() / 2] ^ 0x55);
+    layer().bitmapPNGData = model::PngBytes(torn);
+    draw({{20.0, 20.0}, {60.0, 20.0}});
+    EXPECT_EQ(pixel(40, 20), QColor(255, 0, 0));
+    EXPECT_EQ(pixel(40, 80), clear);
+}
+
 TEST_F(Stroke, WhatIsStoredIsThePlainEncodingOfWhatWasShown) {
     fillLayer(Qt::green);
     press({20.0, 20.0});

@@ -8,9 +8,9 @@ namespace quillabrae::replay {
 namespace {
 
 raster::RasterImage live(Session& session, const Arguments&) {
-    const raster::RasterImage& image = session.canvas().view().drawing().liveDrawingImage();
-    if (image.isNull()) throw ScriptError(QStringLiteral("no gesture is drawing"));
-    return image;
+    const canvas::CanvasFrame frame = session.canvas().view().frame(1.0);
+    if (frame.liveImage == nullptr) throw ScriptError(QStringLiteral("no gesture is drawing"));
+    return *frame.liveImage;
 }
 
 raster::RasterImage canvasPicture(Session& session, const Arguments&) {

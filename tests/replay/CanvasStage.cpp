@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "replay/CanvasStage.h"
 
+#include "canvas/CanvasOverlays.h"
 #include "canvas/CanvasRenderer.h"
 
 #include <QPainter>
@@ -60,13 +61,24 @@ void CanvasStage::release(QPointF at, Space space) {
 }
 
 raster::RasterImage CanvasStage::picture() const {
+    const QColor accent(Qt::blue);
     const QSize size = m_scroller.clipSize.toSize();
     const canvas::CanvasFrame frame = m_view.frame(1.0);
     if (size.isEmpty() || frame.project == nullptr) return {};
+    const QRect all(QPoint(), size);
     raster::RasterImage image(size.width(), size.height());
     QImage target = image.paintTarget();
     QPainter painter(&target);
-    canvas::CanvasRenderer().paint(painter, frame, QRect(QPoint(), size));
+    canvas::CanvasRenderer().paint(painter, frame, all);
+    canvas::CanvasOverlays overlays;
+    overlays.prepare(frame, m_view.overlays());
+    if (overlays.hasAnts()) {
+        painter.end();
+        const QImage under = target.convertToFormat(QImage::Format_RGB32);
+        painter.begin(&target);
+        overlays.paintAnts(painter, under, overlays.antsRegion() & all, 0, accent);
+    }
+    overlays.paintMarks(painter, accent);
     painter.end();
     return image;
 }

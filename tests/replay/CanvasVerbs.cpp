@@ -8,6 +8,9 @@
 
 #include <QJsonArray>
 
+#include <array>
+#include <utility>
+
 namespace quillabrae::replay {
 namespace {
 
@@ -49,6 +52,7 @@ canvas::Modifiers modifiersFrom(const QJsonValue& value) {
 void takeModifiers(Session& session, const Arguments& arguments) {
     if (arguments.has("modifiers"))
         session.canvas().pointer().keys = modifiersFrom(arguments.value("modifiers"));
+    session.canvas().view().modifiersChanged();
 }
 
 bool rightButton(Session& session, const Arguments& arguments, QPointF at,
@@ -128,6 +132,23 @@ QJsonValue modifiers(Session& session, const Arguments& arguments) {
     return {};
 }
 
+/// Whether the canvas took the key.
+QJsonValue key(Session& session, const Arguments& arguments) {
+    using canvas::CanvasKey;
+    static constexpr std::array<std::pair<QLatin1StringView, CanvasKey>, 4> keys{{
+        {QLatin1StringView("left"), CanvasKey::left},
+        {QLatin1StringView("right"), CanvasKey::right},
+        {QLatin1StringView("up"), CanvasKey::up},
+        {QLatin1StringView("down"), CanvasKey::down},
+    }};
+    takeModifiers(session, arguments);
+    const QString name = arguments.text("key");
+    for (const auto& [keyName, canvasKey] : keys) {
+        if (name == keyName) return session.canvas().view().handleKey(canvasKey);
+    }
+    throw ScriptError(QStringLiteral("no key is called \"%1\"").arg(name));
+}
+
 /// Whether the canvas took the event.
 QJsonValue magnify(Session& session, const Arguments& arguments) {
     CanvasStage& stage = session.canvas();
@@ -157,6 +178,7 @@ constexpr Verb verbs[] = {
     {"canvas.stroke", "points space? button? modifiers?", stroke},
     {"canvas.hover", "at space?", hover},
     {"canvas.modifiers", "modifiers", modifiers},
+    {"canvas.key", "key modifiers?", key},
     {"canvas.magnify", "magnification timestamp? at space?", magnify},
     {"canvas.wheel", "notches at space?", wheel},
     {"canvas.state", "", state},

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasOverlays.h"
+
+#include "canvas/CanvasRenderer.h"
+#include "canvas/SelectionHandle.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillabrae::canvas {
+namespace {
+
+constexpr double marchingAntsCycle = 1.25;
+constexpr double handleMarkSize = 8.0;
+constexpr double eraserOuterWidth = 1.5;
+constexpr double eraserInnerWidth = 1.0;
+/// White at opacity 0.92, and black at 0.72.
+constexpr QColor eraserOuterColor(255, 255, 255, 235);
+constexpr QColor eraserInnerColor(0, 0, 0, 184);
+
+QRect aligned(const QRectF& rect) {
+    return rect.toAlignedRect();
+}
+
+QRectF scaledRect(const QRectF& rect, double factor) {
+    return {rect.topLeft() * factor, rect.size() * factor};
+}
+
+/// Where a rectangle of the canvas shows.
+QRectF shown(const QRectF& rect, const CanvasFrame& frame) {
+    return scaledRect(rect, frame.zoomScale).translated(frame.canvasOrigin);
+}
+
+} // namespace
+
+int marchingAntsPhase(double seconds) {
+    return static_cast<int>(std::fmod(seconds, marchingAntsCycle) / marchingAntsCycle *
+                            MarchingAnts::phaseCount) %
+           MarchingAnts::phaseCount;
+}
+
+void CanvasOverlays::prepare(const CanvasFrame& frame, const OverlayState& state) {
+    m_devicePixelRatio = frame.devicePixelRatio;
+    m_eraserCircle.reset();
+    if (state.eraserCenter) {
+        const double diameter = std::max(state.eraserDiameter * frame.zoomScale, 1.0);
+        const QPointF center =
+            QPointF(state.eraserCenter->x, state.eraserCenter->y) * frame.zoomScale +
+            frame.canvasOrigin;
+        m_eraserCircle =
+            QRectF(center - QPointF(diameter, diameter) / 2.0, QSizeF(diameter, diameter));
+    }
+    if (!state.selection) {
+        m_key.reset();
+        m_ants.reset();
+        return;
+    }
+    m_selectionRect = shown(rectOf(*state.selection), frame);
+    const AntsKey key{*state.selection, frame.zoomScale, frame.canvasOrigin, frame.viewportSize,
+                      frame.devicePixelRatio};
+    if (m_key != key) layOutAnts(key);
+}
+
+void CanvasOverlays::layOutAnts(const AntsKey& key) {
+    m_key = key;
+    const QSizeF size = key.viewportSize * key.devicePixelRatio;
+    m_ants.emplace(QSize(static_cast<int>(std::ceil(size.width())),
+                         static_cast<int>(std::ceil(size.height()))),
+                   key.devicePixelRatio);
+    const QRectF rect = scaledRect(m_selectionRect, key.devicePixelRatio);
+    if (!key.selection.maskPNGData) return addRectSegments(rect);
+    const SelectionMaskOutlinePlan& plan = m_outlines.outline(*key.selection.maskPNGData);
+    if (plan.width > 0 && plan.height > 0) addMaskSegments(plan, rect);
+}
+
+void CanvasOverlays::addRectSegments(const QRectF& rect) {
+    // The border lies between pixels: on whole device pixels.
+    const QRectF snapped(QPointF(std::round(rect.left()), std::round(rect.top())),
+                         QPointF(std::round(rect.right()), std::round(rect.bottom())));
+    m_ants->addSegment(snapped.topLeft(), snapped.topRight());
+    m_ants->addSegment(snapped.topRight(), snapped.bottomRight());
+    m_ants->addSegment(snapped.bottomRight(), snapped.bottomLeft());
+    m_ants->addSegment(snapped.bottomLeft(), snapped.topLeft());
+}
+
+void CanvasOverlays::addMaskSegments(const SelectionMaskOutlinePlan& plan, const QRectF& rect) {
+    const double scaleX = rect.width() / plan.width;
+    const double scaleY = rect.height() / plan.height;
+    const auto at = [&](int x, int y) {
+        return QPointF(std::round(rect.left() + x * scaleX), std::round(rect.top() + y * scaleY));
+    };
+    for (const SelectionMaskOutlineSegment& segment : plan.segments)
+        m_ants->addSegment(at(segment.startX, segment.startY), at(segment.endX, segment.endY));
+}
+
+QRectF CanvasOverlays::handleRect(QPointF center) const {
+    constexpr double half = handleMarkSize / 2.0;
+    return {center - QPointF(half, half), QSizeF(handleMarkSize, handleMarkSize)};
+}
+
+QRegion CanvasOverlays::antsRegion() const {
+    if (!m_ants) return {};
+    QRegion region;
+    for (const QRect& rect : m_ants->region())
+        region += aligned(scaledRect(QRectF(rect), 1.0 / m_devicePixelRatio));
+    return region;
+}
+
+QRegion CanvasOverlays::region() const {
+    QRegion region = antsRegion();
+    if (m_ants) {
+        for (const SelectionHandle handle : allSelectionHandles) {
+            region += aligned(
+                handleRect(handlePoint(handle, m_selectionRect)).adjusted(-1.0, -1.0, 1.0, 1.0));
+        }
+    }
+    if (m_eraserCircle) {
+        const QRect circle = aligned(m_eraserCircle->adjusted(-2.0, -2.0, 2.0, 2.0));
+        region += circle;
+    }
+    return region;
+}
+
+void CanvasOverlays::paintAnts(QPainter& painter, const QImage& base, const QRegion& exposed,
+                               int phase, const QColor& accent) {
+    painter.save();
+    // Device pixels one to one: a strip is copied, not scaled.
+    painter.scale(1.0 / m_devicePixelRatio, 1.0 / m_devicePixelRatio);
+    for (const QRect& rect : exposed) {
+        const QRect device = aligned(scaledRect(QRectF(rect), m_devicePixelRatio)) & base.rect();
+        if (device.isEmpty()) continue;
+        if (m_strip.width() < device.width() || m_strip.height() < device.height())
+            m_strip = QImage(device.size().expandedTo(m_strip.size()), QImage::Format_RGB32);
+        m_ants->paint(m_strip, base, device, phase, accent);
+        painter.drawImage(device.topLeft(), m_strip, QRect(QPoint(0, 0), device.size()));
+    }
+    painter.restore();
+}
+
+void CanvasOverlays::paintMarks(QPainter& painter, const QColor& accent) const {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_ants) {
+        painter.setPen(QPen(accent, 1.0));
+        painter.setBrush(Qt::white);
+        for (const SelectionHandle handle : allSelectionHandles)
+            painter.drawRect(handleRect(handlePoint(handle, m_selectionRect)));
+    }
+    if (m_eraserCircle) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(eraserOuterColor, eraserOuterWidth));
+        painter.drawEllipse(*m_eraserCircle);
+        painter.setPen(QPen(eraserInnerColor, eraserInnerWidth));
+        painter.drawEllipse(*m_eraserCircle);
+    }
+    painter.restore();
+}
+
+} // namespace quillabrae::canvas
