@@ -25,7 +25,7 @@ void gatherWithinEight(const std::uint8_t* from, std::uint8_t* to, const std::in
         const std::uint8_t* const stretch = from + 4 * static_cast<std::size_t>(first[i]);
         lanes::storePixels(
             to + 4 * lanes::count * i,
-            __builtin_shuffle(lanes::loadPixels(stretch), loadPlaces(place + lanes::count * i)));
+            lanes::picked(lanes::loadPixels(stretch), loadPlaces(place + lanes::count * i)));
     }
 }
 
@@ -34,10 +34,10 @@ void gatherWithinSixteen(const std::uint8_t* from, std::uint8_t* to, const std::
                          const std::int32_t* place, std::size_t eights) {
     for (std::size_t i = 0; i < eights; ++i) {
         const std::uint8_t* const stretch = from + 4 * static_cast<std::size_t>(first[i]);
-        lanes::storePixels(to + 4 * lanes::count * i,
-                           __builtin_shuffle(lanes::loadPixels(stretch),
-                                             lanes::loadPixels(stretch + 4 * lanes::count),
-                                             loadPlaces(place + lanes::count * i)));
+        lanes::storePixels(
+            to + 4 * lanes::count * i,
+            lanes::picked(lanes::loadPixels(stretch), lanes::loadPixels(stretch + 4 * lanes::count),
+                          loadPlaces(place + lanes::count * i)));
     }
 }
 

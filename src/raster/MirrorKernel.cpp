@@ -14,8 +14,7 @@ void reversePixels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixel
     std::size_t i = 0;
     for (; i + lanes::count <= pixelCount; i += lanes::count)
         lanes::storePixels(
-            to + 4 * i,
-            __builtin_shuffle(lanes::loadPixels(end - 4 * (i + lanes::count)), backward));
+            to + 4 * i, lanes::picked(lanes::loadPixels(end - 4 * (i + lanes::count)), backward));
     for (; i < pixelCount; ++i) std::memcpy(to + 4 * i, end - 4 * (i + 1), 4);
 }
 

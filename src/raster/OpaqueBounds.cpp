@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <mutex>
 
 namespace quillabrae::raster {
@@ -57,7 +58,7 @@ std::size_t endOfVisible(const std::uint8_t* pixels, std::size_t pixelCount) {
 
 /// Columns and rows that hold visible pixels, each from the first up to but not including the end.
 struct Bounds {
-    std::size_t left;
+    std::size_t left = std::numeric_limits<std::size_t>::max();
     std::size_t right = 0;
     int top = 0;
     int bottom = 0;
@@ -106,11 +107,11 @@ std::optional<QRect> opaqueBounds(const RasterImage& image, const QRectF& target
     const WholePositions rows(rect.y(), rect.y() + rect.height(), image.height());
     if (columns.first >= columns.end || rows.first >= rows.end) return std::nullopt;
     const auto width = static_cast<std::size_t>(columns.end - columns.first);
-    Bounds bounds{.left = width};
+    Bounds bounds;
     std::mutex mutex;
     parallelForRowBands(
         rows.end - rows.first, rowsPerBand(image.width()), [&](int first, int last) {
-            Bounds band{.left = width};
+            Bounds band;
             for (int y = rows.first + first; y < rows.first + last; ++y)
                 band.add(image.row(y) + 4 * static_cast<std::size_t>(columns.first), width, y);
             const std::lock_guard lock(mutex);

@@ -38,6 +38,29 @@ constexpr std::uint32_t evenBytes = 0x00ff00ffU;
     std::memcpy(to, &pixels, sizeof pixels);
 }
 
+/// pixels[places[i]]; places are 0 to 7.
+[[gnu::always_inline]] inline Words picked(Words pixels, Words places) {
+#if defined(__clang__)
+    Words result{};
+    for (std::size_t i = 0; i < count; ++i) result[i] = pixels[places[i]];
+    return result;
+#else
+    return __builtin_shuffle(pixels, places);
+#endif
+}
+
+/// The same of sixteen pixels; places are 0 to 15.
+[[gnu::always_inline]] inline Words picked(Words first, Words second, Words places) {
+#if defined(__clang__)
+    Words result{};
+    for (std::size_t i = 0; i < count; ++i)
+        result[i] = places[i] < count ? first[places[i]] : second[places[i] - count];
+    return result;
+#else
+    return __builtin_shuffle(first, second, places);
+#endif
+}
+
 /// round(n / 255) of n up to 255 * 255, halves up.
 [[gnu::always_inline]] inline Halves over255(Halves n) {
     const Halves t = n + 128;

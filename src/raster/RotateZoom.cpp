@@ -112,6 +112,12 @@ void indexPixels(std::int32_t* index, const RowWalk& row, ColumnRange columns, i
 /// What the picture is set down on: nothing, which is not even read, or the pixels that are there.
 enum class Ground { clear, kept };
 
+/// What one row's part of a block needs.
+struct Scratch {
+    std::array<std::int32_t, blockColumns> index{};
+    std::array<std::uint8_t, std::size_t{4} * blockColumns> gathered{};
+};
+
 class Setter {
 public:
     Setter(const Picture& picture, const Turn& turn, RasterImage& target, Ground ground)
@@ -125,13 +131,14 @@ public:
     /// Rows from `first` up to but not including `last`, at most a block of them.
     void setRows(int first, int last) const {
         std::array<RowWalk, blockRows> walks;
+        Scratch scratch;
         for (int y = first; y < last; ++y)
             walks[static_cast<std::size_t>(y - first)] = m_turn.row(y, m_columns);
         for (int x = 0; x < m_columns; x += blockColumns) {
             const ColumnRange block{x, std::min(x + blockColumns, m_columns)};
             for (int y = first; y < last; ++y)
                 setRow(m_target + static_cast<std::size_t>(y) * m_stride,
-                       walks[static_cast<std::size_t>(y - first)], block);
+                       walks[static_cast<std::size_t>(y - first)], block, scratch);
         }
     }
 
@@ -142,7 +149,7 @@ private:
                         4 * static_cast<std::size_t>(last - first));
     }
 
-    void setRow(std::uint8_t* row, const RowWalk& walk, ColumnRange block) const {
+    void setRow(std::uint8_t* row, const RowWalk& walk, ColumnRange block, Scratch& scratch) const {
         const ColumnRange shown{std::clamp(walk.shown.first, block.first, block.last),
                                 std::clamp(walk.shown.last, block.first, block.last)};
         if (m_ground == Ground::clear) {
@@ -152,13 +159,11 @@ private:
         if (shown.first >= shown.last) return;
         const auto count = static_cast<std::size_t>(shown.last - shown.first);
         std::uint8_t* const pixels = row + 4 * static_cast<std::size_t>(shown.first);
-        std::array<std::int32_t, blockColumns> index;
-        indexPixels(index.data(), walk, shown, m_picture.strideInPixels);
+        indexPixels(scratch.index.data(), walk, shown, m_picture.strideInPixels);
         if (m_ground == Ground::clear)
-            return gatherPixels(pixels, m_picture.pixels, index.data(), count);
-        std::array<std::uint8_t, std::size_t{4} * blockColumns> gathered;
-        gatherPixels(gathered.data(), m_picture.pixels, index.data(), count);
-        sourceOverPixels(pixels, gathered.data(), count, 255);
+            return gatherPixels(pixels, m_picture.pixels, scratch.index.data(), count);
+        gatherPixels(scratch.gathered.data(), m_picture.pixels, scratch.index.data(), count);
+        sourceOverPixels(pixels, scratch.gathered.data(), count, 255);
     }
 
     Picture m_picture;

@@ -137,7 +137,8 @@ TEST(RotateZoom, HasNoDriftOnTheWidestCanvas) {
         for (int x = 0; x < width; ++x) {
             // (width / 2 - (x + 1/2)) * 100 / zoom + width / 2, in halves of a pixel times zoom.
             const auto part = static_cast<std::int64_t>(zoom);
-            const std::int64_t numerator = (std::int64_t{width} - 2 * x - 1) * 100 + width * part;
+            const std::int64_t numerator =
+                (std::int64_t{width} - 2 * x - 1) * 100 + std::int64_t{width} * part;
             if (numerator < 0 || numerator >= 2 * part * width) continue;
             const auto from = static_cast<int>(numerator / (2 * part));
             ASSERT_EQ(pixelAt(zoomed, x, 0).red, from % 251) << x;
