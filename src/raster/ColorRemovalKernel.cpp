@@ -165,9 +165,9 @@ struct Rough {
 };
 
 QUILLABRAE_WIDE_KERNEL
-void measure(Run& run, const Rough& rough) {
+void measure(Run& run, std::size_t count, const Rough& rough) {
     const Rough removed = rough;
-    for (std::size_t i = 0; i < runLength; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         const auto component = [&](int shift) {
             return static_cast<float>(
                 static_cast<std::int32_t>((run.straight[i] >> shift) & 0xffU));
@@ -213,22 +213,22 @@ struct Nearly {
 
 /// Whether any pixel was written that is not in doubt.
 QUILLABRAE_WIDE_KERNEL
-bool removeNearly(Run& run, const Rough& rough) {
+bool removeNearly(Run& run, std::size_t count, const Rough& rough) {
     Words isWritten{};
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < runLength; i += lanes) {
+    std::size_t doubtful = 0;
+    for (std::size_t i = 0; i < count; i += lanes) {
         const Nearly nearly = removed(loaded<Words>(run.straight.data() + i),
                                       loaded<Floats>(run.alpha.data() + i), rough);
         std::memcpy(run.result.data() + i, &nearly.removed.pixels, sizeof nearly.removed.pixels);
         isWritten |= nearly.removed.isWritten & ~nearly.isDoubtful;
         const auto doubts =
             reinterpret_cast<std::int64_t __attribute__((vector_size(32)))>(nearly.isDoubtful);
-        run.doubtful[count] = i;
-        count += (doubts[0] | doubts[1]) != 0 ? 1 : 0;
-        run.doubtful[count] = i + exactLanes;
-        count += (doubts[2] | doubts[3]) != 0 ? 1 : 0;
+        run.doubtful[doubtful] = i;
+        doubtful += (doubts[0] | doubts[1]) != 0 ? 1 : 0;
+        run.doubtful[doubtful] = i + exactLanes;
+        doubtful += (doubts[2] | doubts[3]) != 0 ? 1 : 0;
     }
-    run.doubtfulCount = count;
+    run.doubtfulCount = doubtful;
     return isAny(isWritten);
 }
 
@@ -254,31 +254,44 @@ bool removeExactly(Run& run, const ColorRemoval& removal) {
     return (isWritten[0] | isWritten[1] | isWritten[2] | isWritten[3]) != 0;
 }
 
+/// What becomes of the first `count` pixels, a multiple of the lanes. Whether any was written.
+bool removeFromRun(Run& run, std::size_t count, const Rough& rough, const ColorRemoval& removal) {
+    measure(run, count, rough);
+    const bool isSureWritten = removeNearly(run, count, rough);
+    const bool isDoubtfulWritten = removeExactly(run, removal);
+    return isSureWritten || isDoubtfulWritten;
+}
+
+std::uint8_t* bytesOf(std::array<std::uint32_t, runLength>& pixels) {
+    return reinterpret_cast<std::uint8_t*>(pixels.data());
+}
+
 } // namespace
 
 bool removeColorFromPixels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixelCount,
                            const ColorRemoval& removal) {
     const Rough rough(removal);
     Run run;
-    auto* const straight = reinterpret_cast<std::uint8_t*>(run.straight.data());
     bool isAnyWritten = false;
-    for (std::size_t i = 0; i < pixelCount; i += runLength) {
+    for (std::size_t i = 0; i < pixelCount;
+         i += runLength, from += 4 * runLength, to += 4 * runLength) {
         const std::size_t count = std::min(runLength, pixelCount - i);
-        unpremultiplyPixels(from + 4 * i, straight, count);
-        // A short run ends in copies of its first pixel, whose verdict counts
-        // anyway.
-        std::fill(run.straight.begin() + static_cast<std::ptrdiff_t>(count), run.straight.end(),
-                  run.straight.front());
-        measure(run, rough);
-        const bool isSureWritten = removeNearly(run, rough);
-        const bool isDoubtfulWritten = removeExactly(run, removal);
-        if (isSureWritten || isDoubtfulWritten) {
-            premultiplyPixels(reinterpret_cast<const std::uint8_t*>(run.result.data()), to + 4 * i,
-                              count);
-            isAnyWritten = true;
-        } else if (from != to) {
-            std::memcpy(to + 4 * i, from + 4 * i, 4 * count);
+        // Flat colour is the rule in pictures that a colour is removed from.
+        const bool isFlat = std::memcmp(from, from + 4, 4 * (count - 1)) == 0;
+        const std::size_t distinct = isFlat ? 1 : count;
+        const std::size_t worked = (distinct + lanes - 1) / lanes * lanes;
+        unpremultiplyPixels(from, bytesOf(run.straight), distinct);
+        // Lanes past the end hold the first pixel, whose verdict counts anyway.
+        std::fill(run.straight.begin() + static_cast<std::ptrdiff_t>(distinct),
+                  run.straight.begin() + static_cast<std::ptrdiff_t>(worked), run.straight.front());
+        if (!removeFromRun(run, worked, rough, removal)) {
+            if (from != to) std::memcpy(to, from, 4 * count);
+            continue;
         }
+        isAnyWritten = true;
+        premultiplyPixels(bytesOf(run.result), bytesOf(run.result), distinct);
+        if (isFlat) std::fill_n(run.result.begin() + 1, count - 1, run.result.front());
+        std::memcpy(to, run.result.data(), 4 * count);
     }
     return isAnyWritten;
 }

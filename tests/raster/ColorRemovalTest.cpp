@@ -4,6 +4,8 @@
 #include "raster/PngCodec.h"
 #include "raster/RasterFixtures.h"
 
+#include <QPoint>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -139,6 +141,20 @@ TEST(RemoveColor, AgreesWithTheDefinitionAtTheVeryBordersOfRounding) {
             expectRemoval(filledImage(3, 3, pixel), target, 1.0, distance + offset);
             if (HasFatalFailure()) FAIL() << round;
         }
+    }
+}
+
+TEST(RemoveColor, AgreesWithTheDefinitionOnFlatPictures) {
+    const ColorValue target{0.2, 0.6, 1.0, 1.0};
+    for (const Pixel pixel : {Pixel{51, 153, 255, 255}, Pixel{60, 140, 250, 255}, Pixel{},
+                              Pixel{9, 3, 20, 40}, Pixel{255, 0, 0, 255}}) {
+        // Runs that are flat to the end, and runs with another pixel first, last or in between.
+        RasterImage image = filledImage(300, 7, pixel);
+        for (const QPoint other : {QPoint(0, 2), QPoint(130, 4), QPoint(299, 6)})
+            setPixel(image, other.x(), other.y(), {70, 120, 200, 230});
+        for (const double tolerance : {0.0, 0.7, 1.0, 3.0})
+            expectRemoval(image, target, tolerance, 5);
+        expectRemoval(filledImage(256, 1, pixel), target, 1.5, 0);
     }
 }
 
