@@ -36,7 +36,6 @@ constexpr auto formats = std::to_array<Format>({
     {"tiff", 0, "MM\0*"sv},
     {"tiff", 0, "II+\0"sv},
     {"tiff", 0, "MM\0+"sv},
-    {"jp2", 0, "\0\0\0\x0cjP  \r\n\x87\n"sv},
     {"icns", 0, "icns"sv},
     {"ico", 0, "\0\0\1\0"sv},
     {"cur", 0, "\0\0\2\0"sv},

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/ClipboardImageService.h"
 
+#include "persistence/ImageLoader.h"
 #include "raster/DecodeCache.h"
-#include "raster/ImageReader.h"
 #include "store/MimePictures.h"
 
 #include <QBuffer>
@@ -136,7 +136,7 @@ bool ClipboardImageService::isOwnCopy() const {
 
 std::optional<raster::RasterImage> ClipboardImageService::picture() const {
     for (const QString& type : pictureTypes(m_pasteboard)) {
-        if (auto image = raster::readImage(m_pasteboard.data(type))) return image;
+        if (auto image = persistence::loadImage(m_pasteboard.data(type))) return image;
     }
     return std::nullopt;
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Images on their way into projects: from the clipboard, from drops and from files.
 #include "persistence/AppPersistenceService.h"
+#include "persistence/ImageLoader.h"
 #include "platform/Clock.h"
-#include "raster/ImageReader.h"
 #include "raster/LayerRasterService.h"
 #include "store/DroppedContents.h"
 #include "store/FileLocation.h"
@@ -11,6 +11,7 @@
 #include "store/ProjectStore.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -96,12 +97,28 @@ void floatImage(PaintProject& project, const PastedImage& image) {
 
 std::optional<PastedImage> ProjectStore::imageInFile(const QUrl& file) const {
     const QString path = fileLocation(file).toLocalFile();
-    if (lowercasedExtension(file) != svgExtension) {
-        const auto image = raster::readImageFile(path);
-        return image ? pastedImageOf(*image) : std::nullopt;
+    if (lowercasedExtension(file) == svgExtension) return drawingInFile(path);
+    std::optional<PastedImage> picture;
+    try {
+        const QString title = QStringLiteral("Opening “%1”").arg(file.fileName());
+        m_environment.work.run(title, [&](const platform::WorkControl& control) {
+            const auto image = persistence::loadImageFile(path, control);
+            control.stopIfCancelled();
+            if (image) picture = pastedImageOf(*image);
+        });
+    } catch (const platform::WorkCancelled&) {
+        return std::nullopt;
     }
+    return picture;
+}
+
+std::optional<PastedImage> ProjectStore::drawingInFile(const QString& path) const {
+    // Nobody has drawn more, and the text has to be held twice.
+    constexpr qint64 greatestFile = qint64{256} << 20U;
     QFile drawing(path);
-    if (!m_environment.svgImport || !drawing.open(QIODevice::ReadOnly)) return std::nullopt;
+    if (!m_environment.svgImport || !QFileInfo(path).isFile() || drawing.size() > greatestFile ||
+        !drawing.open(QIODevice::ReadOnly))
+        return std::nullopt;
     return m_environment.svgImport(drawing.readAll());
 }
 
@@ -163,7 +180,7 @@ std::optional<PastedImage> ProjectStore::droppedImage(const DroppedContents& con
     if (!contents.svg.isEmpty())
         return m_environment.svgImport ? m_environment.svgImport(contents.svg) : std::nullopt;
     if (!contents.picture.isEmpty()) {
-        const auto image = raster::readImage(contents.picture);
+        const auto image = persistence::loadImage(contents.picture);
         return image ? pastedImageOf(*image) : std::nullopt;
     }
     const auto file = std::ranges::find_if_not(contents.files, isPackage);

@@ -247,6 +247,7 @@ private:
     void forgetProject(QUuid id);
     void selectTool(model::PaintTool tool);
     std::optional<model::PastedImage> imageInFile(const QUrl& file) const;
+    std::optional<model::PastedImage> drawingInFile(const QString& path) const;
     std::optional<model::PastedImage> droppedImage(const DroppedContents& contents) const;
     void removeOldClipboardFiles();
     void restoreSettings();

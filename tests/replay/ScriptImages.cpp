@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "replay/ScriptImages.h"
 
+#include "persistence/ImageLoader.h"
 #include "raster/DecodeCache.h"
-#include "raster/ImageReader.h"
 #include "replay/Arguments.h"
 #include "replay/ScriptError.h"
 #include "replay/Session.h"
@@ -15,7 +15,7 @@ model::PastedImage pastedImageFrom(const Session& session, const QJsonValue& val
     const QJsonObject form =
         value.isObject() ? value.toObject() : QJsonObject{{QStringLiteral("path"), value}};
     const QString path = textFrom(form.value(QStringLiteral("path")), QStringLiteral("path"));
-    const auto image = raster::readImageFile(session.resolvedPath(path));
+    const auto image = persistence::loadImageFile(session.resolvedPath(path));
     if (!image) throw ScriptError(QStringLiteral("no picture can be read from %1").arg(path));
     model::PastedImage pasted{raster::encodedImage(*image), double(image->width()),
                               double(image->height()), std::nullopt, std::nullopt};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "replay/ScriptedPanels.h"
 
+#include "persistence/SVGImportService.h"
 #include "replay/Arguments.h"
 #include "replay/ScriptError.h"
 #include "store/PromptTexts.h"
@@ -142,6 +143,20 @@ store::PasteImageChoice ScriptedPanels::choosePasteAction(QSizeF imageSize,
     const QJsonValue answer =
         ask(QStringLiteral("paste"), textsOf(store::pastePrompt(imageSize, target)));
     return pasteChoiceFrom(answer.toString()).value_or(store::PasteImageChoice::cancel);
+}
+
+std::optional<model::PastedImage> ScriptedPanels::importSvg(const QByteArray& svg) {
+    using persistence::SVGImportSizeResult;
+    const auto requestSize = [this](QSizeF natural) -> std::optional<SVGImportSizeResult> {
+        const QJsonArray size =
+            ask(QStringLiteral("svgSize"),
+                {{QStringLiteral("naturalSize"), QJsonArray{natural.width(), natural.height()}}})
+                .toArray();
+        if (size.size() != 2) return std::nullopt;
+        return SVGImportSizeResult{size[0].toDouble(), size[1].toDouble()};
+    };
+    return persistence::SVGImportService::pastedImage(svg, requestSize,
+                                                      platform::directWorkRunner());
 }
 
 } // namespace quillabrae::replay

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "model/PastedImage.h"
 #include "store/StoreEnvironment.h"
 
 #include <QHash>
@@ -35,6 +36,9 @@ public:
     bool confirmFlattenedImageSave(int layerCount) override;
     store::SaveBeforeCloseChoice requestSaveBeforeClosing(const QString& projectTitle) override;
     store::PasteImageChoice choosePasteAction(QSizeF imageSize, store::PasteTarget target) override;
+
+    /// An SVG as pixels of the size that the prompt is answered with.
+    std::optional<model::PastedImage> importSvg(const QByteArray& svg);
 
 private:
     std::optional<QUrl> chosenFile(const QString& prompt, const QString& title);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/AppModel.h"
 
+#include "persistence/SVGImportService.h"
 #include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
 #include "platform/DesktopRegistration.h"
@@ -13,6 +14,7 @@
 #include "shell/dialogs/DesktopDialogs.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
 #include "shell/dialogs/DesktopWorkRunner.h"
+#include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/looks/Symbols.h"
 #include "shell/looks/SystemColorScheme.h"
 #include "store/ProjectStore.h"
@@ -28,7 +30,8 @@ struct AppModel::Graph {
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
-          store({panels, preferences, clock, fileIcons, pasteboard, paths, work},
+          store({panels, preferences, clock, fileIcons, pasteboard, paths, work,
+                 [this](const QByteArray& svg) { return importSvg(svg); }},
                 store::Persistence::on),
           factory(store),
           windows({store, preferences, factory, dialogs}),
@@ -42,6 +45,18 @@ struct AppModel::Graph {
                         },
                     .quit = [] { QCoreApplication::exit(); }}) {
         application.installEventFilter(&delegate);
+    }
+
+    std::optional<model::PastedImage> importSvg(const QByteArray& svg) {
+        using persistence::SVGImportSizeResult;
+        return persistence::SVGImportService::pastedImage(
+            svg,
+            [this](QSizeF naturalSize) -> std::optional<SVGImportSizeResult> {
+                SVGSizeDialogView dialog(naturalSize, windows.dialogParent());
+                if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+                return dialog.answer();
+            },
+            work);
     }
 
     platform::SystemClock clock;
