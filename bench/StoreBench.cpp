@@ -24,6 +24,9 @@ constexpr int side = 4096;
 
 /// A store with one project, in a folder of its own.
 struct Editor {
+    explicit Editor(store::Persistence kept = store::Persistence::on) : persistence(kept) {}
+
+    store::Persistence persistence;
     QTemporaryDir folder;
     NoPanels panels;
     platform::MemoryPreferences preferences;
@@ -32,7 +35,7 @@ struct Editor {
     platform::MemoryPasteboard pasteboard;
     ProjectStore store{
         {panels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::on};
+        persistence};
     QUuid id = store.createUntitledProject(side, side, 96).id;
 
     /// Layers that share no bytes: the first one a photo, the others drawings.
@@ -122,6 +125,34 @@ void recordHistory(benchmark::State& state) {
     state.counters["file_MB"] = double(QFileInfo(file).size()) / 1e6;
 }
 BENCHMARK(recordHistory)->ArgName("keeps_history")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+constexpr int manyLayers = 20;
+
+/// Back and forth over a command that rewrote every layer. The recovery file is another matter.
+void undoAndRedo(benchmark::State& state) {
+    needApplication();
+    Editor editor(store::Persistence::off);
+    editor.addLayers(manyLayers);
+    editor.store.recordHistory(editor.id, QStringLiteral("Layers"), QStringLiteral("plus.square"));
+    editor.store.resizeActiveImage({side / 2.0, side / 2.0, 96, model::CanvasAnchor::center});
+    for (auto _ : state) {
+        editor.store.undo(editor.id);
+        editor.store.redo(editor.id);
+    }
+    if (editor.store.activeProject()->canvasWidth != side / 2.0)
+        state.SkipWithError("the command was not brought back");
+}
+BENCHMARK(undoAndRedo)->Unit(benchmark::kMicrosecond);
+
+/// The longest command there is: every layer is decoded, drawn anew and encoded.
+void resizeCanvas(benchmark::State& state) {
+    needApplication();
+    Editor editor(store::Persistence::off);
+    editor.addLayers(manyLayers);
+    for (auto _ : state)
+        editor.store.resizeActiveCanvas({side, side, 96, model::CanvasAnchor::center});
+}
+BENCHMARK(resizeCanvas)->Iterations(2)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace quillabrae::bench

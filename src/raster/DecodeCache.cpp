@@ -9,6 +9,7 @@
 #include <list>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
 
 #if defined(__unix__)
 #include <unistd.h>
@@ -16,6 +17,8 @@
 
 namespace quillabrae::raster {
 namespace {
+
+thread_local bool isReadOnly = false;
 
 constexpr std::size_t greatestDefaultBudget = std::size_t{512} * 1024 * 1024;
 
@@ -67,6 +70,11 @@ public:
         const std::lock_guard lock(m_mutex);
         m_budget = std::min(bytes, quarterOfMemory());
         keepToBudget();
+    }
+
+    std::size_t budget() {
+        const std::lock_guard lock(m_mutex);
+        return m_budget;
     }
 
     std::size_t size() {
@@ -126,7 +134,8 @@ bool survivesEncoding(const RasterImage& image) {
 }
 
 model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image) {
-    if (!bytes.isEmpty() && survivesEncoding(image)) cache().enter(bytes.buffer(), image);
+    if (!isReadOnly && !bytes.isEmpty() && survivesEncoding(image))
+        cache().enter(bytes.buffer(), image);
     return bytes;
 }
 
@@ -137,7 +146,7 @@ RasterImage decodedImage(const model::PngBytes& bytes) {
     RasterImage image = cache().find(bytes.buffer());
     if (!image.isNull()) return image;
     image = decodePng(bytes);
-    if (!image.isNull()) cache().enter(bytes.buffer(), image);
+    if (!isReadOnly && !image.isNull()) cache().enter(bytes.buffer(), image);
     return image;
 }
 
@@ -158,8 +167,18 @@ void setDecodeCacheBudget(std::size_t bytes) {
     cache().setBudget(bytes);
 }
 
+std::size_t decodeCacheBudget() {
+    return cache().budget();
+}
+
 std::size_t decodeCacheSize() {
     return cache().size();
+}
+
+DecodeCacheReadOnly::DecodeCacheReadOnly() : m_previous(std::exchange(isReadOnly, true)) {}
+
+DecodeCacheReadOnly::~DecodeCacheReadOnly() {
+    isReadOnly = m_previous;
 }
 
 } // namespace quillabrae::raster

@@ -29,7 +29,22 @@ void clearDecodeCache();
 /// of the machine's memory.
 void setDecodeCacheBudget(std::size_t bytes);
 
+std::size_t decodeCacheBudget();
+
 /// The bytes of pixels that the cache holds now.
 std::size_t decodeCacheSize();
+
+/// While alive, calls on this thread use what is remembered and remember nothing new. For work that
+/// goes once through many images and would push out those that are looked at.
+class DecodeCacheReadOnly {
+public:
+    DecodeCacheReadOnly();
+    ~DecodeCacheReadOnly();
+    DecodeCacheReadOnly(const DecodeCacheReadOnly&) = delete;
+    DecodeCacheReadOnly& operator=(const DecodeCacheReadOnly&) = delete;
+
+private:
+    bool m_previous;
+};
 
 } // namespace quillabrae::raster

@@ -25,12 +25,15 @@
 
 namespace quillabrae::store {
 
+struct CanvasRewrite;
 struct DroppedContents;
 
 /// Whether a store reads and writes what outlives the process.
 enum class Persistence { off, on };
 /// Whether a command reports itself in the status line.
 enum class StatusUpdate { silent, shown };
+/// Whether a step of a command reports itself or is part of what the command reports.
+enum class HistoryRecording { omitted, recorded };
 
 /// What pasting does to the canvas.
 enum class PastedCanvas { kept, expanded };
@@ -150,6 +153,36 @@ public:
     std::optional<model::PaintLayer> selectedLayerForProperties() const;
     void applySelectedLayerProperties(const LayerPropertiesDialogResult& result);
 
+    // Selection
+
+    /// Puts floating pixels down on their layer, locked or not, which ends the selection. Whether
+    /// there were any that could be put down.
+    bool commitFloatingSelectionIfNeeded(std::size_t projectIndex, HistoryRecording recording);
+    void selectAllCanvas();
+    /// Puts floating pixels down, or else deselects a selected canvas.
+    void dropSelection();
+    bool canDropSelection() const;
+    /// Copies the floating pixels or the selected ones of the selected layer. Whether the clipboard
+    /// took them.
+    bool copySelectedCanvasPixels();
+    /// Copies, and takes the pixels away; an outline stays around the hole. False, with nothing
+    /// changed, for a locked layer too.
+    bool cutSelectedCanvasPixels();
+
+    // Image and canvas
+
+    /// Scales every layer with the canvas. Floating pixels are discarded.
+    void resizeActiveImage(const ResizeDialogResult& result);
+    /// Gives the canvas room or takes it, around the pixels as they are. Floating pixels are
+    /// discarded.
+    void resizeActiveCanvas(const ResizeDialogResult& result);
+    /// Crops the canvas to what is not transparent on any layer, hidden ones included.
+    void trimTransparentWhitespace();
+    /// Inverts the selected layer's colours within the selection, or all of them.
+    void invertActiveImage();
+    void flipSelectedLayer(FlipDirection direction);
+    void rotateZoomSelectedLayer(const RotateZoomDialogResult& result);
+
     // View
 
     void togglePixelGrid();
@@ -238,6 +271,12 @@ private:
     std::optional<std::size_t> indexOf(QUuid id) const;
     /// The active project for a command to rewrite, which ends in `finishEdit`; null without one.
     model::PaintProject* projectToEdit();
+    /// Rewrites every layer of `rewritten` and puts it in the place of the open project, which is
+    /// still `before`. Null, with the project as it was and the status line telling why, when the
+    /// work came to nothing or the project has changed meanwhile.
+    model::PaintProject* rewriteCanvas(const CanvasRewrite& rewrite,
+                                       const model::PaintProject& before,
+                                       model::PaintProject rewritten);
     /// Stamps the rewritten project and tells observers; the reference is invalid on return.
     QUuid finishEdit(model::PaintProject& project);
     void appendProject(model::PaintProject project);

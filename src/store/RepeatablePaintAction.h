@@ -7,11 +7,13 @@
 
 namespace quillabrae::store {
 
+enum class FlipDirection { horizontal, vertical };
+
 /// A command that can be run again on whatever is active, with what it was given.
 namespace RepeatableActions {
 
 struct FlipLayer {
-    bool horizontal = true;
+    FlipDirection direction = FlipDirection::horizontal;
     friend bool operator==(const FlipLayer&, const FlipLayer&) = default;
 };
 struct RotateZoom {

@@ -3,6 +3,7 @@
 
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
+#include "raster/LayerRasterServiceLayers.h"
 #include "store/ProjectLayers.h"
 
 #include <algorithm>
@@ -40,6 +41,21 @@ std::optional<model::PixelSelection> activeSelection(const model::PaintProject& 
         return model::PixelSelection{0.0, 0.0, project.canvasWidth, project.canvasHeight,
                                      std::nullopt};
     return std::nullopt;
+}
+
+std::optional<QRectF> floatingSelectionBounds(const model::PaintProject& project) {
+    if (!project.floatingSelection) return std::nullopt;
+    const QRectF placement = placementRect(project).normalized();
+    const raster::RasterImage pixels = raster::decodedImage(project.floatingSelection->pngData);
+    if (pixels.isNull()) return std::nullopt;
+    const raster::RasterImage placed =
+        raster::LayerRasterService::resizedCopy(pixels, placement.width(), placement.height());
+    const auto bounds = raster::LayerRasterService::opaquePixelBounds(
+        placed, QRectF(0.0, 0.0, placed.width(), placed.height()));
+    if (!bounds) return std::nullopt;
+    const QRectF canvas(0.0, 0.0, project.canvasWidth, project.canvasHeight);
+    const QRectF covered = bounds->translated(placement.topLeft()) & canvas;
+    return covered.isEmpty() ? std::nullopt : std::optional(covered);
 }
 
 bool putDownFloatingSelection(model::PaintProject& project) {

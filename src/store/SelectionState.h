@@ -18,6 +18,9 @@ std::optional<model::PixelSelection> activeSelection(const model::PaintProject& 
 /// The rectangle of a selection as it stands, whatever the canvas.
 QRectF rectOf(const model::PixelSelection& selection);
 
+/// The part of the canvas that floating pixels really cover; nothing where they cover none.
+std::optional<QRectF> floatingSelectionBounds(const model::PaintProject& project);
+
 /// Draws the floating pixels into their layer, locked or not, and ends the selection. The place
 /// truncates to whole pixels, at least 1 by 1. False, with nothing changed, when nothing floats,
 /// its layer is gone or its bytes do not decode. Neither stamps nor records.

@@ -39,6 +39,22 @@ TEST_F(DecodeCache, AnEncodedImageIsItsOwnDecoding) {
     EXPECT_TRUE(decodedImage(again).sharesPixelsWith(image));
 }
 
+TEST_F(DecodeCache, ReadOnlyItGivesWhatItHoldsAndTakesNothingIn) {
+    const RasterImage held = randomImage(60, 40, 3);
+    const model::PngBytes heldBytes = encodedImage(held);
+    const RasterImage image = randomImage(60, 40, 4);
+    {
+        const DecodeCacheReadOnly readOnly;
+        EXPECT_TRUE(decodedImage(heldBytes).sharesPixelsWith(held));
+        const model::PngBytes bytes = encodedImage(image);
+        EXPECT_FALSE(decodedImage(bytes).sharesPixelsWith(image));
+        EXPECT_TRUE(decodedImage(bytes) == image);
+        EXPECT_EQ(decodeCacheSize(), held.byteCount());
+    }
+    const model::PngBytes bytes = encodedImage(image);
+    EXPECT_TRUE(decodedImage(bytes).sharesPixelsWith(image));
+}
+
 TEST_F(DecodeCache, GivesThePixelsAndBytesThatTheCodecAloneGives) {
     for (unsigned seed = 0; seed < 20; ++seed) {
         RasterImage image = randomImage(90, 300, seed);

@@ -9,9 +9,20 @@ namespace quillabrae::replay {
 
 std::span<VerbTable (*const)()> verbFamilies() {
     static constexpr VerbTable (*families[])() = {
-        storeProjectVerbs, storeFileVerbs,        storeLayerVerbs, editVerbs,   promptVerbs,
-        lookVerbs,         controlVerbs,          canvasVerbs,     rasterVerbs, rasterMaskVerbs,
-        rasterLayerVerbs,  rasterGenerativeVerbs, rasterTextVerbs,
+        storeProjectVerbs,
+        storeFileVerbs,
+        storeLayerVerbs,
+        storeSelectionVerbs,
+        editVerbs,
+        promptVerbs,
+        lookVerbs,
+        controlVerbs,
+        canvasVerbs,
+        rasterVerbs,
+        rasterMaskVerbs,
+        rasterLayerVerbs,
+        rasterGenerativeVerbs,
+        rasterTextVerbs,
     };
     return families;
 }

@@ -27,6 +27,7 @@ using VerbTable = std::span<const Verb>;
 VerbTable storeProjectVerbs();
 VerbTable storeFileVerbs();
 VerbTable storeLayerVerbs();
+VerbTable storeSelectionVerbs();
 VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "store/StoreTest.h"
 
@@ -43,12 +44,62 @@ protected:
             edited.layers[index].opacity = opacity;
         });
     }
+    /// Paints a red rectangle on the layer.
+    void paintRed(std::size_t index, const QRect& rect) {
+        store->editActiveProject([&](model::PaintProject& edited) {
+            model::PaintLayer& layer = edited.layers[index];
+            raster::RasterImage image = raster::LayerRasterService::renderLayer(
+                layer, edited.canvasWidth, edited.canvasHeight);
+            raster::LayerRasterService::draw(
+                image, [&](QPainter& painter) { painter.fillRect(rect, Qt::red); });
+            layer.bitmapPNGData = raster::LayerRasterService::pngData(image);
+        });
+    }
+    void selectRect(const QRectF& rect) {
+        store->editActiveProject([&](model::PaintProject& edited) {
+            edited.pixelSelection = model::PixelSelection{rect.x(), rect.y(), rect.width(),
+                                                          rect.height(), std::nullopt};
+            edited.isCanvasSelected = true;
+        });
+    }
     /// A pixel of a layer as straight red, green, blue and alpha.
     QColor pixel(std::size_t layer, int x, int y) const {
         return raster::LayerRasterService::renderLayer(
                    project().layers[layer], project().canvasWidth, project().canvasHeight)
             .toQImage()
             .pixelColor(x, y);
+    }
+    /// The smallest rectangle around the layer's pixels that are exactly red; it must be full of
+    /// them. Null without any.
+    QRect redPixels(std::size_t layer) const {
+        QRect bounds;
+        int count = 0;
+        for (int y = 0; y < static_cast<int>(project().canvasHeight); ++y) {
+            for (int x = 0; x < static_cast<int>(project().canvasWidth); ++x) {
+                if (pixel(layer, x, y) != QColor(Qt::red)) continue;
+                bounds |= QRect(x, y, 1, 1);
+                ++count;
+            }
+        }
+        EXPECT_EQ(count, bounds.width() * bounds.height());
+        return bounds;
+    }
+    /// Makes a picture float over the selected layer, with the canvas selected.
+    void floatPicture(const QImage& picture,
+                      const std::optional<model::PixelSelection>& selection) {
+        store->editActiveProject([&](model::PaintProject& edited) {
+            const auto image = raster::RasterImage::fromQImage(QImage(picture));
+            edited.floatingSelection =
+                model::FloatingPixelSelection{raster::encodedImage(image), double(picture.width()),
+                                              double(picture.height()), edited.selectedLayerID};
+            edited.pixelSelection = selection;
+            edited.isCanvasSelected = true;
+        });
+    }
+    void floatRed(int width, int height, const std::optional<model::PixelSelection>& selection) {
+        QImage picture(width, height, QImage::Format_ARGB32);
+        picture.fill(Qt::red);
+        floatPicture(picture, selection);
     }
     void expectLastEntry(const QString& title, const QString& symbol) {
         const model::PaintHistoryState& history = store->history(id);

@@ -5,6 +5,7 @@
 #include "platform/FileIcons.h"
 #include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
+#include "store/FakeWork.h"
 #include "store/ProjectStore.h"
 
 #include <QColor>
@@ -90,8 +91,7 @@ class StoreTest : public testing::Test {
 protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
-            StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths,
-                             platform::directWorkRunner(), svgImport},
+            StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport},
             persistence);
     }
 
@@ -142,6 +142,7 @@ protected:
     platform::MemoryPasteboard pasteboard;
     SVGImport svgImport;
     FakePanels panels;
+    FakeWork work;
 };
 
 } // namespace quillabrae::store
