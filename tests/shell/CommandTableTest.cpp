@@ -5,8 +5,12 @@
 #include "shell/editor/QuickToolbar.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QKeySequence>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QTest>
 
 #include <set>
 
@@ -36,8 +40,14 @@ TEST_F(CommandTableTest, StandsInItsOrder) {
     EXPECT_EQ(rows.join(u'\n'),
               QStringLiteral("File/New Project\nFile/Open Project...\nFile/-\nFile/Save\n"
                              "File/Save As...\nFile/-\nFile/Close Project\nFile/-\nFile/Quit\n"
-                             "Edit/Undo\nEdit/Redo\nEdit/-\nEdit/Paste\n"
+                             "Edit/Undo\nEdit/Redo\nEdit/-\nEdit/Cut\nEdit/Copy\n"
+                             "Edit/Select All\nEdit/Drop Selection\nEdit/Paste\n"
                              "Zoom/Zoom In\nZoom/Zoom Out\nZoom/Zoom to Fit\n"
+                             "Image/Invert\n"
+                             "Layers/Add New Layer\nLayers/Delete Layer\n"
+                             "Layers/Duplicate Layer\nLayers/Merge Layer Down\n"
+                             "Layers/Import From File...\nLayers/-\n"
+                             "Layers/Flip Horizontal\nLayers/Flip Vertical\n"
                              "Plugins/Plugin Library...\nPlugins/-\n"
                              "Plugins/No Plugins Installed\nHelp/Paint.NET Quick Start"));
 }
@@ -63,19 +73,25 @@ TEST_F(CommandTableTest, NamesKeysThatExistAndNoKeyTwice) {
 }
 
 TEST_F(CommandTableTest, KeepsOnlyWhatNeedsNoProjectEnabledWithoutOne) {
-    for (const auto* title : {"New Project", "Open Project...", "Quit", "Zoom In", "Zoom Out",
-                              "Plugin Library...", "Paint.NET Quick Start"}) {
+    for (const auto* title :
+         {"New Project", "Open Project...", "Quit", "Cut", "Copy", "Paste", "Zoom In", "Zoom Out",
+          "Plugin Library...", "Paint.NET Quick Start"}) {
         EXPECT_TRUE(isEnabled(title)) << title;
     }
-    for (const auto* title : {"Save", "Save As...", "Close Project", "Undo", "Redo", "Zoom to Fit",
-                              "No Plugins Installed"}) {
+    for (const auto* title :
+         {"Save", "Save As...", "Close Project", "Undo", "Redo", "Zoom to Fit", "Select All",
+          "Drop Selection", "Invert", "Add New Layer", "Delete Layer", "Duplicate Layer",
+          "Merge Layer Down", "Import From File...", "Flip Horizontal", "Flip Vertical",
+          "No Plugins Installed"}) {
         EXPECT_FALSE(isEnabled(title)) << title;
     }
 }
 
 TEST_F(CommandTableTest, EnablesWhatNeedsAProjectWithOne) {
     makeProject(*store);
-    for (const auto* title : {"Save", "Save As...", "Close Project", "Zoom to Fit"}) {
+    for (const auto* title : {"Save", "Save As...", "Close Project", "Zoom to Fit", "Select All",
+                              "Invert", "Add New Layer", "Duplicate Layer", "Import From File...",
+                              "Flip Horizontal", "Flip Vertical"}) {
         EXPECT_TRUE(isEnabled(title)) << title;
     }
     EXPECT_FALSE(isEnabled("No Plugins Installed"));
@@ -94,6 +110,52 @@ TEST_F(CommandTableTest, UndoesDownToTheFirstEntryAndRedoesUpToTheLast) {
     run("Redo");
     EXPECT_TRUE(isEnabled("Undo"));
     EXPECT_FALSE(isEnabled("Redo"));
+}
+
+TEST_F(CommandTableTest, DeletesAndMergesLayersOnlyWhereThereAreOthers) {
+    makeProject(*store);
+    EXPECT_FALSE(isEnabled("Delete Layer"));
+    EXPECT_FALSE(isEnabled("Merge Layer Down"));
+    run("Add New Layer");
+    EXPECT_TRUE(isEnabled("Delete Layer"));
+    EXPECT_TRUE(isEnabled("Merge Layer Down"));
+    store->editActiveProject(
+        [](model::PaintProject& project) { project.selectedLayerID = project.layers.front().id; });
+    EXPECT_TRUE(isEnabled("Delete Layer"));
+    EXPECT_FALSE(isEnabled("Merge Layer Down"));
+    store->moveSelectedLayer(1);
+    run("Merge Layer Down");
+    EXPECT_EQ(store->activeProject()->layers.size(), 1U);
+}
+
+TEST_F(CommandTableTest, DropsASelectionThatIsThere) {
+    makeProject(*store);
+    EXPECT_FALSE(isEnabled("Drop Selection"));
+    run("Select All");
+    EXPECT_TRUE(isEnabled("Drop Selection"));
+    run("Drop Selection");
+    EXPECT_FALSE(isEnabled("Drop Selection"));
+}
+
+TEST_F(CommandTableTest, CutAndCopyServeTheFocusedTextWhereNoPixelsAreSelected) {
+    makeProject(*store);
+    QLineEdit field(QStringLiteral("words"));
+    field.show();
+    field.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&field));
+    field.setFocus();
+    field.selectAll();
+    run("Copy");
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("words"));
+    EXPECT_EQ(field.text(), QStringLiteral("words"));
+    run("Cut");
+    EXPECT_EQ(field.text(), QString());
+    field.setText(QStringLiteral("more"));
+    field.selectAll();
+    run("Select All");
+    run("Cut");
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Cut selected pixels"));
+    EXPECT_EQ(field.text(), QStringLiteral("more"));
 }
 
 TEST_F(CommandTableTest, ZoomsWithoutAProjectAndStaysInsideTheLimits) {
@@ -125,7 +187,7 @@ TEST_F(CommandTableTest, FillsAMenuBarWithEachMenuOnce) {
     actions.fill(bar);
     QStringList menus;
     for (const QAction* menu : bar.actions()) menus << menu->text();
-    EXPECT_EQ(menus.join(u' '), QStringLiteral("File Edit Zoom Plugins Help"));
+    EXPECT_EQ(menus.join(u' '), QStringLiteral("File Edit Zoom Image Layers Plugins Help"));
 }
 
 TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {

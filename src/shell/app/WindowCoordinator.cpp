@@ -6,14 +6,13 @@
 #include "model/RecentProject.h"
 #include "platform/Preferences.h"
 #include "shell/app/WindowFactory.h"
+#include "shell/commands/FocusedText.h"
 #include "shell/dialogs/Dialogs.h"
 #include "store/DroppedContents.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
 #include <QEvent>
-#include <QLineEdit>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -31,15 +30,6 @@ void bringToFront(QWidget& window) {
     window.show();
     window.raise();
     window.activateWindow();
-}
-
-/// The paste of a text field, also where that is a part of the control.
-void pasteText(QWidget& control) {
-    QObject* field = control.findChild<QLineEdit*>();
-    if (field == nullptr) field = &control;
-    const QMetaObject* type = field->metaObject();
-    const int paste = type->indexOfSlot("paste()");
-    if (paste >= 0) type->method(paste).invoke(field);
 }
 
 } // namespace
@@ -221,7 +211,7 @@ void WindowCoordinator::presentPasteImageFromClipboard() {
     QPointer<QWidget> focused = QApplication::focusWidget();
     const auto image = m_environment.store.imageOnClipboard();
     if (!image) {
-        if (focused) pasteText(*focused);
+        FocusedText::invoke(focused, "paste()");
         return;
     }
     if (opensProject)

@@ -26,4 +26,19 @@ bool canRedo(const store::ProjectStore& store) {
     return project != nullptr && store.history(project->id).canRedo();
 }
 
+bool canDropSelection(const store::ProjectStore& store) {
+    return store.canDropSelection();
+}
+
+bool canDeleteLayer(const store::ProjectStore& store) {
+    const model::PaintProject* project = store.activeProject();
+    return project != nullptr && project->layers.size() > 1;
+}
+
+bool canMergeLayerDown(const store::ProjectStore& store) {
+    const model::PaintProject* project = store.activeProject();
+    const model::PaintLayer* layer = project != nullptr ? project->selectedLayer() : nullptr;
+    return layer != nullptr && layer != &project->layers.front();
+}
+
 } // namespace quillabrae::shell::CommandPredicates

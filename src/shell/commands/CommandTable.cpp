@@ -2,7 +2,10 @@
 #include "shell/commands/CommandTable.h"
 
 #include "shell/app/WindowCoordinator.h"
+#include "shell/commands/FocusedText.h"
 #include "store/ProjectStore.h"
+
+#include <QApplication>
 
 #include <array>
 
@@ -37,11 +40,26 @@ constexpr std::array commands{
     Command{edit, "Undo", "Ctrl+Z", canUndo, undo},
     Command{edit, "Redo", "Ctrl+Shift+Z Ctrl+Y", canRedo, redo},
     divider(edit),
+    Command{edit, "Cut", "Ctrl+X", always, cut},
+    Command{edit, "Copy", "Ctrl+C", always, copy},
+    Command{edit, "Select All", "Ctrl+A", hasActiveProject, [](const Context& c) { c.store.selectAllCanvas(); }},
+    Command{edit, "Drop Selection", "Esc", canDropSelection, [](const Context& c) { c.store.dropSelection(); }},
     Command{edit, "Paste", "Ctrl+V", always, [](const Context& c) { c.windows.pasteImageFromClipboard(); }},
 
     Command{zoom, "Zoom In", "Ctrl++ Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
     Command{zoom, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},
     Command{zoom, "Zoom to Fit", "Ctrl+B", hasActiveProject, zoomToFit},
+
+    Command{image, "Invert", "Ctrl+Shift+I", hasActiveProject, [](const Context& c) { c.store.invertActiveImage(); }},
+
+    Command{layers, "Add New Layer", "Ctrl+Shift+N", hasActiveProject, [](const Context& c) { c.store.addLayer(); }},
+    Command{layers, "Delete Layer", "Ctrl+Shift+Del Ctrl+Shift+Backspace", canDeleteLayer, [](const Context& c) { c.store.deleteSelectedLayer(); }},
+    Command{layers, "Duplicate Layer", "Ctrl+Shift+D", hasActiveProject, [](const Context& c) { c.store.duplicateSelectedLayer(); }},
+    Command{layers, "Merge Layer Down", "Ctrl+M", canMergeLayerDown, mergeLayerDown},
+    Command{layers, "Import From File...", "", hasActiveProject, [](const Context& c) { c.store.importLayerFromFile(); }},
+    divider(layers),
+    Command{layers, "Flip Horizontal", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::horizontal); }},
+    Command{layers, "Flip Vertical", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::vertical); }},
 
     Command{plugins, "Plugin Library...", "Ctrl+Shift+P", always, [](const Context& c) { c.windows.showPluginLibrary(); }},
     divider(plugins),
@@ -51,8 +69,8 @@ constexpr std::array commands{
 };
 // clang-format on
 
-constexpr std::array<const char*, commandMenuCount> menuTitles{"File", "Edit", "Zoom", "Plugins",
-                                                               "Help"};
+constexpr std::array<const char*, commandMenuCount> menuTitles{"File",   "Edit",    "Zoom", "Image",
+                                                               "Layers", "Plugins", "Help"};
 
 } // namespace
 
@@ -74,6 +92,21 @@ void undo(const CommandContext& context) {
 
 void redo(const CommandContext& context) {
     if (const auto id = context.store.activeProjectID()) context.store.redo(*id);
+}
+
+void cut(const CommandContext& context) {
+    if (!context.store.cutSelectedCanvasPixels())
+        FocusedText::invoke(QApplication::focusWidget(), "cut()");
+}
+
+void copy(const CommandContext& context) {
+    if (!context.store.copySelectedCanvasPixels())
+        FocusedText::invoke(QApplication::focusWidget(), "copy()");
+}
+
+void mergeLayerDown(const CommandContext& context) {
+    if (const model::PaintProject* project = context.store.activeProject())
+        context.store.flattenLayerDown(project->selectedLayerID);
 }
 
 } // namespace quillabrae::shell::CommandSteps

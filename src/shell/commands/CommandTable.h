@@ -18,7 +18,7 @@ struct CommandContext {
 };
 
 /// The menus, in the order of the menu bar.
-enum class CommandMenu { file, edit, zoom, plugins, help };
+enum class CommandMenu { file, edit, zoom, image, layers, plugins, help };
 
 /// One row of the menus. A row without a title is a divider.
 struct Command {
@@ -34,7 +34,7 @@ struct Command {
 std::span<const Command> commandTable();
 
 const char* title(CommandMenu menu);
-constexpr int commandMenuCount = 5;
+constexpr int commandMenuCount = 7;
 
 /// What commands ask of the store before they can run.
 namespace CommandPredicates {
@@ -43,12 +43,21 @@ bool never(const store::ProjectStore& store);
 bool hasActiveProject(const store::ProjectStore& store);
 bool canUndo(const store::ProjectStore& store);
 bool canRedo(const store::ProjectStore& store);
+bool canDropSelection(const store::ProjectStore& store);
+/// Whether the active project has a layer besides the selected one.
+bool canDeleteLayer(const store::ProjectStore& store);
+/// Whether there is a layer beneath the selected one.
+bool canMergeLayerDown(const store::ProjectStore& store);
 } // namespace CommandPredicates
 
 /// What several places of the interface run.
 namespace CommandSteps {
 void undo(const CommandContext& context);
 void redo(const CommandContext& context);
+/// Of the selected pixels, or else of the text that has the focus.
+void cut(const CommandContext& context);
+void copy(const CommandContext& context);
+void mergeLayerDown(const CommandContext& context);
 } // namespace CommandSteps
 
 } // namespace quillabrae::shell
