@@ -138,7 +138,7 @@ TEST(RotateZoom, HasNoDriftOnTheWidestCanvas) {
             // (width / 2 - (x + 1/2)) * 100 / zoom + width / 2, in halves of a pixel times zoom.
             const auto part = static_cast<std::int64_t>(zoom);
             const std::int64_t numerator =
-                (std::int64_t{width} - 2 * x - 1) * 100 + std::int64_t{width} * part;
+                (width - 2 * std::int64_t{x} - 1) * 100 + std::int64_t{width} * part;
             if (numerator < 0 || numerator >= 2 * part * width) continue;
             const auto from = static_cast<int>(numerator / (2 * part));
             ASSERT_EQ(pixelAt(zoomed, x, 0).red, from % 251) << x;
