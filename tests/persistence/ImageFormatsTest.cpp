@@ -29,18 +29,18 @@ using ProjectImageExportService::render;
 enum class Contents { opaque, translucent, hidden, halfOpacity, empty };
 
 struct Picture {
-    const char* name;
+    const char* name = nullptr;
     QSize size;
-    Contents contents;
+    Contents contents = Contents::opaque;
 };
 
 struct Format {
-    SaveFormat format;
+    SaveFormat format = SaveFormat::png;
     /// The shell command that makes $2, a PNG or PPM, of $1. It fails for a file that is not in
     /// order.
-    const char* decode;
+    const char* decode = nullptr;
     /// In decibels; above what no file can have means every pixel is exact.
-    double leastPsnr;
+    double leastPsnr = 0.0;
     int longestSide = 65535;
 };
 

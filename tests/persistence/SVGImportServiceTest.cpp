@@ -36,7 +36,7 @@ QImage pixelsOf(const std::optional<model::PastedImage>& image) {
 }
 
 struct SizeCase {
-    const char* text;
+    const char* text = nullptr;
     QSizeF size;
 };
 

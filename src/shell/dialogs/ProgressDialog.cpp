@@ -4,7 +4,10 @@
 #include "shell/controls/Labels.h"
 #include "shell/looks/Style.h"
 
+#include <QEasingCurve>
+#include <QElapsedTimer>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTimer>
@@ -12,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 namespace quillabrae::shell {
 namespace {
@@ -21,7 +25,43 @@ using namespace std::chrono_literals;
 constexpr int contentWidth = 340;
 constexpr int barSteps = 1000;
 constexpr int barHeight = 6;
-constexpr auto lookEvery = 50ms;
+constexpr auto lookEvery = 33ms;
+
+/// A slim bar that fills up, or, without steps, with a piece of it that runs to and fro.
+class SlimBar final : public QProgressBar {
+public:
+    explicit SlimBar(QWidget* parent) : QProgressBar(parent) { m_clock.start(); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        fill(painter, 0.0, 1.0, Style::line(palette()));
+        const bool hasSteps = maximum() > 0;
+        const double length = hasSteps ? double(value()) / maximum() : pieceLength;
+        fill(painter, hasSteps ? 0.0 : swing() * (1.0 - length), length, Style::accent(palette()));
+    }
+
+private:
+    static constexpr double pieceLength = 0.25;
+
+    /// From 0 to 1 and back, in two seconds.
+    double swing() const {
+        constexpr qint64 period = 2000;
+        const double phase = double(m_clock.elapsed() % period) / period;
+        return QEasingCurve(QEasingCurve::InOutSine)
+            .valueForProgress(1.0 - std::abs(1.0 - 2.0 * phase));
+    }
+    void fill(QPainter& painter, double start, double length, const QColor& color) {
+        const double radius = height() / 2.0;
+        painter.setBrush(color);
+        painter.drawRoundedRect(QRectF(start * width(), 0.0, length * width(), height()), radius,
+                                radius);
+    }
+
+    QElapsedTimer m_clock;
+};
 
 } // namespace
 
@@ -39,7 +79,7 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
     QLabel* label = Labels::body(title, this);
     label->setWordWrap(true);
     label->setFixedWidth(contentWidth);
-    m_bar = new QProgressBar(this);
+    m_bar = new SlimBar(this);
     m_bar->setTextVisible(false);
     m_bar->setFixedHeight(barHeight);
     m_bar->setAccessibleName(title);
@@ -66,6 +106,7 @@ void ProgressDialog::showFraction() {
     // A bar without steps runs to and fro.
     m_bar->setRange(0, fraction < 0.0 ? 0 : barSteps);
     m_bar->setValue(static_cast<int>(std::min(fraction, 1.0) * barSteps));
+    m_bar->update();
 }
 
 } // namespace quillabrae::shell

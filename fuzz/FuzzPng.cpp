@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Any bytes are a PNG, whose picture comes back the same when it is encoded and decoded again, or
+// no picture.
+#include "raster/PngCodec.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+using namespace quillabrae;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const model::PngBytes file(
+        QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
+    const raster::RasterImage picture = raster::decodePng(file);
+    if (picture.isNull()) return 0;
+    if (!raster::isDecodableSize(picture.width(), picture.height())) std::abort();
+    // Larger ones are only slow.
+    constexpr std::size_t enoughBytes = std::size_t{1} << 22U;
+    if (picture.byteCount() > enoughBytes) return 0;
+    if (!(raster::decodePng(raster::encodePng(picture)) == picture)) std::abort();
+    return 0;
+}
