@@ -3,6 +3,7 @@
 
 #include "persistence/AppPersistenceService.h"
 #include "platform/Clock.h"
+#include "store/AdjustmentPreviews.h"
 #include "store/RecentList.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@ ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence
     : m_environment(std::move(environment)),
       m_persistence(persistence),
       m_clipboard(m_environment.pasteboard, m_environment.paths.clipboardFolder()),
+      m_previews(std::make_unique<AdjustmentPreviews>(m_environment.makeLatestWork)),
       m_statusMessage(QStringLiteral("Ready")),
       m_zoomToFitRequestID(QUuid::createUuid()) {
     if (!isPersistent()) return;

@@ -20,6 +20,7 @@
 #include <QUuid>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -37,6 +38,8 @@ enum class HistoryRecording { omitted, recorded };
 
 /// What pasting does to the canvas.
 enum class PastedCanvas { kept, expanded };
+/// How an adjustment is made: as a command, as a try that the status line tells of, or unseen.
+enum class AdjustmentRun { recorded, preview, silent };
 /// What a drop fell on.
 enum class DropTarget { editor, welcome };
 
@@ -183,6 +186,30 @@ public:
     void flipSelectedLayer(FlipDirection direction);
     void rotateZoomSelectedLayer(const RotateZoomDialogResult& result);
 
+    // Adjustments of the selected layer. Their dialogs show each try on the open project: `begin`
+    // keeps the project as it is, a try starts from that again, and only `commit` records.
+
+    /// Moves the opaque pixels within the selection, or on the whole canvas. Whether any moved.
+    bool applyAlignObject(AlignObjectAction action, AdjustmentRun run);
+    void beginAlignObjectPreview();
+    void restoreAlignPreviewOriginal();
+    bool previewAlignObject(AlignObjectAction action);
+    void cancelAlignObjectPreview();
+    void commitAlignObjectPreview();
+    /// The choice whose effect is shown now.
+    std::optional<AlignObjectAction> alignPreviewAction() const;
+    /// Takes a colour out of the whole layer, whatever is selected. Whether it was there.
+    bool applyColorRemoval(const ColorRemovalSettings& settings, AdjustmentRun run);
+    void beginColorRemovalPreview();
+    /// Asks for a try, which is shown when it is made; newer settings overtake older ones.
+    void previewColorRemoval(const ColorRemovalSettings& settings);
+    void cancelColorRemovalPreview();
+    /// Waits for the latest try.
+    void commitColorRemovalPreview();
+    std::optional<ColorRemovalSettings> colorRemovalPreviewSettings() const;
+    /// Runs the last command that can be repeated on what is active now.
+    void repeatLastAction();
+
     // View
 
     void togglePixelGrid();
@@ -267,6 +294,7 @@ private:
     /// Holds back the writing of the recovery file and writes it once at the end, for a command
     /// that is several steps. Must not be held while the user is asked something.
     class AutosaveScope;
+    struct AdjustmentPreviews;
 
     std::optional<std::size_t> indexOf(QUuid id) const;
     /// The active project for a command to rewrite, which ends in `finishEdit`; null without one.
@@ -285,6 +313,18 @@ private:
     /// Drops what is kept beside a project that is no longer open.
     void forgetProject(QUuid id);
     void selectTool(model::PaintTool tool);
+    void finishAlignObject(model::PaintProject& project, AlignObjectAction action);
+    void finishColorRemoval(model::PaintProject& project, const ColorRemovalSettings& settings);
+    /// Shows a layer that was tried in place of the selected one.
+    void showTry(const model::PaintLayer& layer);
+    void showColorRemoval(const ColorRemovalSettings& settings,
+                          const std::optional<model::PaintLayer>& result);
+    /// Puts a project back as it was, but for a layer that is tried on it; nothing when it is no
+    /// longer open.
+    void restoreOriginal(const model::PaintProject& original,
+                         const model::PaintLayer* tried = nullptr);
+    /// The project as it was before a dialog's tries; null where there are none.
+    const model::PaintProject* previewOriginal(QUuid id) const;
     std::optional<model::PastedImage> imageInFile(const QUrl& file) const;
     std::optional<model::PastedImage> drawingInFile(const QString& path) const;
     std::optional<model::PastedImage> droppedImage(const DroppedContents& contents) const;
@@ -305,6 +345,7 @@ private:
     StoreEnvironment m_environment;
     Persistence m_persistence;
     ClipboardImageService m_clipboard;
+    std::unique_ptr<AdjustmentPreviews> m_previews;
     std::vector<model::PaintProject> m_openProjects;
     std::optional<QUuid> m_activeProjectID;
     model::PaintAppSettings m_settings;

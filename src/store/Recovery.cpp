@@ -39,6 +39,10 @@ persistence::PaintAutosaveSession ProjectStore::currentSession() const {
     const auto& preferences = m_environment.preferences;
     persistence::PaintAutosaveSession session;
     session.projects = m_openProjects;
+    // What a dialog only tries is nobody's work yet.
+    for (model::PaintProject& project : session.projects) {
+        if (const model::PaintProject* original = previewOriginal(project.id)) project = *original;
+    }
     if (activeIndex())
         session.activeProjectID = m_activeProjectID;
     else if (!m_openProjects.empty())

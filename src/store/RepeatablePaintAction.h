@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "store/AlignObjectAction.h"
+#include "store/ColorRemovalSettings.h"
 #include "store/DialogResults.h"
 
 #include <variant>
@@ -15,6 +17,14 @@ namespace RepeatableActions {
 struct FlipLayer {
     FlipDirection direction = FlipDirection::horizontal;
     friend bool operator==(const FlipLayer&, const FlipLayer&) = default;
+};
+struct AlignObject {
+    AlignObjectAction action = AlignObjectAction::topLeft;
+    friend bool operator==(const AlignObject&, const AlignObject&) = default;
+};
+struct ColorRemoval {
+    ColorRemovalSettings settings;
+    friend bool operator==(const ColorRemoval&, const ColorRemoval&) = default;
 };
 struct RotateZoom {
     RotateZoomDialogResult result;
@@ -35,7 +45,8 @@ struct InvertImage {
 } // namespace RepeatableActions
 
 using RepeatablePaintAction =
-    std::variant<RepeatableActions::FlipLayer, RepeatableActions::RotateZoom,
+    std::variant<RepeatableActions::FlipLayer, RepeatableActions::AlignObject,
+                 RepeatableActions::ColorRemoval, RepeatableActions::RotateZoom,
                  RepeatableActions::ResizeImage, RepeatableActions::ResizeCanvas,
                  RepeatableActions::InvertImage>;
 

@@ -4,6 +4,7 @@
 #include "model/PastedImage.h"
 #include "persistence/SaveFormat.h"
 #include "platform/AppPaths.h"
+#include "platform/LatestWork.h"
 #include "platform/WorkRunner.h"
 
 #include <QByteArray>
@@ -62,6 +63,8 @@ struct StoreEnvironment {
     platform::AppPaths paths;
     platform::WorkRunner& work = platform::directWorkRunner();
     SVGImport svgImport{};
+    /// Where the tries of live previews are made.
+    platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
 };
 
 } // namespace quillabrae::store

@@ -23,6 +23,8 @@ std::span<VerbTable (*const)()> verbFamilies() {
         rasterLayerVerbs,
         rasterGenerativeVerbs,
         rasterTextVerbs,
+        intakeVerbs,
+        adjustmentVerbs,
     };
     return families;
 }

@@ -28,6 +28,8 @@ VerbTable storeProjectVerbs();
 VerbTable storeFileVerbs();
 VerbTable storeLayerVerbs();
 VerbTable storeSelectionVerbs();
+VerbTable intakeVerbs();
+VerbTable adjustmentVerbs();
 VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();

@@ -91,7 +91,8 @@ class StoreTest : public testing::Test {
 protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
-            StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport},
+            StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport,
+                             makeLatestWork},
             persistence);
     }
 
@@ -141,6 +142,7 @@ protected:
     platform::NoFileIcons icons;
     platform::MemoryPasteboard pasteboard;
     SVGImport svgImport;
+    platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
     FakePanels panels;
     FakeWork work;
 };

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Taking a colour out of a layer, tried live and then kept or not. A try of a large layer takes a
+// while, so it is made elsewhere: a reduced picture comes at once, the whole one when it is done.
+#include "raster/LayerRasterService.h"
+#include "raster/LayerRasterServiceColorRemoval.h"
+#include "store/AdjustmentPreviews.h"
+
+#include <cmath>
+
+namespace quillabrae::store {
+namespace {
+
+using model::PaintLayer;
+using model::PaintProject;
+namespace Raster = raster::LayerRasterService;
+
+/// What a try needs to know, wherever it is made.
+struct Attempt {
+    PaintLayer layer;
+    double canvasWidth = 1.0;
+    double canvasHeight = 1.0;
+    ColorRemovalSettings settings;
+    model::ColorValue color;
+};
+
+bool removeColor(PaintLayer& layer, double width, double height, const Attempt& attempt) {
+    return Raster::removeColor(layer, width, height, attempt.color,
+                               attempt.settings.tolerancePercentage,
+                               attempt.settings.transparentAlphaThresholdPercentage);
+}
+
+/// The layer without the colour; nothing where the colour is not on it.
+std::optional<PaintLayer> wholeResult(const Attempt& attempt) {
+    PaintLayer layer = attempt.layer;
+    if (!removeColor(layer, attempt.canvasWidth, attempt.canvasHeight, attempt))
+        return std::nullopt;
+    return layer;
+}
+
+/// A picture of so few pixels is done at once, whatever the machine has to do besides.
+constexpr double coarsePixels = 400'000.0;
+
+double reductionOf(const Attempt& attempt) {
+    return std::ceil(std::sqrt(attempt.canvasWidth * attempt.canvasHeight / coarsePixels));
+}
+
+/// The same of a picture with every so-manieth pixel alone. A layer may hold a picture smaller than
+/// the canvas: it is shown stretched.
+std::optional<PaintLayer> coarseResult(const Attempt& attempt) {
+    const double reduction = reductionOf(attempt);
+    const double width = std::ceil(attempt.canvasWidth / reduction);
+    const double height = std::ceil(attempt.canvasHeight / reduction);
+    PaintLayer layer = attempt.layer;
+    layer.bitmapPNGData = Raster::pngData(Raster::copyImage(
+        Raster::renderLayer(layer, attempt.canvasWidth, attempt.canvasHeight), width, height));
+    if (!removeColor(layer, width, height, attempt)) return std::nullopt;
+    return layer;
+}
+
+} // namespace
+
+bool ProjectStore::applyColorRemoval(const ColorRemovalSettings& settings, AdjustmentRun run) {
+    PaintProject* project = projectToEdit();
+    PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+    if (!layer) return false;
+    if (layer->isLocked) {
+        setStatusMessage(QStringLiteral("Selected layer is locked"));
+        return false;
+    }
+    const Attempt attempt{*layer, project->canvasWidth, project->canvasHeight, settings,
+                          colorOf(settings.preset, m_settings)};
+    const auto result = wholeResult(attempt);
+    if (!result) {
+        setStatusMessage(QStringLiteral("No matching color found"));
+        return false;
+    }
+    *layer = *result;
+    if (run == AdjustmentRun::recorded) {
+        m_lastRepeatableAction = RepeatableActions::ColorRemoval{settings};
+        finishColorRemoval(*project, settings);
+        return true;
+    }
+    Q_EMIT projectChanged(project->id);
+    if (run == AdjustmentRun::preview) setStatusMessage(QStringLiteral("Previewing color removal"));
+    return true;
+}
+
+void ProjectStore::finishColorRemoval(PaintProject& project, const ColorRemovalSettings& settings) {
+    const QUuid id = finishEdit(project);
+    setStatusMessage(QStringLiteral("Removed %1").arg(title(settings.preset)));
+    recordHistory(id, QStringLiteral("Color Removal"), QStringLiteral("eraser.line.dashed"));
+}
+
+void ProjectStore::beginColorRemovalPreview() {
+    const PaintProject* active = activeProject();
+    if (!active) return;
+    m_previews->dropWork();
+    m_previews->colorRemovalOriginal = *active;
+    m_previews->colorRemovalSettings.reset();
+}
+
+void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
+    AdjustmentPreviews& previews = *m_previews;
+    if (!previews.colorRemovalOriginal) return;
+    const PaintProject& original = *previews.colorRemovalOriginal;
+    const PaintLayer* layer = original.selectedLayer();
+    if (!indexOf(original.id) || !layer || layer->isLocked) {
+        previews.dropWork();
+        previews.colorRemovalSettings.reset();
+        restoreOriginal(original);
+        if (layer && layer->isLocked) setStatusMessage(QStringLiteral("Selected layer is locked"));
+        return;
+    }
+    const auto attempt =
+        std::make_shared<const Attempt>(Attempt{*layer, original.canvasWidth, original.canvasHeight,
+                                                settings, colorOf(settings.preset, m_settings)});
+    const int number = ++previews.attempts;
+    const auto makeWhole = [this, attempt, number] {
+        m_previews->wholeWork->run([this, attempt, number] {
+            return [this, attempt, number, layer = wholeResult(*attempt)] {
+                if (number == m_previews->attempts) showColorRemoval(attempt->settings, layer);
+            };
+        });
+    };
+    if (reductionOf(*attempt) <= 1.0) return makeWhole();
+    previews.coarseWork->run([this, attempt, number, makeWhole] {
+        return [this, number, makeWhole, layer = coarseResult(*attempt)] {
+            if (layer) showTry(*layer);
+            if (number == m_previews->attempts) makeWhole();
+        };
+    });
+}
+
+void ProjectStore::showTry(const PaintLayer& layer) {
+    restoreOriginal(*m_previews->colorRemovalOriginal, &layer);
+}
+
+void ProjectStore::showColorRemoval(const ColorRemovalSettings& settings,
+                                    const std::optional<PaintLayer>& result) {
+    m_previews->colorRemovalSettings = result ? std::optional(settings) : std::nullopt;
+    if (result)
+        showTry(*result);
+    else
+        restoreOriginal(*m_previews->colorRemovalOriginal);
+    setStatusMessage(result ? QStringLiteral("Previewing color removal")
+                            : QStringLiteral("No matching color found"));
+}
+
+std::optional<ColorRemovalSettings> ProjectStore::colorRemovalPreviewSettings() const {
+    return m_previews->colorRemovalSettings;
+}
+
+void ProjectStore::cancelColorRemovalPreview() {
+    m_previews->dropWork();
+    if (m_previews->colorRemovalOriginal) restoreOriginal(*m_previews->colorRemovalOriginal);
+    m_previews->colorRemovalOriginal.reset();
+    m_previews->colorRemovalSettings.reset();
+    setStatusMessage(QStringLiteral("Color removal cancelled"));
+}
+
+void ProjectStore::commitColorRemovalPreview() {
+    m_previews->finishWork();
+    const auto settings = m_previews->colorRemovalSettings;
+    PaintProject* project = projectToEdit();
+    if (!settings || !project) return cancelColorRemovalPreview();
+    m_previews->colorRemovalOriginal.reset();
+    m_previews->colorRemovalSettings.reset();
+    m_lastRepeatableAction = RepeatableActions::ColorRemoval{*settings};
+    finishColorRemoval(*project, *settings);
+}
+
+} // namespace quillabrae::store

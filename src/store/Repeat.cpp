@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the dialogs' live effects have in common, and the command that runs the last one again.
+#include "store/AdjustmentPreviews.h"
+
+#include <variant>
+
+namespace quillabrae::store {
+namespace {
+
+template <typename... Cases>
+struct Overloaded : Cases... {
+    using Cases::operator()...;
+};
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
+
+} // namespace
+
+void ProjectStore::restoreOriginal(const model::PaintProject& original,
+                                   const model::PaintLayer* tried) {
+    const auto index = indexOf(original.id);
+    if (!index) return;
+    model::PaintProject& project = m_openProjects[*index];
+    project = original;
+    model::PaintLayer* layer = tried ? project.selectedLayer() : nullptr;
+    if (layer) *layer = *tried;
+    Q_EMIT projectChanged(original.id);
+    setActiveProjectID(original.id);
+}
+
+const model::PaintProject* ProjectStore::previewOriginal(QUuid id) const {
+    for (const auto& original : {&m_previews->alignOriginal, &m_previews->colorRemovalOriginal}) {
+        if (*original && (*original)->id == id) return &**original;
+    }
+    return nullptr;
+}
+
+void ProjectStore::repeatLastAction() {
+    if (!m_lastRepeatableAction) return setStatusMessage(QStringLiteral("No action to repeat"));
+    namespace Actions = RepeatableActions;
+    // A copy: the command stores itself again.
+    const RepeatablePaintAction action = *m_lastRepeatableAction;
+    std::visit(
+        Overloaded{
+            [](const Actions::FlipLayer&) {},
+            [this](const Actions::AlignObject& align) {
+                applyAlignObject(align.action, AdjustmentRun::recorded);
+            },
+            [this](const Actions::ColorRemoval& removal) {
+                applyColorRemoval(removal.settings, AdjustmentRun::recorded);
+            },
+            [](const Actions::RotateZoom&) {},
+            [](const Actions::ResizeImage&) {},
+            [](const Actions::ResizeCanvas&) {},
+            [](const Actions::InvertImage&) {},
+        },
+        action);
+}
+
+} // namespace quillabrae::store
