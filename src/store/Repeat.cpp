@@ -40,21 +40,20 @@ void ProjectStore::repeatLastAction() {
     namespace Actions = RepeatableActions;
     // A copy: the command stores itself again.
     const RepeatablePaintAction action = *m_lastRepeatableAction;
-    std::visit(
-        Overloaded{
-            [](const Actions::FlipLayer&) {},
-            [this](const Actions::AlignObject& align) {
-                applyAlignObject(align.action, AdjustmentRun::recorded);
-            },
-            [this](const Actions::ColorRemoval& removal) {
-                applyColorRemoval(removal.settings, AdjustmentRun::recorded);
-            },
-            [](const Actions::RotateZoom&) {},
-            [](const Actions::ResizeImage&) {},
-            [](const Actions::ResizeCanvas&) {},
-            [](const Actions::InvertImage&) {},
-        },
-        action);
+    std::visit(Overloaded{
+                   [](const Actions::FlipLayer&) {},
+                   [this](const Actions::AlignObject& align) {
+                       applyAlignObject(align.action, AdjustmentRun::recorded);
+                   },
+                   [this](const Actions::ColorRemoval& removal) {
+                       applyColorRemoval(removal.settings, AdjustmentRun::recorded);
+                   },
+                   [](const Actions::RotateZoom&) {},
+                   [](const Actions::ResizeImage&) {},
+                   [](const Actions::ResizeCanvas&) {},
+                   [](const Actions::InvertImage&) {},
+               },
+               action);
 }
 
 } // namespace quillabrae::store
