@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// From a change in a dialog to its effect on a layer of 12 megapixels, as the canvas reads it.
+#include "NoPanels.h"
+#include "SyntheticImages.h"
+#include "platform/Clock.h"
+#include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
+#include "platform/MemoryPreferences.h"
+#include "raster/DecodeCache.h"
+#include "raster/LayerRasterService.h"
+#include "store/ProjectStore.h"
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace quillabrae::bench {
+namespace {
+
+namespace Raster = raster::LayerRasterService;
+using Settings = store::ColorRemovalSettings;
+
+/// 12 megapixels.
+constexpr int side = 3464;
+
+void needApplication() {
+    if (QCoreApplication::instance()) return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argumentCount = 1;
+    static char name[] = "bench";
+    static char* arguments[] = {name, nullptr};
+    static const QGuiApplication application(argumentCount, arguments);
+}
+
+/// A store with one layer.
+struct Editor {
+    explicit Editor(const raster::RasterImage& picture) {
+        store.createUntitledProject(side, side, 96);
+        store.editActiveProject([&](model::PaintProject& project) {
+            project.layers.front().bitmapPNGData = raster::encodedImage(picture);
+        });
+    }
+    /// The layer as it is painted.
+    raster::RasterImage shown() const {
+        return Raster::renderLayer(store.activeProject()->layers.front(), side, side);
+    }
+
+    QTemporaryDir folder;
+    NoPanels panels;
+    platform::MemoryPreferences preferences;
+    platform::SystemClock clock;
+    platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
+    store::ProjectStore store{{panels,
+                               preferences,
+                               clock,
+                               icons,
+                               pasteboard,
+                               platform::AppPaths::under(folder.path()),
+                               platform::directWorkRunner(),
+                               {},
+                               platform::makeThreadedLatestWork},
+                              store::Persistence::off};
+};
+
+/// Runs the event loop until observers hear of a change.
+void waitForChange(store::ProjectStore& store) {
+    bool hasChanged = false;
+    const auto connection = QObject::connect(&store, &store::ProjectStore::projectChanged, &store,
+                                             [&hasChanged] { hasChanged = true; });
+    while (!hasChanged) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QObject::disconnect(connection);
+}
+
+Settings nextSettings(int& count) {
+    return {1.0, double(++count % 100), store::ColorRemovalPreset::orange};
+}
+
+void firstLook(benchmark::State& state) {
+    needApplication();
+    Editor editor(syntheticPhoto(side));
+    editor.store.beginColorRemovalPreview();
+    int count = 0;
+    for (auto _ : state) {
+        const Settings settings = nextSettings(count);
+        editor.store.previewColorRemoval(settings);
+        waitForChange(editor.store);
+        benchmark::DoNotOptimize(editor.shown());
+        state.PauseTiming();
+        while (editor.store.colorRemovalPreviewSettings() != settings)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        state.ResumeTiming();
+    }
+}
+
+void wholeLook(benchmark::State& state) {
+    needApplication();
+    Editor editor(syntheticPhoto(side));
+    editor.store.beginColorRemovalPreview();
+    int count = 0;
+    for (auto _ : state) {
+        const Settings settings = nextSettings(count);
+        editor.store.previewColorRemoval(settings);
+        while (editor.store.colorRemovalPreviewSettings() != settings)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        benchmark::DoNotOptimize(editor.shown());
+    }
+}
+
+/// An object of a megapixel on nothing.
+raster::RasterImage object() {
+    raster::RasterImage image(side, side);
+    Raster::drawImage(image, syntheticPhoto(1024), QRect(700, 900, 1024, 1024));
+    return image;
+}
+
+void align(benchmark::State& state) {
+    needApplication();
+    Editor editor(object());
+    editor.store.beginAlignObjectPreview();
+    int count = 0;
+    for (auto _ : state) {
+        editor.store.previewAlignObject(++count % 2 == 0 ? store::AlignObjectAction::center
+                                                         : store::AlignObjectAction::bottomRight);
+        benchmark::DoNotOptimize(editor.shown());
+    }
+}
+
+BENCHMARK(firstLook)
+    ->Name("adjust/remove-color/first")
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(wholeLook)
+    ->Name("adjust/remove-color/whole")
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(align)->Name("adjust/align")->UseRealTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace quillabrae::bench
