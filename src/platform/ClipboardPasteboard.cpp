@@ -4,12 +4,12 @@
 #include <QClipboard>
 #include <QEventLoop>
 #include <QGuiApplication>
-#include <QMimeData>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <utility>
 
 namespace quillabrae::platform {
 namespace {
@@ -65,6 +65,8 @@ ClipboardPasteboard::ClipboardPasteboard(std::function<void()> pause, QObject* p
     : QObject(parent), m_pause(std::move(pause)) {
     connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
             [this] { ++m_changeCount; });
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            &ClipboardPasteboard::leaveBehind);
 }
 
 QStringList ClipboardPasteboard::types() const {
@@ -84,9 +86,17 @@ QByteArray ClipboardPasteboard::data(const QString& type) const {
 
 bool ClipboardPasteboard::write(std::vector<PasteboardItem> items) {
     QClipboard* clipboard = QGuiApplication::clipboard();
-    QMimeData* contents = std::make_unique<PromisedContents>(std::move(items)).release();
-    clipboard->setMimeData(contents);
-    return clipboard->mimeData() == contents;
+    m_items = items;
+    m_written = std::make_unique<PromisedContents>(std::move(items)).release();
+    clipboard->setMimeData(m_written);
+    return clipboard->mimeData() == m_written;
+}
+
+void ClipboardPasteboard::leaveBehind() {
+    if (!m_written || QGuiApplication::clipboard()->mimeData() != m_written) return;
+    std::vector<PasteboardItem> items = m_items;
+    std::ranges::reverse(items);
+    write(std::move(items));
 }
 
 } // namespace quillabrae::platform

@@ -3,7 +3,9 @@
 
 #include "platform/Pasteboard.h"
 
+#include <QMimeData>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -26,8 +28,15 @@ public:
     QByteArray data(const QString& type) const override;
     bool write(std::vector<PasteboardItem> items) override;
 
+    /// Turns the order of an own copy's forms around. Happens by itself when the program ends: then
+    /// the desktop's clipboard manager takes the forms over, and one that is in wide use loses the
+    /// first of them, which must not be the favourite.
+    void leaveBehind();
+
 private:
     std::function<void()> m_pause;
+    std::vector<PasteboardItem> m_items;
+    QPointer<QMimeData> m_written;
     int m_changeCount = 0;
 };
 

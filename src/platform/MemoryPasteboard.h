@@ -16,12 +16,12 @@ public:
     int changeCount() const override { return m_changeCount; }
     QStringList types() const override {
         QStringList types;
-        for (const auto& [type, bytes] : m_items) types.append(type);
+        for (const PasteboardItem& item : m_items) types.append(item.type);
         return types;
     }
     QByteArray data(const QString& type) const override {
-        for (const auto& [offered, bytes] : m_items) {
-            if (offered == type) return bytes();
+        for (const PasteboardItem& item : m_items) {
+            if (item.type == type) return item.bytes();
         }
         return {};
     }

@@ -9,9 +9,9 @@ namespace {
 using Preset = ColorRemovalPreset;
 
 struct Row {
-    Preset value;
-    const char* rawText;
-    const char* title;
+    Preset value = Preset::primary;
+    const char* rawText = nullptr;
+    const char* title = nullptr;
     /// Of no meaning for the tools' colours.
     model::ColorValue color;
 };

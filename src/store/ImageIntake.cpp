@@ -3,9 +3,10 @@
 #include "persistence/AppPersistenceService.h"
 #include "persistence/ImageLoader.h"
 #include "platform/Clock.h"
-#include "raster/LayerRasterService.h"
+#include "raster/LayerRasterServiceLayers.h"
 #include "store/DroppedContents.h"
 #include "store/FileLocation.h"
+#include "store/LayerRewriting.h"
 #include "store/MimePictures.h"
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
@@ -53,24 +54,14 @@ QSizeF sizeWith(const PaintProject& project, const PastedImage& image) {
 }
 
 /// Gives the canvas room to the right and downward; the layers keep their distance from the top
-/// left. False, with nothing changed, when no picture can be so large.
-bool expandCanvas(PaintProject& project, QSizeF size) {
-    if (size == QSizeF(project.canvasWidth, project.canvasHeight)) return true;
-    std::vector<model::PaintLayer> layers = project.layers;
-    for (model::PaintLayer& layer : layers) {
-        raster::RasterImage canvas =
-            raster::LayerRasterService::transparentImage(size.width(), size.height());
-        if (canvas.isNull()) return false;
-        const raster::RasterImage former = raster::LayerRasterService::renderLayer(
-            layer, project.canvasWidth, project.canvasHeight);
-        raster::LayerRasterService::drawImage(canvas, former,
-                                              QRect(0, 0, former.width(), former.height()));
-        layer.bitmapPNGData = raster::LayerRasterService::pngData(canvas);
-    }
-    project.layers = std::move(layers);
-    project.canvasWidth = size.width();
-    project.canvasHeight = size.height();
-    return true;
+/// left.
+CanvasRewrite expansionTo(QSizeF size, const PaintProject& project) {
+    return {QStringLiteral("Paste"), QStringLiteral("Expanding canvas"), size,
+            project.resolutionDPI, [size](const raster::RasterImage& picture) {
+                return raster::LayerRasterService::transformedImage(
+                    picture, size.width(), size.height(),
+                    QRectF(0.0, 0.0, picture.width(), picture.height()));
+            }};
 }
 
 /// The layer that pasted pixels will be put down on: the selected one, or a new one on top where
@@ -158,9 +149,11 @@ std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const Past
     PaintProject* project = projectToEdit();
     if (!project) return createProject(image);
     const bool expands = canvas == PastedCanvas::expanded;
-    if (expands && !expandCanvas(*project, sizeWith(*project, image))) {
-        setStatusMessage(QStringLiteral("Paste failed: the canvas would be too large"));
-        return std::nullopt;
+    const QSizeF size = sizeWith(*project, image);
+    if (expands && size != QSizeF(project->canvasWidth, project->canvasHeight)) {
+        const PaintProject before = *project;
+        project = rewriteCanvas(expansionTo(size, before), before, before);
+        if (!project) return std::nullopt;
     }
     floatImage(*project, image);
     const QUuid id = finishEdit(*project);

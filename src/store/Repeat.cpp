@@ -40,20 +40,21 @@ void ProjectStore::repeatLastAction() {
     namespace Actions = RepeatableActions;
     // A copy: the command stores itself again.
     const RepeatablePaintAction action = *m_lastRepeatableAction;
-    std::visit(Overloaded{
-                   [](const Actions::FlipLayer&) {},
-                   [this](const Actions::AlignObject& align) {
-                       applyAlignObject(align.action, AdjustmentRun::recorded);
-                   },
-                   [this](const Actions::ColorRemoval& removal) {
-                       applyColorRemoval(removal.settings, AdjustmentRun::recorded);
-                   },
-                   [](const Actions::RotateZoom&) {},
-                   [](const Actions::ResizeImage&) {},
-                   [](const Actions::ResizeCanvas&) {},
-                   [](const Actions::InvertImage&) {},
-               },
-               action);
+    std::visit(
+        Overloaded{
+            [this](const Actions::FlipLayer& flip) { flipSelectedLayer(flip.direction); },
+            [this](const Actions::AlignObject& align) {
+                applyAlignObject(align.action, AdjustmentRun::recorded);
+            },
+            [this](const Actions::ColorRemoval& removal) {
+                applyColorRemoval(removal.settings, AdjustmentRun::recorded);
+            },
+            [this](const Actions::RotateZoom& turn) { rotateZoomSelectedLayer(turn.result); },
+            [this](const Actions::ResizeImage& resize) { resizeActiveImage(resize.result); },
+            [this](const Actions::ResizeCanvas& resize) { resizeActiveCanvas(resize.result); },
+            [this](const Actions::InvertImage&) { invertActiveImage(); },
+        },
+        action);
 }
 
 } // namespace quillabrae::store

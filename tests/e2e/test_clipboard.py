@@ -1,9 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The clipboard with other programs as owners: xclip, which offers one type at a time."""
 
+import io
+import json
 import shutil
+import subprocess
 import time
 import unittest
+import urllib.request
 
 from PIL import Image
 
@@ -57,6 +61,80 @@ class Clipboard(DeskCase):
         time.sleep(1.0)
         self.assertEqual(editor.recorded_edits("Paste"), before)
         self.assertIsNone(editor.process.poll())
+
+    def get(self, kind):
+        """What another program gets of that type."""
+        return subprocess.run(["xclip", "-selection", "clipboard", "-o", "-t", kind], check=True,
+                              env=self.desk.environment, capture_output=True, timeout=60).stdout
+
+    def copy_all(self, editor):
+        """Selects and copies the whole canvas."""
+        self.desk.keys("ctrl+a")
+        editor.wait_for_status("Selected canvas pixels")
+        self.desk.keys("ctrl+c")
+        editor.wait_for_status("Copied selected pixels")
+
+    def start_under(self, home):
+        """Another instance, of another user as it were."""
+        environment = self.desk.environment
+        places = {"HOME": home, "XDG_CONFIG_HOME": home / ".config",
+                  "XDG_DATA_HOME": home / ".local/share", "XDG_CACHE_HOME": home / ".cache",
+                  "XDG_STATE_HOME": home / ".local/state", "XDG_RUNTIME_DIR": home / "run"}
+        for place in places.values():
+            place.mkdir(parents=True, exist_ok=True)
+            place.chmod(0o700)
+        # The first start's tour would stand in front.
+        shutil.copytree(self.desk.home / ".config/Quillabrae", home / ".config/Quillabrae")
+        self.desk.environment = environment | {name: str(place) for name, place in places.items()}
+        try:
+            return self.start()
+        finally:
+            self.desk.environment = environment
+
+    def test_another_program_gets_the_copied_picture(self):
+        editor = self.open_drawing()
+        self.copy_all(editor)
+        kinds = self.get("TARGETS").decode().split()
+        self.assertIn("image/png", kinds)
+        self.assertLess(kinds.index("image/png"), kinds.index("image/tiff"))
+        self.assertNotIn("application/x-qt-image", kinds)
+        original = Image.open(self.drawing).convert("RGBA")
+        file = urllib.request.url2pathname(
+            self.get("text/uri-list").decode().strip().removeprefix("file://"))
+        self.assertEqual(self.get("x-special/gnome-copied-files").decode(),
+                         f"copy\n{self.get('text/uri-list').decode().strip()}")
+        self.assertRegex(file, "/Quillabrae/Clipboard/stripes-[0-9A-F-]{36}[.]png$")
+        for picture in (io.BytesIO(self.get("image/png")), io.BytesIO(self.get("image/tiff")), file):
+            copied = Image.open(picture)
+            self.assertEqual(copied.size, original.size)
+            self.assertEqual(copied.convert("RGBA").getpixel((700, 500)),
+                             original.getpixel((700, 500)))
+        self.assertEqual(json.loads(self.get("com.orvik.Quillabrae.clipboard-metadata")),
+                         {"sourceX": 0, "sourceY": 0})
+
+    def test_another_instance_pastes_the_copied_picture(self):
+        editor = self.open_drawing()
+        self.copy_all(editor)
+        other = self.start_under(self.desk.folder / "other")
+        other.wait_for_window("Welcome to Quillabrae")
+        self.desk.keys("ctrl+v")
+        other.wait_for_window("Pasted Image - Quillabrae v")
+
+    @unittest.skipUnless(shutil.which("xfce4-clipman"), "there is no clipboard manager")
+    def test_a_copy_outlives_the_program_where_copies_are_kept(self):
+        self.desk.spawn("xfce4-clipman")
+        # Nothing tells from outside when it is ready.
+        time.sleep(3)
+        editor = self.open_drawing()
+        self.copy_all(editor)
+        self.desk.keys("ctrl+q")
+        self.assertEqual(editor.process.wait(30), 0)
+        picture = Image.open(io.BytesIO(self.get("image/png")))
+        self.assertEqual(picture.size, Image.open(self.drawing).size)
+        again = self.start()
+        again.wait_for_window("Welcome to Quillabrae")
+        self.desk.keys("ctrl+v")
+        again.wait_for_window("Pasted Image - Quillabrae v")
 
     def test_pictures_are_pasted_in_each_form(self):
         editor = self.open_drawing()

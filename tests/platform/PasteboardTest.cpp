@@ -99,6 +99,18 @@ TEST(ClipboardPasteboard, MakesTheBytesOfACopyWhenTheyAreAskedFor) {
     QGuiApplication::clipboard()->clear();
 }
 
+TEST(ClipboardPasteboard, LeavesItsFormsBehindWithTheFavouriteLast) {
+    ClipboardPasteboard pasteboard;
+    const auto bytes = [] { return QByteArray("bytes"); };
+    ASSERT_TRUE(pasteboard.write({{png, bytes}, {svg, bytes}}));
+    pasteboard.leaveBehind();
+    EXPECT_EQ(pasteboard.types(), QStringList({svg, png}));
+    EXPECT_EQ(pasteboard.data(png), QByteArray("bytes"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("another's"));
+    pasteboard.leaveBehind();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("another's"));
+}
+
 TEST(MemoryPasteboard, EachPutReplacesTheContentsAndCounts) {
     MemoryPasteboard pasteboard;
     EXPECT_TRUE(pasteboard.types().isEmpty());

@@ -136,8 +136,16 @@ TEST_F(ImageIntake, ACanvasThatWouldBeTooLargeStaysAsItWas) {
     EXPECT_FALSE(
         store->pasteImageIntoActiveProject(image(2, 2, QPointF(1e9, 0)), PastedCanvas::expanded));
     EXPECT_EQ(project(), before);
-    EXPECT_EQ(store->statusMessage(),
-              QStringLiteral("Paste failed: the canvas would be too large"));
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Paste failed: the image would be too large"));
+    EXPECT_EQ(store->history(id).entries.size(), 1u);
+}
+
+TEST_F(ImageIntake, AnExpansionThatTheUserStopsChangesNothing) {
+    const auto before = project();
+    work.isCancelled = true;
+    EXPECT_FALSE(store->pasteImageIntoActiveProject(image(20, 3), PastedCanvas::expanded));
+    EXPECT_EQ(project(), before);
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Paste cancelled"));
     EXPECT_EQ(store->history(id).entries.size(), 1u);
 }
 
