@@ -95,6 +95,9 @@ public:
                 near.push_back(&capsule);
         }
         std::vector<std::uint8_t> alpha(static_cast<std::size_t>(m_area.width()));
+        if (m_area.width() <= shortRun) {
+            for (int y = firstRow; y < endRow; ++y) fetch(y, {m_area.left(), m_area.right() + 1});
+        }
         for (int y = firstRow; y < endRow; ++y) {
             if (near.size() == 1) {
                 paintRow(*near.front(), y, alpha.data());
