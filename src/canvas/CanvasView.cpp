@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace quillabrae::canvas {
@@ -41,6 +42,8 @@ CanvasView::CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerStat
       m_zoom(m_context),
       m_pan(m_context),
       m_drawing(m_context),
+      m_text(m_context),
+      m_drafts(m_context, m_zoom, m_drawing.shape(), m_text),
       m_selection(m_context, m_zoom,
                   [this](QPointF documentPoint) { hoverOverWorkspace(documentPoint); }),
       m_settings(host.settings()) {}
@@ -84,6 +87,7 @@ void CanvasView::settingsChanged() {
     if (before.showsPixelGrid != settings.showsPixelGrid) m_context.repaintViewport();
     if (before.selectedTool != settings.selectedTool) toolChanged();
     if (before.brushSize != settings.brushSize) m_context.repaintOverlays();
+    draftStyleChanged(before);
     if (before.paintBucketMatchPercentage != settings.paintBucketMatchPercentage)
         m_drawing.bucketMatchChanged();
     if (before.magicWandMatchPercentage != settings.magicWandMatchPercentage)
@@ -92,8 +96,23 @@ void CanvasView::settingsChanged() {
 
 void CanvasView::toolChanged() {
     m_selection.stopSelectionAutoPan();
+    if (selectedTool() != PaintTool::text) m_text.commitActiveText();
     m_drawing.toolChanged(selectedTool());
     m_context.repaintOverlays();
+}
+
+void CanvasView::draftStyleChanged(const model::PaintAppSettings& before) {
+    const model::PaintAppSettings& now = m_settings;
+    const auto shapeStyle = [](const model::PaintAppSettings& s) {
+        return std::tie(s.selectedShape, s.shapeDrawingMode, s.shapeOutlineWidth, s.primaryColor,
+                        s.secondaryColor);
+    };
+    const auto textStyle = [](const model::PaintAppSettings& s) {
+        return std::tie(s.primaryColor, s.textFontFamily, s.textFontSize, s.textAlignment,
+                        s.textBold, s.textItalic, s.textUnderline, s.textStrikethrough);
+    };
+    if (shapeStyle(before) != shapeStyle(now)) m_drawing.shape().refreshActiveShapeStyle();
+    if (textStyle(before) != textStyle(now)) m_text.refreshActiveTextStyle();
 }
 
 void CanvasView::updateLayout() {
@@ -158,6 +177,8 @@ const CanvasView::Route* CanvasView::route(Surface surface, PaintTool tool) {
               &CanvasView::panToolEnded},
         Route{interactiveView, isTool<PaintTool::zoom>, &CanvasView::ignoreDrag,
               &CanvasView::zoomToolEnded},
+        Route{interactiveView, isTool<PaintTool::text>, &CanvasView::ignoreDrag,
+              &CanvasView::textToolEnded},
         Route{interactiveView, DrawingGestures::serves, &CanvasView::drawChanged,
               &CanvasView::drawEnded},
         Route{workspace, isTool<PaintTool::eraser>, &CanvasView::eraserWorkspaceChanged,
@@ -186,12 +207,14 @@ QPointF CanvasView::localPoint(Surface surface, QPointF documentPoint) const {
 
 void CanvasView::dragChanged(Surface surface, const DragValue& value) {
     if (m_context.host.project() == nullptr) return;
+    if (surface == Surface::interactiveView && m_drafts.dragChanged(value)) return;
     if (surface == Surface::interactiveView) updateToolCursor(value.location);
     if (const Route* found = route(surface, selectedTool())) (this->*found->changed)(value);
 }
 
 void CanvasView::dragEnded(Surface surface, const DragValue& value) {
     if (m_context.host.project() == nullptr) return;
+    if (surface == Surface::interactiveView && m_drafts.dragEnded(value)) return;
     if (surface == Surface::interactiveView) updateToolCursor(value.location);
     if (const Route* found = route(surface, selectedTool())) (this->*found->ended)(value);
 }
@@ -265,6 +288,10 @@ void CanvasView::zoomToolEnded(const DragValue& value) {
     m_zoom.stepZoom(m_context.pointer.modifiers().option ? ZoomStep::out : ZoomStep::in);
 }
 
+void CanvasView::textToolEnded(const DragValue& value) {
+    m_text.beginTextEditing(geometry().clampedCanvasPoint(value.location, currentZoom()));
+}
+
 void CanvasView::pickColor(const DragValue& value) {
     const model::PaintProject* project = m_context.host.project();
     const model::PaintLayer* layer = project->selectedLayer();
@@ -308,7 +335,13 @@ void CanvasView::gradientWorkspaceEnded(const DragValue& value) {
 }
 
 void CanvasView::cancelDrawing() {
-    if (m_drawing.live().isRunning()) m_drawing.resetRasterDrawing();
+    if (m_drawing.live().isRunning() && !m_drawing.shape().activeShapeDraft())
+        m_drawing.resetRasterDrawing();
+}
+
+void CanvasView::disappear() {
+    m_text.commitActiveText();
+    m_drawing.commitActiveShape();
 }
 
 // Selection
@@ -331,10 +364,23 @@ void CanvasView::selectionWorkspaceEnded(const DragValue& value) {
 }
 
 bool CanvasView::canNudgeSelectionWithArrowKeys() const {
-    return selectionInForce(m_context).has_value();
+    return !hasDraft() && selectionInForce(m_context).has_value();
+}
+
+bool CanvasView::commitDraft() {
+    if (m_context.pointer.modifiers() != Modifiers{}) return false;
+    if (m_drafts.hasText()) {
+        m_text.commitActiveText();
+    } else if (m_drafts.hasShape()) {
+        m_drawing.commitActiveShape();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 bool CanvasView::handleKey(CanvasKey key) {
+    if (key == CanvasKey::escape) return commitDraft();
     static constexpr std::array<std::pair<CanvasKey, QPoint>, 4> directions{{
         {CanvasKey::left, QPoint(-1, 0)},
         {CanvasKey::right, QPoint(1, 0)},

@@ -6,9 +6,11 @@
 #include "canvas/CanvasInput.h"
 #include "canvas/CanvasOverlays.h"
 #include "canvas/CanvasRenderer.h"
+#include "canvas/DraftGestures.h"
 #include "canvas/DrawingGestures.h"
 #include "canvas/PanGesture.h"
 #include "canvas/SelectionGestures.h"
+#include "canvas/TextDraft.h"
 #include "canvas/ZoomController.h"
 #include "model/CanvasPoint.h"
 #include "model/PaintAppSettings.h"
@@ -63,8 +65,11 @@ public:
     bool handleRightMouseEvent(const RightMouseEvent& event);
     /// A turn of the zooming wheel, in notches.
     bool applyWheelZoom(double notches) { return m_zoom.applyWheelZoom(notches); }
-    /// Gives up the drawing gesture that runs, with what it drew.
+    /// Gives up the drawing gesture that runs, with what it drew. A draft stays.
     void cancelDrawing();
+    /// To be called when the canvas is taken off the screen: drafts become pixels.
+    void disappear();
+    /// Escape ends the text draft, or else the shape draft, as pixels.
     /// To be called when the modifier keys have changed, the pointer still or not.
     void modifiersChanged();
     /// Whether the key was taken. Arrows move the selection by a canvas pixel, with Command by 20,
@@ -85,6 +90,11 @@ public:
     CanvasGeometry geometry() const { return m_context.geometry(); }
     std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
     const LiveDrawing& drawing() const { return m_drawing.live(); }
+    /// The drafts; those of the active project alone are on screen.
+    const DraftGestures& drafts() const { return m_drafts; }
+    const ShapeDraft& shapeDraft() const { return m_drawing.shape(); }
+    TextDraft& textDraft() { return m_text; }
+    const TextDraft& textDraft() const { return m_text; }
     const SelectionGestures& selection() const { return m_selection; }
     ZoomController& zoom() { return m_zoom; }
     const ZoomController& zoom() const { return m_zoom; }
@@ -121,10 +131,14 @@ private:
     void panToolEnded(const DragValue& value);
     void pickColor(const DragValue& value);
     void zoomToolEnded(const DragValue& value);
+    void textToolEnded(const DragValue& value);
     void ignoreDrag(const DragValue&) {}
 
     void hoverOverWorkspace(QPointF documentPoint);
     void toolChanged();
+    void draftStyleChanged(const model::PaintAppSettings& before);
+    bool hasDraft() const { return m_drafts.hasShape() || m_drafts.hasText(); }
+    bool commitDraft();
     std::optional<model::CanvasPoint> canvasPointFromRightMouseEvent(
         const RightMouseEvent& event) const;
 
@@ -132,6 +146,8 @@ private:
     ZoomController m_zoom;
     PanGesture m_pan;
     DrawingGestures m_drawing;
+    TextDraft m_text;
+    DraftGestures m_drafts;
     SelectionGestures m_selection;
     std::optional<model::CanvasPoint> m_hoveredCanvasPoint;
     bool m_isRightMouseDrawing = false;

@@ -4,6 +4,7 @@
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasHost.h"
 #include "canvas/FloatingSelection.h"
+#include "canvas/PointerState.h"
 
 namespace quillabrae::canvas {
 
@@ -14,7 +15,8 @@ DrawingGestures::DrawingGestures(CanvasContext& context)
       m_live(context),
       m_stroke(m_live),
       m_endpoints(context, m_live),
-      m_bucket(context, m_live) {}
+      m_bucket(context, m_live),
+      m_shape(context, m_live) {}
 
 bool DrawingGestures::serves(PaintTool tool) {
     return model::drawsContinuousStroke(tool) || model::drawsFromEndpoints(tool) ||
@@ -31,6 +33,7 @@ void DrawingGestures::beginWith(DrawingButton button) {
 
 void DrawingGestures::rasterizeDrawing(model::CanvasPoint point) {
     const PaintTool tool = m_context.host.settings().selectedTool;
+    if (tool == PaintTool::shapes) commitActiveShape();
     commitFloatingSelectionIfNeeded(m_context);
     if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
 
@@ -51,11 +54,33 @@ void DrawingGestures::rasterizeDrawing(model::CanvasPoint point) {
 }
 
 void DrawingGestures::finishRasterDrawing() {
+    if (m_context.host.settings().selectedTool == PaintTool::shapes) return finishShapeDrawing();
     m_live.finishRasterDrawing();
     resetRasterDrawing();
 }
 
+void DrawingGestures::finishShapeDrawing() {
+    const model::PaintProject* project = m_context.host.project();
+    const auto& start = m_endpoints.drawingStartPoint();
+    const auto& current = m_endpoints.currentDrawingPoint();
+    if (project == nullptr || !start || !current || !m_live.isRunning())
+        return resetRasterDrawing();
+    const model::CanvasPoint end =
+        endpointDrawingPoint(PaintTool::shapes, *start, *current, m_context.pointer.modifiers(),
+                             QSizeF(project->canvasWidth, project->canvasHeight));
+    if (!m_shape.begin(*start, end)) return resetRasterDrawing();
+    m_stroke.reset();
+    m_endpoints.reset();
+}
+
+void DrawingGestures::commitActiveShape() {
+    if (!m_shape.activeShapeDraft()) return;
+    m_shape.write();
+    resetRasterDrawing();
+}
+
 void DrawingGestures::resetRasterDrawing() {
+    m_shape.reset();
     m_live.resetRasterDrawing();
     m_stroke.reset();
     m_endpoints.reset();
@@ -63,6 +88,7 @@ void DrawingGestures::resetRasterDrawing() {
 
 void DrawingGestures::toolChanged(PaintTool tool) {
     if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
+    if (tool != PaintTool::shapes) commitActiveShape();
 }
 
 } // namespace quillabrae::canvas

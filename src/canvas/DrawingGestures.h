@@ -4,6 +4,7 @@
 #include "canvas/BucketGesture.h"
 #include "canvas/EndpointGesture.h"
 #include "canvas/LiveDrawing.h"
+#include "canvas/ShapeDraft.h"
 #include "canvas/StrokeGesture.h"
 #include "model/CanvasPoint.h"
 #include "model/PaintTool.h"
@@ -26,8 +27,11 @@ public:
     /// One sample, the first of a gesture or a further one. On a hidden or locked layer nothing is
     /// drawn.
     void rasterizeDrawing(model::CanvasPoint point);
+    /// A shape ends as a draft, everything else as pixels.
     void finishRasterDrawing();
-    /// Gives up the gesture that runs, with what it drew since it was last finished.
+    /// Makes the shape draft, if there is one, pixels of its layer.
+    void commitActiveShape();
+    /// Gives up the gesture that runs, with what it drew since it was last finished, and the draft.
     void resetRasterDrawing();
 
     /// To be called when the shift key goes down or up.
@@ -38,13 +42,18 @@ public:
     void toolChanged(model::PaintTool tool);
 
     const LiveDrawing& live() const { return m_live; }
+    ShapeDraft& shape() { return m_shape; }
+    const ShapeDraft& shape() const { return m_shape; }
 
 private:
+    void finishShapeDrawing();
+
     CanvasContext& m_context;
     LiveDrawing m_live;
     StrokeGesture m_stroke;
     EndpointGesture m_endpoints;
     BucketGesture m_bucket;
+    ShapeDraft m_shape;
 };
 
 } // namespace quillabrae::canvas

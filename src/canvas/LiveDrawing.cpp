@@ -106,17 +106,45 @@ void LiveDrawing::finishRasterDrawing() {
         std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
     if (layer == project->layers.end()) return resetRasterDrawing();
 
+    write(static_cast<std::size_t>(layer - project->layers.begin()));
+    const model::PaintTool tool = m_context.host.settings().selectedTool;
+    m_context.host.recordHistory(model::title(tool), model::symbolName(tool));
+    resetRasterDrawing();
+}
+
+void LiveDrawing::keepAsDraft() {
+    m_activeDrawingColor.reset();
+    m_didRasterizeDrawing = false;
+}
+
+void LiveDrawing::drawInstead(const model::PaintStroke& stroke) {
+    const model::PaintProject* project = m_context.host.project();
+    if (project == nullptr || m_liveDrawingImage.isNull()) return;
+    restoreBase();
+    m_drawnRect = raster::LayerRasterService::drawStroke(
+        stroke, m_liveDrawingImage, project->canvasWidth, project->canvasHeight);
+    ++m_liveDrawingRevision;
+    m_context.repaintCanvasPixels(m_drawnRect);
+}
+
+void LiveDrawing::writeDraft(const QString& historyTitle, const QString& historySymbolName) {
+    const model::PaintProject* project = m_context.host.project();
+    if (m_liveDrawingImage.isNull() || project == nullptr || !m_activeDrawingLayerID) return;
+    const auto layer =
+        std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
+    if (layer == project->layers.end() || !layer->isVisible || layer->isLocked) return;
+    write(static_cast<std::size_t>(layer - project->layers.begin()));
+    m_context.host.recordHistory(historyTitle, historySymbolName);
+}
+
+void LiveDrawing::write(std::size_t layerIndex) {
     const model::PngBytes png = encodedDrawing();
-    const auto index = static_cast<std::size_t>(layer - project->layers.begin());
     m_context.editProject([&](model::PaintProject& edited) {
-        edited.layers[index].bitmapPNGData = png;
+        edited.layers[layerIndex].bitmapPNGData = png;
         edited.lastModified = m_context.host.now();
     });
     // What shows is what was stored: nothing is painted again.
     m_drawnRect = {};
-    const model::PaintTool tool = m_context.host.settings().selectedTool;
-    m_context.host.recordHistory(model::title(tool), model::symbolName(tool));
-    resetRasterDrawing();
 }
 
 /// Costs what was drawn on, where the layer had pixels of the canvas's size before, and nothing

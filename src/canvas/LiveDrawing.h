@@ -8,8 +8,10 @@
 #include "raster/RasterImage.h"
 
 #include <QRect>
+#include <QString>
 #include <QUuid>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -42,6 +44,7 @@ public:
     void setActiveDrawingColor(const model::ColorValue& color) { m_activeDrawingColor = color; }
     /// The button that draws; it decides which colour a shape is filled with.
     void setButton(DrawingButton button) { m_button = button; }
+    DrawingButton button() const { return m_button; }
 
     /// Starts the gesture on `layer` of the active project.
     void begin(const model::PaintLayer& layer);
@@ -56,6 +59,13 @@ public:
     void forgetLiveImage();
     /// Writes the live image into its layer with one history entry, if anything was drawn.
     void finishRasterDrawing();
+    /// The gesture is over, and what it drew stays to be changed.
+    void keepAsDraft();
+    /// Draws `stroke` over the layer as it was at the first sample.
+    void drawInstead(const model::PaintStroke& stroke);
+    /// Writes the live image into its layer with that history entry, if the layer is there, visible
+    /// and not locked.
+    void writeDraft(const QString& historyTitle, const QString& historySymbolName);
     /// Ends the gesture and forgets what it drew since it was last finished.
     void resetRasterDrawing();
 
@@ -63,6 +73,7 @@ private:
     model::PaintStroke liveStroke(std::vector<model::CanvasPoint> points) const;
     void didDraw(const QRect& drawn);
     void dropSelection();
+    void write(std::size_t layerIndex);
     model::PngBytes encodedDrawing() const;
 
     CanvasContext& m_context;

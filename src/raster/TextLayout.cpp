@@ -263,6 +263,10 @@ int TextLayout::paragraphAt(int position) const {
     return static_cast<int>(after - m_paragraphs.begin()) - 1;
 }
 
+bool TextLayout::isRightToLeftAt(int position) const {
+    return m_paragraphs[static_cast<std::size_t>(paragraphAt(position))].isRightToLeft();
+}
+
 int TextLayout::nextPosition(int position, TextStep step) const {
     const auto index = static_cast<std::size_t>(paragraphAt(position));
     const Paragraph& paragraph = m_paragraphs[index];

@@ -65,6 +65,8 @@ public:
     /// is the next line's.
     TextRange lineRange(int line) const;
     int lineOf(int position) const;
+    /// Whether the paragraph of a position reads from right to left.
+    bool isRightToLeftAt(int position) const;
     /// The line at that height; the first above the text and the last below it.
     int lineAt(double y) const;
 

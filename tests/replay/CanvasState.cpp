@@ -9,6 +9,35 @@
 
 namespace quillabrae::replay {
 
+namespace {
+
+QJsonValue rectJson(const QRectF& rect) {
+    return QJsonArray{rect.x(), rect.y(), rect.width(), rect.height()};
+}
+
+QJsonValue shapeJson(const std::optional<canvas::CanvasShapeDraft>& draft) {
+    if (!draft) return {};
+    return QJsonObject{{QStringLiteral("rect"), rectJson(draft->rect)},
+                       {QStringLiteral("shape"), model::rawText(draft->shape)},
+                       {QStringLiteral("drawingMode"), model::rawText(draft->drawingMode)},
+                       {QStringLiteral("outlineWidth"), draft->outlineWidth},
+                       {QStringLiteral("outlineColor"), toJson(draft->outlineColor)},
+                       {QStringLiteral("fillColor"), toJson(draft->fillColor)},
+                       {QStringLiteral("usesSwappedColors"), draft->usesSwappedColors}};
+}
+
+QJsonValue textJson(const canvas::TextDraft& text) {
+    const auto& draft = text.activeTextDraft();
+    if (!draft) return {};
+    return QJsonObject{{QStringLiteral("text"), draft->text},
+                       {QStringLiteral("box"), rectJson(text.boxRect())},
+                       {QStringLiteral("caret"), text.editing().caret()},
+                       {QStringLiteral("color"), toJson(draft->color)},
+                       {QStringLiteral("fontSize"), draft->style.fontSize}};
+}
+
+} // namespace
+
 QJsonObject canvasState(Session& session) {
     CanvasStage& stage = session.canvas();
     const canvas::CanvasView& view = stage.view();
@@ -25,6 +54,8 @@ QJsonObject canvasState(Session& session) {
         {QStringLiteral("hoveredPoint"),
          hovered ? QJsonValue(QJsonArray{hovered->x, hovered->y}) : QJsonValue()},
         {QStringLiteral("isDrawing"), view.drawing().isRunning()},
+        {QStringLiteral("shapeDraft"), shapeJson(view.shapeDraft().activeShapeDraft())},
+        {QStringLiteral("textDraft"), textJson(view.textDraft())},
         {QStringLiteral("currentSelection"),
          project ? toJson(canvas::currentSelection(*project)) : QJsonValue()},
     };

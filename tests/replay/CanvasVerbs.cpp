@@ -135,7 +135,8 @@ QJsonValue modifiers(Session& session, const Arguments& arguments) {
 /// Whether the canvas took the key.
 QJsonValue key(Session& session, const Arguments& arguments) {
     using canvas::CanvasKey;
-    static constexpr std::array<std::pair<QLatin1StringView, CanvasKey>, 4> keys{{
+    static constexpr std::array<std::pair<QLatin1StringView, CanvasKey>, 5> keys{{
+        {QLatin1StringView("escape"), CanvasKey::escape},
         {QLatin1StringView("left"), CanvasKey::left},
         {QLatin1StringView("right"), CanvasKey::right},
         {QLatin1StringView("up"), CanvasKey::up},

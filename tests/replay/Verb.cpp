@@ -18,6 +18,7 @@ std::span<VerbTable (*const)()> verbFamilies() {
         lookVerbs,
         controlVerbs,
         canvasVerbs,
+        draftVerbs,
         rasterVerbs,
         rasterMaskVerbs,
         rasterLayerVerbs,

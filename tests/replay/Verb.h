@@ -35,6 +35,7 @@ VerbTable promptVerbs();
 VerbTable lookVerbs();
 VerbTable controlVerbs();
 VerbTable canvasVerbs();
+VerbTable draftVerbs();
 VerbTable rasterVerbs();
 VerbTable rasterLayerVerbs();
 VerbTable rasterMaskVerbs();
