@@ -76,6 +76,8 @@ public:
     /// and with the tool for it its pixels as well.
     bool handleKey(CanvasKey key);
     bool canNudgeSelectionWithArrowKeys() const;
+    /// Two quick presses at a point of the interactive view. Whether a draft took them.
+    bool draftDoubleClick(QPointF location) { return m_drafts.doubleClick(location); }
 
     // State
 

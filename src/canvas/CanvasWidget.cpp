@@ -9,6 +9,8 @@
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidgetInput.h"
 #include "canvas/CanvasWidgetScroller.h"
+#include "canvas/CanvasWidgetText.h"
+#include "canvas/DraftOverlay.h"
 #include "canvas/FrameUnderOverlays.h"
 #include "canvas/QtCanvasTimers.h"
 #include "canvas/StoreCanvasHost.h"
@@ -17,6 +19,7 @@
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QGestureEvent>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QNativeGestureEvent>
 #include <QPaintEvent>
@@ -53,9 +56,9 @@ struct CanvasWidget::Parts final : CanvasDisplay {
         widget.viewport()->update(changed);
     }
     void repaintOverlays() override {
-        const QRegion before = overlays.region();
+        const QRegion before = overlays.region() | drafts;
         prepareOverlays();
-        widget.viewport()->update(before | overlays.region());
+        widget.viewport()->update(before | overlays.region() | drafts);
     }
     void repaintViewport() override {
         under.invalidateAll();
@@ -66,6 +69,7 @@ struct CanvasWidget::Parts final : CanvasDisplay {
     /// Takes in what lies over the canvas now, and sets the ants in motion or stops them.
     void prepareOverlays() {
         const bool hasProject = view.hasProject();
+        drafts = draftRegion(view, widget.canvasOriginInViewport());
         overlays.prepare(
             hasProject ? view.frame(widget.viewport()->devicePixelRatioF()) : CanvasFrame(),
             hasProject ? view.overlays() : OverlayState());
@@ -91,6 +95,8 @@ struct CanvasWidget::Parts final : CanvasDisplay {
     CanvasRenderer renderer;
     FrameUnderOverlays under;
     CanvasOverlays overlays;
+    /// Where the drafts show.
+    QRegion drafts;
     QBasicTimer marching;
     QElapsedTimer clock;
     bool hasReducedMotion = false;
@@ -101,6 +107,7 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     setAccessibleName(tr("Canvas"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
     // The right button draws.
     setContextMenuPolicy(Qt::PreventContextMenu);
     viewport()->setMouseTracking(true);
@@ -138,7 +145,9 @@ void CanvasWidget::paintEvent(QPaintEvent* event) {
         parts.overlays.paintAnts(painter, under, event->region(), parts.phase(),
                                  palette().color(QPalette::Highlight));
     }
-    parts.overlays.paintMarks(painter, palette().color(QPalette::Highlight));
+    const QColor accent = palette().color(QPalette::Highlight);
+    parts.overlays.paintMarks(painter, accent);
+    paintDrafts(painter, parts.view, canvasOriginInViewport(), accent);
 }
 
 /// The canvas and the workspace around it.
@@ -215,12 +224,57 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
-    // The second press of two quick ones is a press like any other.
+    // In the text of a draft it takes a word; elsewhere it is a press like any other.
+    if (event->button() == Qt::LeftButton && m_parts->input.doubleClick(*event)) return;
     mousePressEvent(event);
 }
 
 void CanvasWidget::wheelEvent(QWheelEvent* event) {
     event->setAccepted(m_parts->input.wheel(*event));
+}
+
+/// What is written goes to the text, not to the window's shortcuts.
+bool CanvasWidget::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        const DraftGestures& drafts = m_parts->view.drafts();
+        const bool isEscape = key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+        if ((drafts.hasText() && isTextKey(key)) ||
+            (isEscape && (drafts.hasText() || drafts.hasShape()))) {
+            event->accept();
+            return true;
+        }
+    }
+    return QAbstractScrollArea::event(event);
+}
+
+void CanvasWidget::inputMethodEvent(QInputMethodEvent* event) {
+    if (!m_parts->view.drafts().hasText()) return event->ignore();
+    applyInputMethod(m_parts->view.textDraft(), *event);
+}
+
+QVariant CanvasWidget::inputMethodQuery(Qt::InputMethodQuery query) const {
+    const bool isWriting = m_parts->view.drafts().hasText();
+    if (query == Qt::ImEnabled) return isWriting;
+    if (!isWriting) return QAbstractScrollArea::inputMethodQuery(query);
+    const TextEditing& editing = m_parts->view.textDraft().editing();
+    switch (query) {
+        case Qt::ImCursorRectangle:
+            return draftCaretRect(m_parts->view, canvasOriginInViewport());
+        case Qt::ImSurroundingText:
+            return editing.text();
+        case Qt::ImCursorPosition:
+            return editing.caret();
+        case Qt::ImCurrentSelection:
+            return editing.selectedText();
+        default:
+            return QAbstractScrollArea::inputMethodQuery(query);
+    }
+}
+
+/// Tab belongs to a text that is being written.
+bool CanvasWidget::focusNextPrevChild(bool isNext) {
+    return !m_parts->view.drafts().hasText() && QAbstractScrollArea::focusNextPrevChild(isNext);
 }
 
 void CanvasWidget::keyPressEvent(QKeyEvent* event) {
@@ -237,6 +291,12 @@ void CanvasWidget::focusOutEvent(QFocusEvent* event) {
     m_parts->input.focusOut();
     updateCursor();
     QAbstractScrollArea::focusOutEvent(event);
+}
+
+void CanvasWidget::hideEvent(QHideEvent* event) {
+    // A window that is only minimised comes back.
+    if (!event->spontaneous()) m_parts->view.disappear();
+    QAbstractScrollArea::hideEvent(event);
 }
 
 void CanvasWidget::updateCursor() {

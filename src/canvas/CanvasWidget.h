@@ -30,6 +30,7 @@ public:
     QPointF canvasOriginInViewport() const;
     /// Whether the marching ants stand still, for people who do not want motion.
     void setReducedMotion(bool isReduced);
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 protected:
     bool viewportEvent(QEvent* event) override;
@@ -42,9 +43,13 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     struct Parts;

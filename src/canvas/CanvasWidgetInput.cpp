@@ -2,6 +2,7 @@
 #include "canvas/CanvasWidgetInput.h"
 
 #include "canvas/CanvasView.h"
+#include "canvas/CanvasWidgetText.h"
 #include "canvas/Scroller.h"
 
 #include <QApplication>
@@ -121,19 +122,27 @@ bool CanvasWidgetInput::rightMouse(const QMouseEvent& event, RightMousePhase pha
     return m_view.handleRightMouseEvent({phase, documentPoint(event.position())});
 }
 
+bool CanvasWidgetInput::doubleClick(const QMouseEvent& event) {
+    const QPointF document = documentPoint(event.position());
+    return m_view.surfaceAt(document) == Surface::interactiveView &&
+           m_view.draftDoubleClick(m_view.localPoint(Surface::interactiveView, document));
+}
+
 void CanvasWidgetInput::leave() {
     m_pointer.setLocation(std::nullopt);
     m_view.hoverEnded();
 }
 
 bool CanvasWidgetInput::keyPress(const QKeyEvent& event) {
-    static constexpr std::array<std::pair<int, CanvasKey>, 4> keys{{
+    static constexpr std::array<std::pair<int, CanvasKey>, 5> keys{{
+        {Qt::Key_Escape, CanvasKey::escape},
         {Qt::Key_Left, CanvasKey::left},
         {Qt::Key_Right, CanvasKey::right},
         {Qt::Key_Up, CanvasKey::up},
         {Qt::Key_Down, CanvasKey::down},
     }};
     takeModifiers(event.modifiers());
+    if (m_view.drafts().hasText() && applyTextKey(m_view.textDraft(), event)) return true;
     if (event.key() == Qt::Key_Space) {
         m_isSpaceDown = true;
         return true;

@@ -43,6 +43,8 @@ public:
     bool mousePress(const QMouseEvent& event);
     bool mouseMove(const QMouseEvent& event);
     bool mouseRelease(const QMouseEvent& event);
+    /// The second press of two quick ones, in the text of a draft; nothing elsewhere.
+    bool doubleClick(const QMouseEvent& event);
     void leave();
     bool wheel(const QWheelEvent& event);
     bool keyPress(const QKeyEvent& event);
