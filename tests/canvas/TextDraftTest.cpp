@@ -41,10 +41,10 @@ TEST(ClampedTextPoint, KeepsTheBoxOnTheCanvas) {
 TEST(TextHandles, AreTheEdgesTheCornerAndTheGrip) {
     const QRectF box(10, 20, 100, 60);
     struct Row {
-        const char* name;
+        const char* name = "";
         QPointF place;
         QSizeF size;
-        double minimumDistance;
+        double minimumDistance = 0.0;
     };
     for (const Row& row :
          {Row{"horizontal", {110, 50}, {7, 22}, 1.0}, Row{"vertical", {60, 80}, {22, 7}, 1.0},
