@@ -154,6 +154,7 @@ HelperEnd runHelper(const QString& program, const QStringList& arguments, const 
                     const WorkControl& control) {
     if (program.isEmpty() || input.descriptor() < 0 || output.descriptor() < 0)
         return HelperEnd::couldNotStart;
+    control.stopIfCancelled();
     const auto deadline = steady_clock::now() + time;
     const pid_t process = start(program, arguments, input.descriptor(), output.descriptor());
     if (process < 0) return HelperEnd::couldNotStart;
@@ -162,6 +163,7 @@ HelperEnd runHelper(const QString& program, const QStringList& arguments, const 
         control.stopIfCancelled();
         if (steady_clock::now() >= deadline) return HelperEnd::ranOutOfTime;
     }
+    control.stopIfCancelled();
     const int status = helper.status();
     return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? HelperEnd::succeeded : HelperEnd::failed;
 }

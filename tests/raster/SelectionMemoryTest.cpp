@@ -18,8 +18,8 @@ namespace {
 
 constexpr int side = 2048;
 constexpr qint64 canvas = qint64{4} * side * side;
-/// The bits of a search, compressed bands, what a thread works with.
-constexpr qint64 smallThings = 4 << 20;
+/// The bits of a search, compressed bands, and what each thread encodes a band with.
+constexpr qint64 smallThings = 8 << 20;
 constexpr Pixel ink{200, 0, 0, 255};
 
 class SelectionMemory : public testing::Test {

@@ -16,8 +16,7 @@ std::span<VerbTable (*const)()> verbFamilies() {
         canvasVerbs,       draftVerbs,
         rasterVerbs,       rasterMaskVerbs,
         rasterLayerVerbs,  rasterGenerativeVerbs,
-        rasterTextVerbs,
-        intakeVerbs,
+        rasterTextVerbs,   intakeVerbs,
         adjustmentVerbs,
     };
     return families;
