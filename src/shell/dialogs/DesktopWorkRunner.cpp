@@ -71,6 +71,8 @@ void showUntilDone(RunningWork& work, ProgressDialog& dialog) {
     dialog.show();
     work.whenDone([&loop] { QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection); });
     loop.exec();
+    // The loop also ends when the program does, before the work: it must not be told any more.
+    work.whenDone([] {});
 }
 
 } // namespace
