@@ -100,10 +100,10 @@ void MarchingAnts::markLine(int across, int first, int end, double start, Part p
         for (; a < tileEnd; ++a) {
             const int points = static_cast<int>(std::abs(a + 0.5 - start) / m_devicePixelRatio);
             const std::uint32_t phases = table[static_cast<std::size_t>(points % phaseCount)];
-            const auto index = static_cast<std::size_t>(
-                acrossOffset + (isHorizontal ? a % tileWidth : a % tileHeight * tileWidth));
-            tile.casing[index] |= phases;
-            if (part == Part::line) tile.line[index] |= phases;
+            const int index =
+                acrossOffset + (isHorizontal ? a % tileWidth : a % tileHeight * tileWidth);
+            tile.casing.at(static_cast<std::size_t>(index)) |= phases;
+            if (part == Part::line) tile.line.at(static_cast<std::size_t>(index)) |= phases;
         }
     }
 }
@@ -158,7 +158,7 @@ void MarchingAnts::paintRow(int y, int first, int end, std::uint32_t phaseBit, Q
         const int tileEnd = std::min((x / tileWidth + 1) * tileWidth, end);
         const auto count = static_cast<std::size_t>(tileEnd - x);
         if (const Tile* const tile = tileIfAny(x / tileWidth, y / tileHeight)) {
-            const auto index = static_cast<std::size_t>(y % tileHeight * tileWidth + x % tileWidth);
+            const int index = y % tileHeight * tileWidth + x % tileWidth;
             paintPixels(tile->line.data() + index, tile->casing.data() + index, phaseBit, accent,
                         base, target, count);
         } else {

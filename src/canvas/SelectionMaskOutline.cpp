@@ -96,8 +96,7 @@ SelectionMaskOutlinePlan maskOutline(const raster::RasterImage& mask) {
 
 const SelectionMaskOutlinePlan& SelectionMaskOutlineCache::outline(const model::PngBytes& data) {
     const auto bytes = data.bytes();
-    const Key key{static_cast<qsizetype>(bytes.size()),
-                  qHashBits(bytes.data(), static_cast<std::size_t>(bytes.size()))};
+    const Key key{bytes.size(), qHashBits(bytes.data(), bytes.size())};
     if (const auto known = m_outlines.find(key); known != m_outlines.end()) return known->second;
     const auto added = m_outlines.emplace(key, maskOutline(raster::decodedImage(data))).first;
     m_accessOrder.push_back(key);

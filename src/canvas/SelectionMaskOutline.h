@@ -4,11 +4,10 @@
 #include "model/PngBytes.h"
 #include "raster/RasterImage.h"
 
-#include <QtGlobal>
-
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <tuple>
 #include <vector>
 
 /// The outlines of selection masks, for the marching ants.
@@ -49,10 +48,12 @@ public:
 
 private:
     struct Key {
-        qsizetype byteCount = 0;
+        std::size_t byteCount = 0;
         std::size_t dataHash = 0;
 
-        friend auto operator<=>(const Key&, const Key&) = default;
+        friend bool operator<(const Key& a, const Key& b) {
+            return std::tie(a.byteCount, a.dataHash) < std::tie(b.byteCount, b.dataHash);
+        }
     };
 
     void trimCacheIfNeeded();

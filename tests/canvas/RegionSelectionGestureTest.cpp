@@ -5,7 +5,6 @@ namespace quillabrae::canvas {
 namespace {
 
 using model::PaintTool;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class RegionSelection : public SelectionGestureFixture {

@@ -72,7 +72,10 @@ TEST(MaskOutline, CoversEveryBorderBetweenInAndOut) {
         }
         std::vector<int> across(static_cast<std::size_t>((width + 1) * (height + 1)), 0);
         std::vector<int> down(across);
-        const auto at = [&](int x, int y) { return static_cast<std::size_t>(y * (width + 1) + x); };
+        const auto at = [&](int x, int y) {
+            return static_cast<std::size_t>(y) * static_cast<std::size_t>(width + 1) +
+                   static_cast<std::size_t>(x);
+        };
         for (const Segment& segment : maskOutline(mask).segments) {
             for (int x = segment.startX; x < segment.endX; ++x) ++across[at(x, segment.startY)];
             for (int y = segment.startY; y < segment.endY; ++y) ++down[at(segment.startX, y)];
