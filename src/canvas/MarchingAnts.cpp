@@ -118,11 +118,14 @@ void MarchingAnts::addSpan(double across, double start, double end) {
     const auto held = [&](double value) { return std::clamp(value, -far, far); };
     const int firstAcross = std::max(firstCentreFrom(held(across - casing)), 0);
     const int endAcross = std::min(firstCentreFrom(held(across + casing)), acrossLimit);
+    // A start far off is brought near by whole patterns, which leaves the dashes where they are.
+    const double nearStart =
+        held(start) + std::fmod(start - held(start), phaseCount * m_devicePixelRatio);
     const int first = std::max(firstCentreFrom(held(std::min(start, end))), 0);
     const int last = std::min(firstCentreFrom(held(std::max(start, end))), alongLimit);
     for (int b = firstAcross; b < endAcross; ++b) {
         const bool isLine = std::abs(b + 0.5 - across) <= line;
-        markLine<isHorizontal>(b, first, last, start, isLine ? Part::line : Part::casing);
+        markLine<isHorizontal>(b, first, last, nearStart, isLine ? Part::line : Part::casing);
     }
 }
 
