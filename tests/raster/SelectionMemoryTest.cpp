@@ -18,8 +18,8 @@ namespace {
 
 constexpr int side = 2048;
 constexpr qint64 canvas = qint64{4} * side * side;
-/// The bits of a search, compressed bands, and what each thread encodes a band with.
-constexpr qint64 smallThings = 8 << 20;
+/// The bits of a search, compressed bands, what a thread works with.
+constexpr qint64 smallThings = 4 << 20;
 constexpr Pixel ink{200, 0, 0, 255};
 
 class SelectionMemory : public testing::Test {
@@ -28,6 +28,8 @@ protected:
 #ifdef __SANITIZE_ADDRESS__
         GTEST_SKIP() << "a sanitizer keeps memory of its own";
 #endif
+        // Each thread keeps the encoder that its first band makes, for the life of the process.
+        LayerRasterService::ellipseSelectionMask(1024, 1024);
     }
 
     /// The growth beyond what is held when the call begins.
