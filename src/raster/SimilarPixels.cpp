@@ -5,6 +5,7 @@
 
 #include "raster/AlphaKernels.h"
 #include "raster/KernelTargets.h"
+#include "raster/PixelLanes.h"
 
 #include <algorithm>
 #include <array>
@@ -19,18 +20,10 @@ constexpr double distancePerPercent = 1.732 / 100.0;
 constexpr double leastTransparentTolerance = 0.001;
 constexpr std::uint32_t greatestSquare = 4 * 255 * 255;
 
-constexpr std::size_t lanes = 8;
-using Words = std::uint32_t __attribute__((vector_size(4 * lanes)));
-using Halves = std::uint16_t __attribute__((vector_size(4 * lanes)));
-using Bytes = std::uint8_t __attribute__((vector_size(lanes)));
-
-constexpr std::uint32_t evenBytes = 0x00ff00ffU;
-
-[[gnu::always_inline]] inline Words loadPixels(const std::uint8_t* from) {
-    Words pixels;
-    std::memcpy(&pixels, from, sizeof pixels);
-    return pixels;
-}
+using lanes::evenBytes;
+using lanes::Halves;
+using lanes::loadPixels;
+using lanes::Words;
 
 /// The squares of the differences of two bytes in each word, 16 bits apart, added up. The
 /// difference may wrap around in its 16 bits, and its square is right all the same.
@@ -43,7 +36,7 @@ constexpr std::uint32_t evenBytes = 0x00ff00ffU;
 /// With bit k of lane i for pixel 8 k + i: bit 8 k + i. The lanes' low bytes are an 8 by 8 matrix
 /// of bits, which is transposed in blocks of 1, 2 and 4.
 [[gnu::always_inline]] inline std::uint64_t transposedBits(Words columns) {
-    const Bytes bytes = __builtin_convertvector(columns, Bytes);
+    const auto bytes = __builtin_convertvector(columns, lanes::Alphas);
     std::uint64_t bits;
     std::memcpy(&bits, &bytes, sizeof bits);
     std::uint64_t swapped = (bits ^ (bits >> 7)) & 0x00aa00aa00aa00aaU;
@@ -87,8 +80,8 @@ template <typename Matches>
                                                          const Matches& matches,
                                                          Words& translucent) {
     Words columns{};
-    for (std::uint32_t k = 0; k < pixelsPerWord / lanes; ++k) {
-        const Words pixel = loadPixels(pixels + 4 * lanes * k);
+    for (std::uint32_t k = 0; k < pixelsPerWord / lanes::count; ++k) {
+        const Words pixel = loadPixels(pixels + 4 * lanes::count * k);
         columns |= matches(pixel) & (1U << k);
         translucent |= ((pixel >> 24) + 1U) & 0xfeU;
     }
