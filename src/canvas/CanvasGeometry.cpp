@@ -69,6 +69,15 @@ QSizeF CanvasGeometry::documentViewSize(double zoom) const {
             interactiveViewHeight(zoom) + 2.0 * verticalCanvasPadding(zoom)};
 }
 
+Surface CanvasGeometry::surfaceAt(QPointF documentPoint, double zoom) const {
+    return containsPoint(interactiveViewRect(zoom), documentPoint) ? Surface::interactiveView
+                                                                   : Surface::workspace;
+}
+
+QPointF CanvasGeometry::localPoint(Surface surface, QPointF documentPoint, double zoom) const {
+    return surface == Surface::workspace ? documentPoint : documentPoint - canvasPaddings(zoom);
+}
+
 CanvasPoint CanvasGeometry::unclampedCanvasPoint(QPointF point, double zoom) const {
     return {(point.x() - selectionHandleGutter) / zoom, (point.y() - selectionHandleGutter) / zoom};
 }

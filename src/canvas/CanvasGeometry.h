@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "canvas/CanvasInput.h"
 #include "model/CanvasPoint.h"
 #include "model/PaintProject.h"
 #include "model/PixelSelection.h"
@@ -56,6 +57,10 @@ struct CanvasGeometry {
     QPointF canvasDocumentOrigin(double zoom) const;
     QSizeF documentViewSize(double zoom) const;
 
+    /// The surface under a point in document coordinates.
+    Surface surfaceAt(QPointF documentPoint, double zoom) const;
+    /// A point in document coordinates in the surface's own.
+    QPointF localPoint(Surface surface, QPointF documentPoint, double zoom) const;
     /// From interactive view coordinates; not rounded.
     model::CanvasPoint unclampedCanvasPoint(QPointF point, double zoom) const;
     /// The same, held to the canvas.

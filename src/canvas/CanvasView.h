@@ -4,13 +4,17 @@
 #include "canvas/CanvasContext.h"
 #include "canvas/CanvasHost.h"
 #include "canvas/CanvasInput.h"
+#include "canvas/CanvasKeys.h"
 #include "canvas/CanvasOverlays.h"
 #include "canvas/CanvasRenderer.h"
 #include "canvas/DraftGestures.h"
 #include "canvas/DrawingGestures.h"
 #include "canvas/PanGesture.h"
+#include "canvas/RightMouseDrawing.h"
 #include "canvas/SelectionGestures.h"
 #include "canvas/TextDraft.h"
+#include "canvas/ToolCursor.h"
+#include "canvas/ToolDrags.h"
 #include "canvas/ZoomController.h"
 #include "model/CanvasPoint.h"
 #include "model/PaintAppSettings.h"
@@ -58,24 +62,26 @@ public:
     /// Scrolls by a distance in screen points, as far as the document goes.
     void scrollBy(QPointF distance);
     /// The pointer, no button down, in document coordinates.
-    void hover(QPointF documentPoint);
-    void hoverEnded();
+    void hover(QPointF documentPoint) { m_cursor.hover(documentPoint); }
+    void hoverEnded() { m_cursor.hoverEnded(); }
     /// Whether the event was taken.
     bool handleMagnifyEvent(const MagnifyEvent& event);
-    bool handleRightMouseEvent(const RightMouseEvent& event);
+    bool handleRightMouseEvent(const RightMouseEvent& event) {
+        return m_rightMouse.handleRightMouseEvent(event);
+    }
     /// A turn of the zooming wheel, in notches.
     bool applyWheelZoom(double notches) { return m_zoom.applyWheelZoom(notches); }
     /// Gives up the drawing gesture that runs, with what it drew. A draft stays.
     void cancelDrawing();
     /// To be called when the canvas is taken off the screen: drafts become pixels.
     void disappear();
-    /// Escape ends the text draft, or else the shape draft, as pixels.
     /// To be called when the modifier keys have changed, the pointer still or not.
     void modifiersChanged();
-    /// Whether the key was taken. Arrows move the selection by a canvas pixel, with Command by 20,
-    /// and with the tool for it its pixels as well.
-    bool handleKey(CanvasKey key);
-    bool canNudgeSelectionWithArrowKeys() const;
+    /// Whether the key was taken. Escape ends the text draft, or else the shape draft, as pixels.
+    /// Arrows move the selection by a canvas pixel, with Command by 20, and with the tool for it
+    /// its pixels as well.
+    bool handleKey(CanvasKey key) { return m_keys.handleKey(key); }
+    bool canNudgeSelectionWithArrowKeys() const { return m_keys.canNudgeSelectionWithArrowKeys(); }
     /// Two quick presses at a point of the interactive view. Whether a draft took them.
     bool draftDoubleClick(QPointF location) { return m_drafts.doubleClick(location); }
 
@@ -90,7 +96,9 @@ public:
     /// What lies over the canvas. Needs a project.
     OverlayState overlays() const;
     CanvasGeometry geometry() const { return m_context.geometry(); }
-    std::optional<model::CanvasPoint> hoveredCanvasPoint() const { return m_hoveredCanvasPoint; }
+    std::optional<model::CanvasPoint> hoveredCanvasPoint() const {
+        return m_cursor.hoveredCanvasPoint();
+    }
     const LiveDrawing& drawing() const { return m_drawing.live(); }
     /// The drafts; those of the active project alone are on screen.
     const DraftGestures& drafts() const { return m_drafts; }
@@ -102,57 +110,23 @@ public:
     const ZoomController& zoom() const { return m_zoom; }
 
 private:
-    /// What a tool does with the drag of one surface. A tool without a row does nothing there.
-    struct Route {
-        Surface surface;
-        bool (*serves)(model::PaintTool tool);
-        void (CanvasView::*changed)(const DragValue& value);
-        void (CanvasView::*ended)(const DragValue& value);
-    };
-    static const Route* route(Surface surface, model::PaintTool tool);
-
     model::PaintTool selectedTool() const;
     void updateLayout();
 
-    void updateToolCursor(QPointF location);
-    void updateToolCursorFromWorkspace(QPointF location);
-    void setHoveredCanvasPoint(std::optional<model::CanvasPoint> point);
-    model::CanvasPoint toolPoint(QPointF location) const;
-
-    void drawChanged(const DragValue& value);
-    void drawEnded(const DragValue& value);
-    void eraserWorkspaceChanged(const DragValue& value);
-    void eraserWorkspaceEnded(const DragValue& value);
-    void gradientWorkspaceChanged(const DragValue& value);
-    void gradientWorkspaceEnded(const DragValue& value);
-    void selectionChanged(const DragValue& value);
-    void selectionEnded(const DragValue& value);
-    void selectionWorkspaceChanged(const DragValue& value);
-    void selectionWorkspaceEnded(const DragValue& value);
-    void panToolChanged(const DragValue& value);
-    void panToolEnded(const DragValue& value);
-    void pickColor(const DragValue& value);
-    void zoomToolEnded(const DragValue& value);
-    void textToolEnded(const DragValue& value);
-    void ignoreDrag(const DragValue&) {}
-
-    void hoverOverWorkspace(QPointF documentPoint);
     void toolChanged();
     void draftStyleChanged(const model::PaintAppSettings& before);
-    bool hasDraft() const { return m_drafts.hasShape() || m_drafts.hasText(); }
-    bool commitDraft();
-    std::optional<model::CanvasPoint> canvasPointFromRightMouseEvent(
-        const RightMouseEvent& event) const;
 
     CanvasContext m_context;
     ZoomController m_zoom;
     PanGesture m_pan;
+    ToolCursor m_cursor;
     DrawingGestures m_drawing;
     TextDraft m_text;
     DraftGestures m_drafts;
     SelectionGestures m_selection;
-    std::optional<model::CanvasPoint> m_hoveredCanvasPoint;
-    bool m_isRightMouseDrawing = false;
+    ToolDrags m_drags;
+    RightMouseDrawing m_rightMouse;
+    CanvasKeys m_keys;
     /// As they were when last reported.
     model::PaintAppSettings m_settings;
     bool m_isShiftDown = false;
