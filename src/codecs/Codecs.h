@@ -25,6 +25,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A picture is larger than may be read.
+class LimitError : public CodecError {
+public:
+    LimitError() : CodecError("the picture is beyond the limits") {}
+};
+
 /// A picture to write: RGBA rows without padding, whose fourth byte is not looked at.
 struct OpaquePicture {
     int width = 0;
@@ -71,7 +77,7 @@ public:
 };
 
 /// The primary picture of an HEIF file (HEIC, AVIF), and a JPEG 2000 file or codestream. They throw
-/// CodecError, for a picture beyond the limits before there is memory for it.
+/// CodecError, and LimitError before there is memory for a picture beyond the limits.
 void readHeif(Bytes file, PictureOutput& output);
 void readJpeg2000(Bytes file, PictureOutput& output);
 
@@ -87,7 +93,7 @@ DrawingSize sizeOfSvg(Bytes file);
 /// CodecError.
 void drawSvg(Bytes file, int width, int height, PictureOutput& output);
 
-/// Throws CodecError unless a picture of that size may be read.
+/// Throws CodecError unless a picture of that size may be read: LimitError for one too large.
 void checkSize(std::int64_t width, std::int64_t height);
 
 /// Lets the process have so much memory, in bytes, beside what it has for a picture of `pixels`

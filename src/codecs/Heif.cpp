@@ -24,6 +24,7 @@ using Image = std::unique_ptr<heif_image, Releaser<heif_image_release>>;
 using Profile = std::unique_ptr<heif_color_profile_nclx, Releaser<heif_nclx_color_profile_free>>;
 
 void check(const heif_error& error) {
+    if (error.subcode == heif_suberror_Security_limit_exceeded) throw LimitError();
     if (error.code != heif_error_Ok) throw CodecError(error.message);
 }
 

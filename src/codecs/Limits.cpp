@@ -14,9 +14,9 @@
 namespace quillabrae::codecs {
 
 void checkSize(std::int64_t width, std::int64_t height) {
-    if (width < 1 || height < 1 || width > maximumSide || height > maximumSide ||
-        width * height > maximumPixels)
-        throw CodecError("the picture is beyond the limits");
+    if (width < 1 || height < 1) throw CodecError("the picture has no size");
+    if (width > maximumSide || height > maximumSide || width * height > maximumPixels)
+        throw LimitError();
 }
 
 void limitMemory([[maybe_unused]] std::int64_t bytes, [[maybe_unused]] std::int64_t pixels) {

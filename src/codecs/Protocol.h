@@ -14,6 +14,8 @@
 /// | `read-heif`, `read-jpeg2000` | file | `PictureRecord`, pixels, ICC profile |
 /// | `svg-size` | file | two doubles |
 /// | `draw-svg` WIDTH HEIGHT | file | as for reading |
+///
+/// A picture beyond the limits that was to be read has no output at all.
 namespace quillabrae::codecs {
 
 constexpr int inputDescriptor = 3;

@@ -84,7 +84,11 @@ void readPicture(const Numbers&) {
     constexpr std::int64_t workingMemory = std::int64_t{2} << 30U;
     limitMemory(workingMemory, maximumPixels);
     MappedPicture picture;
-    read(input(), picture);
+    try {
+        read(input(), picture);
+    } catch (const LimitError&) {
+        // That there is no output says so.
+    }
 }
 
 template <void (*write)(const OpaquePicture&, int, const ByteOutput&)>

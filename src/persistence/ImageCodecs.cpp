@@ -89,13 +89,11 @@ std::optional<raster::RasterImage> pictureIn(Bytes output) {
     return image.isNull() ? std::nullopt : std::optional(std::move(image));
 }
 
-std::optional<raster::RasterImage> readWith(const QStringList& arguments, Bytes file,
-                                            std::chrono::milliseconds time,
-                                            const WorkControl& control) {
+/// Whether the helper has done its work on the file.
+bool runOver(Bytes file, const QStringList& arguments, SharedMemory& output,
+             std::chrono::milliseconds time, const WorkControl& control) {
     SharedMemory input;
-    SharedMemory output;
-    if (!input.write(file) || !run(arguments, input, output, time, control)) return std::nullopt;
-    return pictureIn(output.bytes());
+    return input.write(file) && run(arguments, input, output, time, control);
 }
 
 } // namespace
@@ -120,16 +118,20 @@ bool write(const raster::RasterImage& picture, Encoding encoding, int quality,
     return true;
 }
 
-std::optional<raster::RasterImage> read(Bytes file, Decoding decoding, const WorkControl& control) {
+std::optional<raster::RasterImage> read(Bytes file, Decoding decoding,
+                                        raster::ImageRefusal& refusal, const WorkControl& control) {
     const char* verb = readers.at(static_cast<std::size_t>(decoding));
-    return readWith({QString::fromLatin1(verb)}, file, timeToRead, control);
+    SharedMemory output;
+    refusal = raster::ImageRefusal::unreadable;
+    if (!runOver(file, {QString::fromLatin1(verb)}, output, timeToRead, control))
+        return std::nullopt;
+    if (output.bytes().empty()) refusal = raster::ImageRefusal::beyondLimits;
+    return pictureIn(output.bytes());
 }
 
 std::optional<QSizeF> sizeOfSvg(Bytes file, const WorkControl& control) {
-    SharedMemory input;
     SharedMemory output;
-    if (!input.write(file) ||
-        !run({QStringLiteral("svg-size")}, input, output, timeToDraw, control))
+    if (!runOver(file, {QStringLiteral("svg-size")}, output, timeToDraw, control))
         return std::nullopt;
     codecs::DrawingSize size;
     if (output.bytes().size() != sizeof size) return std::nullopt;
@@ -139,9 +141,11 @@ std::optional<QSizeF> sizeOfSvg(Bytes file, const WorkControl& control) {
 
 std::optional<raster::RasterImage> drawSvg(Bytes file, QSize size, const WorkControl& control) {
     if (!raster::isDecodableSize(size.width(), size.height())) return std::nullopt;
-    return readWith(
-        {QStringLiteral("draw-svg"), QString::number(size.width()), QString::number(size.height())},
-        file, timeToDraw, control);
+    const QStringList arguments{QStringLiteral("draw-svg"), QString::number(size.width()),
+                                QString::number(size.height())};
+    SharedMemory output;
+    if (!runOver(file, arguments, output, timeToDraw, control)) return std::nullopt;
+    return pictureIn(output.bytes());
 }
 
 } // namespace quillabrae::persistence::ImageCodecs

@@ -3,6 +3,7 @@
 
 #include "platform/FileOperations.h"
 #include "platform/WorkRunner.h"
+#include "raster/ImageReader.h"
 #include "raster/RasterImage.h"
 
 #include <QByteArray>
@@ -32,8 +33,10 @@ bool write(const raster::RasterImage& picture, Encoding encoding, int quality,
 
 enum class Decoding { heif, jpeg2000 };
 
-/// Upright and in sRGB; nothing for a file that is broken or beyond the size limits.
+/// Upright and in sRGB; nothing for a file that is broken or beyond the size limits, of which
+/// `refusal` then tells which.
 std::optional<raster::RasterImage> read(Bytes file, Decoding decoding,
+                                        raster::ImageRefusal& refusal,
                                         const platform::WorkControl& control = {});
 
 /// The size that an SVG gives itself, else that of what it shows. Nothing for a file that is no

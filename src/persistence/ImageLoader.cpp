@@ -47,27 +47,44 @@ Bytes bytesOf(const char* data, qint64 size) {
     return {reinterpret_cast<const std::uint8_t*>(data), static_cast<std::size_t>(size)};
 }
 
+/// With the codec beside the editor. The bytes are asked for when the file is not too large.
+template <typename Read>
+std::optional<raster::RasterImage> decoded(Decoding decoding, qint64 fileSize, const Read& read,
+                                           const platform::WorkControl& control,
+                                           raster::ImageRefusal& refusal) {
+    refusal = raster::ImageRefusal::beyondLimits;
+    if (fileSize > greatestFile) return std::nullopt;
+    const QByteArray bytes = read();
+    return ImageCodecs::read(bytesOf(bytes.constData(), bytes.size()), decoding, refusal, control);
+}
+
 } // namespace
 
 std::optional<raster::RasterImage> loadImageFile(const QString& path,
-                                                 const platform::WorkControl& control) {
+                                                 const platform::WorkControl& control,
+                                                 raster::ImageRefusal* refusal) {
+    raster::ImageRefusal unasked{};
+    raster::ImageRefusal& reason = refusal != nullptr ? *refusal : unasked;
+    reason = raster::ImageRefusal::unreadable;
     // A pipe or a device might never answer.
     if (!QFileInfo(path).isFile()) return std::nullopt;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) return std::nullopt;
     const auto decoding = decodingFor(file.peek(markRoom));
-    if (!decoding) return raster::readImageFile(path);
-    if (file.size() > greatestFile) return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    return ImageCodecs::read(bytesOf(bytes.constData(), bytes.size()), *decoding, control);
+    if (!decoding) return raster::readImageFile(path, &reason);
+    return decoded(
+        *decoding, file.size(), [&file] { return file.readAll(); }, control, reason);
 }
 
 std::optional<raster::RasterImage> loadImage(const QByteArray& bytes,
-                                             const platform::WorkControl& control) {
+                                             const platform::WorkControl& control,
+                                             raster::ImageRefusal* refusal) {
     const auto decoding = decodingFor(bytes.first(std::min(bytes.size(), markRoom)));
-    if (!decoding) return raster::readImage(bytes);
-    if (bytes.size() > greatestFile) return std::nullopt;
-    return ImageCodecs::read(bytesOf(bytes.constData(), bytes.size()), *decoding, control);
+    if (!decoding) return raster::readImage(bytes, refusal);
+    raster::ImageRefusal unasked{};
+    return decoded(
+        *decoding, bytes.size(), [&bytes] { return bytes; }, control,
+        refusal != nullptr ? *refusal : unasked);
 }
 
 } // namespace quillabrae::persistence

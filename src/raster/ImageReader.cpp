@@ -76,56 +76,78 @@ void convertToSrgb(QImage& picture) {
     picture.convertToColorSpace(QColorSpace::SRgb);
 }
 
-std::optional<RasterImage> readThroughQt(QIODevice& device, const char* format) {
+/// A size of nothing is a fault of the file, not beyond any limit.
+ImageRefusal refusalOf(qint64 width, qint64 height) {
+    return width < 1 || height < 1 ? ImageRefusal::unreadable : ImageRefusal::beyondLimits;
+}
+
+std::optional<RasterImage> readThroughQt(QIODevice& device, const char* format,
+                                         ImageRefusal& refusal) {
     QImageReader::setAllocationLimit(allocationLimit);
     QImageReader reader(&device, format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
     const QSize stated = reader.size();
-    if (stated.isValid() && !isDecodableSize(stated.width(), stated.height())) return std::nullopt;
-    QImage picture = reader.read();
-    if (picture.isNull() || !isDecodableSize(picture.width(), picture.height()))
+    if (stated.isValid() && !isDecodableSize(stated.width(), stated.height())) {
+        refusal = refusalOf(stated.width(), stated.height());
         return std::nullopt;
+    }
+    QImage picture = reader.read();
+    if (!isDecodableSize(picture.width(), picture.height())) {
+        refusal = refusalOf(picture.width(), picture.height());
+        return std::nullopt;
+    }
     convertToSrgb(picture);
     RasterImage image = RasterImage::fromQImage(std::move(picture));
     return image.isNull() ? std::nullopt : std::optional(std::move(image));
 }
 
 /// Our own decoder, for the PNGs whose colours it takes as they are.
-std::optional<RasterImage> readPng(QIODevice& device) {
-    if (device.size() > greatestPngFile) return std::nullopt;
+std::optional<RasterImage> readPng(QIODevice& device, ImageRefusal& refusal) {
+    if (device.size() > greatestPngFile) {
+        refusal = ImageRefusal::beyondLimits;
+        return std::nullopt;
+    }
     const model::PngBytes bytes(device.readAll());
+    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
+    if (header && !isDecodableSize(header->width, header->height)) {
+        refusal = refusalOf(header->width, header->height);
+        return std::nullopt;
+    }
     const std::optional<PngLayout> layout = readPngLayout(bytes.bytes());
     if (!layout) return std::nullopt;
     if (layout->hasOtherColors()) {
         QByteArray file = bytes.toByteArray();
         QBuffer buffer(&file);
         buffer.open(QIODevice::ReadOnly);
-        return readThroughQt(buffer, "png");
+        return readThroughQt(buffer, "png", refusal);
     }
     RasterImage image = decodePng(bytes);
     return image.isNull() ? std::nullopt : std::optional(std::move(image));
 }
 
-std::optional<RasterImage> read(QIODevice& device) {
+std::optional<RasterImage> read(QIODevice& device, ImageRefusal* told) {
+    ImageRefusal unasked{};
+    ImageRefusal& refusal = told != nullptr ? *told : unasked;
+    refusal = ImageRefusal::unreadable;
     if (!device.open(QIODevice::ReadOnly)) return std::nullopt;
     const char* format = formatOf(device.peek(markRoom));
     if (format == nullptr) return std::nullopt;
-    if (format == "png"sv) return readPng(device);
-    return readThroughQt(device, format);
+    if (format == "png"sv) return readPng(device, refusal);
+    return readThroughQt(device, format, refusal);
 }
 
 } // namespace
 
-std::optional<RasterImage> readImageFile(const QString& path) {
+std::optional<RasterImage> readImageFile(const QString& path, ImageRefusal* refusal) {
     QFile file(path);
-    return read(file);
+    return read(file, refusal);
 }
 
-std::optional<RasterImage> readImage(const QByteArray& bytes) {
+std::optional<RasterImage> readImage(const QByteArray& bytes, ImageRefusal* refusal) {
     QBuffer buffer;
     buffer.setData(bytes);
-    return read(buffer);
+    return read(buffer, refusal);
 }
 
 } // namespace quillabrae::raster

@@ -79,8 +79,9 @@ std::optional<ClipboardImageMetadata> clipboardMetadata(const platform::MimeSour
     return ClipboardImageMetadata{x.toDouble(), y.toDouble()};
 }
 
-ClipboardImageService::ClipboardImageService(platform::Pasteboard& pasteboard, QString folder)
-    : m_pasteboard(pasteboard), m_folder(std::move(folder)) {}
+ClipboardImageService::ClipboardImageService(platform::Pasteboard& pasteboard, QString folder,
+                                             platform::WorkRunner& work)
+    : m_pasteboard(pasteboard), m_folder(std::move(folder)), m_work(work) {}
 
 bool ClipboardImageService::writePNGImage(const raster::RasterImage& image,
                                           const QString& suggestedName,
@@ -134,21 +135,30 @@ bool ClipboardImageService::isOwnCopy() const {
     return m_internalClipboard && m_internalClipboard->changeCount == m_pasteboard.changeCount();
 }
 
-std::optional<raster::RasterImage> ClipboardImageService::picture() const {
+void ClipboardImageService::readPicture(
+    const std::function<void(const raster::RasterImage&)>& use) const {
     for (const QString& type : pictureTypes(m_pasteboard)) {
-        if (auto image = persistence::loadImage(m_pasteboard.data(type))) return image;
+        const QByteArray file = m_pasteboard.data(type);
+        bool isRead = false;
+        m_work.run(QStringLiteral("Reading the clipboard"),
+                   [&](const platform::WorkControl& control) {
+                       const auto image = persistence::loadImage(file, control);
+                       control.stopIfCancelled();
+                       isRead = image.has_value();
+                       if (isRead) use(*image);
+                   });
+        if (isRead) return;
     }
-    return std::nullopt;
 }
 
 std::optional<model::PastedImage> ClipboardImageService::pastedImage() {
     if (isOwnCopy()) return m_internalClipboard->image;
     m_internalClipboard.reset();
-    const auto read = picture();
-    if (!read) return std::nullopt;
-    auto image = pastedImageOf(*read);
-    if (!image) return std::nullopt;
-    if (const auto metadata = clipboardMetadata(m_pasteboard)) {
+    // Before anything takes time, in which another program may copy.
+    const auto metadata = clipboardMetadata(m_pasteboard);
+    std::optional<model::PastedImage> image;
+    readPicture([&image](const raster::RasterImage& picture) { image = pastedImageOf(picture); });
+    if (image && metadata) {
         image->sourceX = metadata->sourceX;
         image->sourceY = metadata->sourceY;
     }
@@ -158,9 +168,15 @@ std::optional<model::PastedImage> ClipboardImageService::pastedImage() {
 std::optional<QSizeF> ClipboardImageService::pastedImageSize() const {
     if (isOwnCopy())
         return QSizeF(m_internalClipboard->image.width, m_internalClipboard->image.height);
-    const auto read = picture();
-    if (!read) return std::nullopt;
-    return QSizeF(read->width(), read->height());
+    std::optional<QSizeF> size;
+    try {
+        readPicture([&size](const raster::RasterImage& picture) {
+            size = QSizeF(picture.width(), picture.height());
+        });
+    } catch (const platform::WorkCancelled&) {
+        return std::nullopt;
+    }
+    return size;
 }
 
 QByteArray ClipboardImageService::svgData() const {

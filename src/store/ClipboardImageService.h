@@ -3,6 +3,7 @@
 
 #include "model/PastedImage.h"
 #include "platform/Pasteboard.h"
+#include "platform/WorkRunner.h"
 #include "raster/RasterImage.h"
 
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace quillabrae::store {
@@ -35,7 +37,9 @@ std::optional<ClipboardImageMetadata> clipboardMetadata(const platform::MimeSour
 class ClipboardImageService {
 public:
     /// Copied pictures are put into `folder` as files too, for programs that paste files alone.
-    ClipboardImageService(platform::Pasteboard& pasteboard, QString folder);
+    /// What others have copied is decoded as `work`.
+    ClipboardImageService(platform::Pasteboard& pasteboard, QString folder,
+                          platform::WorkRunner& work);
 
     /// Copies a picture under a name for its file. `sourceOrigin` is where its top left was on the
     /// canvas. False when there is no picture or the clipboard did not take it.
@@ -48,9 +52,10 @@ public:
     void removeOldFiles(const QDateTime& now) const;
 
     /// The picture on the clipboard, drawings apart: the program's own last copy while nobody has
-    /// copied since, else the first form that can be read.
+    /// copied since, else the first form that can be read. Throws platform::WorkCancelled when the
+    /// user does not wait for it.
     std::optional<model::PastedImage> pastedImage();
-    /// Its size in pixels.
+    /// Its size in pixels; nothing when the user does not wait for it.
     std::optional<QSizeF> pastedImageSize() const;
     /// The SVG document on the clipboard, which may be text; empty when there is none.
     QByteArray svgData() const;
@@ -64,10 +69,12 @@ private:
     };
 
     bool isOwnCopy() const;
-    std::optional<raster::RasterImage> picture() const;
+    /// Hands the picture on, on any thread; nothing when there is none.
+    void readPicture(const std::function<void(const raster::RasterImage&)>& use) const;
 
     platform::Pasteboard& m_pasteboard;
     QString m_folder;
+    platform::WorkRunner& m_work;
     std::optional<InternalClipboardImage> m_internalClipboard;
 };
 

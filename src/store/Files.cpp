@@ -7,6 +7,7 @@
 #include "platform/Clock.h"
 #include "store/AutosaveScope.h"
 #include "store/FileLocation.h"
+#include "store/Intake.h"
 #include "store/ProjectStore.h"
 
 #include <QFileInfo>
@@ -187,9 +188,10 @@ QUuid ProjectStore::placeOpenedProject(model::PaintProject project) {
 
 std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& imageFile) {
     const QUrl location = fileLocation(imageFile);
-    const auto image = imageInFile(location);
+    const auto [image, failure] = imageInFile(location);
     if (!image) {
-        setStatusMessage(QStringLiteral("Open failed: image could not be read"));
+        const bool isCancelled = failure == IntakeFailure::cancelled;
+        setStatusMessage(isCancelled ? QStringLiteral("Open cancelled") : unreadableImage);
         return std::nullopt;
     }
     const AutosaveScope autosave(*this);

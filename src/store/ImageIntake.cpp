@@ -6,6 +6,7 @@
 #include "raster/LayerRasterServiceLayers.h"
 #include "store/DroppedContents.h"
 #include "store/FileLocation.h"
+#include "store/Intake.h"
 #include "store/LayerRewriting.h"
 #include "store/MimePictures.h"
 #include "store/ProjectLayers.h"
@@ -15,17 +16,43 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace quillabrae::store {
 
 using model::PaintProject;
 using model::PastedImage;
+using raster::ImageRefusal;
 
 namespace {
 
 constexpr QLatin1StringView packageExtension("quillabrae");
 constexpr QLatin1StringView svgExtension("svg");
+
+const QString cancelledPaste = QStringLiteral("Paste cancelled");
+
+using ImageLoad =
+    std::function<std::optional<raster::RasterImage>(const platform::WorkControl&, ImageRefusal&)>;
+
+/// Loads a picture as work that the user is told of by `title`.
+Intake loaded(platform::WorkRunner& work, const QString& title, const ImageLoad& load) {
+    Intake intake;
+    try {
+        work.run(title, [&](const platform::WorkControl& control) {
+            ImageRefusal refusal = ImageRefusal::unreadable;
+            const auto image = load(control, refusal);
+            control.stopIfCancelled();
+            if (image)
+                intake.image = pastedImageOf(*image);
+            else if (refusal == ImageRefusal::beyondLimits)
+                intake.failure = IntakeFailure::beyondLimits;
+        });
+    } catch (const platform::WorkCancelled&) {
+        return {std::nullopt, IntakeFailure::cancelled};
+    }
+    return intake;
+}
 
 bool isPackage(const QUrl& file) {
     return lowercasedExtension(file) == packageExtension;
@@ -86,31 +113,23 @@ void floatImage(PaintProject& project, const PastedImage& image) {
 
 } // namespace
 
-std::optional<PastedImage> ProjectStore::imageInFile(const QUrl& file) const {
+Intake ProjectStore::imageInFile(const QUrl& file) const {
     const QString path = fileLocation(file).toLocalFile();
     if (lowercasedExtension(file) == svgExtension) return drawingInFile(path);
-    std::optional<PastedImage> picture;
-    try {
-        const QString title = QStringLiteral("Opening “%1”").arg(file.fileName());
-        m_environment.work.run(title, [&](const platform::WorkControl& control) {
-            const auto image = persistence::loadImageFile(path, control);
-            control.stopIfCancelled();
-            if (image) picture = pastedImageOf(*image);
-        });
-    } catch (const platform::WorkCancelled&) {
-        return std::nullopt;
-    }
-    return picture;
+    const QString title = QStringLiteral("Opening “%1”").arg(file.fileName());
+    return loaded(m_environment.work, title, [&path](const auto& control, ImageRefusal& refusal) {
+        return persistence::loadImageFile(path, control, &refusal);
+    });
 }
 
-std::optional<PastedImage> ProjectStore::drawingInFile(const QString& path) const {
+Intake ProjectStore::drawingInFile(const QString& path) const {
     // Nobody has drawn more, and the text has to be held twice.
     constexpr qint64 greatestFile = qint64{256} << 20U;
     QFile drawing(path);
-    if (!m_environment.svgImport || !QFileInfo(path).isFile() || drawing.size() > greatestFile ||
-        !drawing.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return m_environment.svgImport(drawing.readAll());
+    if (!m_environment.svgImport || !QFileInfo(path).isFile()) return {};
+    if (drawing.size() > greatestFile) return {std::nullopt, IntakeFailure::beyondLimits};
+    if (!drawing.open(QIODevice::ReadOnly)) return {};
+    return {m_environment.svgImport(drawing.readAll())};
 }
 
 std::optional<PastedImage> ProjectStore::imageOnClipboard() {
@@ -118,9 +137,18 @@ std::optional<PastedImage> ProjectStore::imageOnClipboard() {
     if (!svg.isEmpty() && m_environment.svgImport) {
         if (auto image = m_environment.svgImport(svg)) return image;
     }
-    if (auto image = m_clipboard.pastedImage()) return image;
+    try {
+        if (auto image = m_clipboard.pastedImage()) return image;
+    } catch (const platform::WorkCancelled&) {
+        setStatusMessage(cancelledPaste);
+        return std::nullopt;
+    }
     const QList<QUrl> files = m_clipboard.copiedFiles();
-    return files.isEmpty() ? std::nullopt : imageInFile(files.first());
+    if (files.isEmpty()) return std::nullopt;
+    Intake intake = imageInFile(files.first());
+    if (intake.failure == IntakeFailure::beyondLimits) setStatusMessage(unreadableImage);
+    if (intake.failure == IntakeFailure::cancelled) setStatusMessage(cancelledPaste);
+    return std::move(intake.image);
 }
 
 std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
@@ -140,7 +168,7 @@ std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
         case PasteImageChoice::cancel:
             break;
     }
-    setStatusMessage(QStringLiteral("Paste cancelled"));
+    setStatusMessage(cancelledPaste);
     return std::nullopt;
 }
 
@@ -169,15 +197,19 @@ std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const Past
     return pasted ? std::optional(*pasted) : std::nullopt;
 }
 
-std::optional<PastedImage> ProjectStore::droppedImage(const DroppedContents& contents) const {
-    if (!contents.svg.isEmpty())
-        return m_environment.svgImport ? m_environment.svgImport(contents.svg) : std::nullopt;
+Intake ProjectStore::droppedImage(const DroppedContents& contents) const {
+    if (!contents.svg.isEmpty()) {
+        if (!m_environment.svgImport) return {};
+        return {m_environment.svgImport(contents.svg)};
+    }
     if (!contents.picture.isEmpty()) {
-        const auto image = persistence::loadImage(contents.picture);
-        return image ? pastedImageOf(*image) : std::nullopt;
+        const auto load = [&contents](const auto& control, ImageRefusal&) {
+            return persistence::loadImage(contents.picture, control);
+        };
+        return loaded(m_environment.work, QStringLiteral("Reading the dropped image"), load);
     }
     const auto file = std::ranges::find_if_not(contents.files, isPackage);
-    return file == contents.files.end() ? std::nullopt : imageInFile(*file);
+    return file == contents.files.end() ? Intake() : imageInFile(*file);
 }
 
 std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& contents,
@@ -189,12 +221,17 @@ std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& cont
         hasPackages = true;
         if (auto opened = openProject(file)) shown = std::move(opened);
     }
-    const auto image = droppedImage(contents);
+    const auto [image, failure] = droppedImage(contents);
     if (image) {
         auto pasted = target == DropTarget::editor ? pasteImage(*image) : createProject(*image);
         return pasted ? pasted : shown;
     }
-    if (!hasPackages) setStatusMessage(QStringLiteral("Drop failed: no image found"));
+    if (failure == IntakeFailure::cancelled)
+        setStatusMessage(cancelledPaste);
+    else if (failure == IntakeFailure::beyondLimits)
+        setStatusMessage(unreadableImage);
+    else if (!hasPackages)
+        setStatusMessage(QStringLiteral("Drop failed: no image found"));
     return shown;
 }
 

@@ -2,6 +2,7 @@
 // What changes the list of layers. A layer's lock guards its pixels, not its place in the list.
 #include "raster/LayerRasterService.h"
 #include "store/FileLocation.h"
+#include "store/Intake.h"
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
 #include "store/SelectionState.h"
@@ -105,7 +106,8 @@ void ProjectStore::importLayerFromFile() {
     const auto url = m_environment.panels.chooseImageToImport();
     if (!url) return;
     const QUrl location = fileLocation(*url);
-    const auto image = imageInFile(location);
+    const auto [image, failure] = imageInFile(location);
+    if (failure == IntakeFailure::beyondLimits) return setStatusMessage(unreadableImage);
     // The active project may be another one after the question.
     model::PaintProject* project = projectToEdit();
     if (!image || !project) return;

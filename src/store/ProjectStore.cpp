@@ -14,7 +14,8 @@ namespace quillabrae::store {
 ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence)
     : m_environment(std::move(environment)),
       m_persistence(persistence),
-      m_clipboard(m_environment.pasteboard, m_environment.paths.clipboardFolder()),
+      m_clipboard(m_environment.pasteboard, m_environment.paths.clipboardFolder(),
+                  m_environment.work),
       m_previews(std::make_unique<AdjustmentPreviews>(m_environment.makeLatestWork)),
       m_statusMessage(QStringLiteral("Ready")),
       m_zoomToFitRequestID(QUuid::createUuid()) {

@@ -28,6 +28,7 @@ namespace quillabrae::store {
 
 struct CanvasRewrite;
 struct DroppedContents;
+struct Intake;
 
 /// Whether a store reads and writes what outlives the process.
 enum class Persistence { off, on };
@@ -325,9 +326,9 @@ private:
                          const model::PaintLayer* tried = nullptr);
     /// The project as it was before a dialog's tries; null where there are none.
     const model::PaintProject* previewOriginal(QUuid id) const;
-    std::optional<model::PastedImage> imageInFile(const QUrl& file) const;
-    std::optional<model::PastedImage> drawingInFile(const QString& path) const;
-    std::optional<model::PastedImage> droppedImage(const DroppedContents& contents) const;
+    Intake imageInFile(const QUrl& file) const;
+    Intake drawingInFile(const QString& path) const;
+    Intake droppedImage(const DroppedContents& contents) const;
     void removeOldClipboardFiles();
     void restoreSettings();
     bool chooseDestinationAndSave(QUuid projectID, const QString& statusWhenCancelled);

@@ -39,6 +39,18 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
         return file.readAll();
     }
+    void expectBeyondLimits(const QByteArray& bytes) const {
+        raster::ImageRefusal refusal{};
+        EXPECT_FALSE(loadImage(bytes, {}, &refusal));
+        EXPECT_EQ(refusal, raster::ImageRefusal::beyondLimits);
+        QFile file(path("large"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        refusal = raster::ImageRefusal::unreadable;
+        EXPECT_FALSE(loadImageFile(path("large"), {}, &refusal));
+        EXPECT_EQ(refusal, raster::ImageRefusal::beyondLimits);
+    }
     static void run(const char* program, const QStringList& arguments) {
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
@@ -89,8 +101,28 @@ TEST_F(ImageLoading, PicturesBeyondTheLimitsAreRefused) {
     // The size as the codestream states it, after its marker, length and profile.
     const qsizetype size = file.indexOf("\xff\x51") + 6;
     ASSERT_GT(size, 6);
-    file.replace(size, 4, QByteArray("\0\0\x9c\x40", 4));
-    EXPECT_FALSE(loadImage(file));
+    const QByteArray tooMuch("\0\0\x9c\x40", 4);
+    file.replace(size, 4, tooMuch);
+    // The box around it, which states its height first, has to agree.
+    file.replace(file.indexOf("ihdr") + 8, 4, tooMuch);
+    expectBeyondLimits(file);
+
+    QByteArray heic = saved(SaveFormat::heic);
+    // In the box of the picture's extents, after its type, version and flags.
+    for (qsizetype box = heic.indexOf("ispe"); box > 0; box = heic.indexOf("ispe", box + 4))
+        heic.replace(box + 8, 4, tooMuch);
+    expectBeyondLimits(heic);
+}
+
+TEST_F(ImageLoading, WhatIsBrokenIsNotCalledTooLarge) {
+    for (const SaveFormat format : {SaveFormat::heic, SaveFormat::jpeg2000, SaveFormat::bmp}) {
+        auto refusal = raster::ImageRefusal::beyondLimits;
+        EXPECT_FALSE(loadImage(saved(format).first(40), {}, &refusal));
+        EXPECT_EQ(refusal, raster::ImageRefusal::unreadable) << rawText(format).toStdString();
+    }
+    auto refusal = raster::ImageRefusal::beyondLimits;
+    EXPECT_FALSE(loadImageFile(path("absent.heic"), {}, &refusal));
+    EXPECT_EQ(refusal, raster::ImageRefusal::unreadable);
 }
 
 TEST_F(ImageLoading, TornFilesAreRefusedOrBoundedInSize) {

@@ -153,13 +153,33 @@ TEST(ImageReader, VectorPicturesAndOtherFilesAreNotRead) {
     EXPECT_FALSE(readImage("%PDF-1.4"));
 }
 
+/// A PNG of which there is nothing but the header.
+QByteArray pngOfSide(std::uint32_t side) {
+    return QByteArray("\x89PNG\r\n\x1a\n") +
+           chunk("IHDR", bigEndian32(side) + bigEndian32(side) + QByteArray("\x08\x06\0\0\0", 5));
+}
+
 TEST(ImageReader, PicturesBeyondTheLimitsAreRefused) {
-    // A header alone; nothing could be allocated for these anyway.
-    EXPECT_FALSE(readImage("P6 40000 10 255\n"));
-    EXPECT_FALSE(readImage("P6 20000 20000 255\n"));
     QByteArray bitmap = written(patches(), "bmp");
     bitmap.replace(18, 4, QByteArray("\x40\x9c\0\0", 4));
-    EXPECT_FALSE(readImage(bitmap));
+    // A header alone; nothing could be allocated for these anyway.
+    for (const QByteArray& file : {QByteArray("P6 20000 20000 255\n"), bitmap, pngOfSide(40'000)}) {
+        ImageRefusal refusal = ImageRefusal::unreadable;
+        EXPECT_FALSE(readImage(file, &refusal));
+        EXPECT_EQ(refusal, ImageRefusal::beyondLimits) << file.left(24).toHex().toStdString();
+    }
+}
+
+TEST(ImageReader, WhatCannotBeReadIsNotCalledTooLarge) {
+    for (const QByteArray& file : {QByteArray("plain text"), QByteArray(), pngOfSide(30),
+                                   pngOfSide(0), written(patches(), "jpeg").left(200)}) {
+        ImageRefusal refusal = ImageRefusal::beyondLimits;
+        EXPECT_FALSE(readImage(file, &refusal));
+        EXPECT_EQ(refusal, ImageRefusal::unreadable) << file.left(24).toHex().toStdString();
+    }
+    ImageRefusal refusal = ImageRefusal::beyondLimits;
+    EXPECT_FALSE(readImageFile(QStringLiteral("/absent.png"), &refusal));
+    EXPECT_EQ(refusal, ImageRefusal::unreadable);
 }
 
 TEST(ImageReader, TornPicturesAreRefusedOrBoundedInSize) {

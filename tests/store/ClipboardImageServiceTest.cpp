@@ -4,6 +4,7 @@
 #include "raster/ImageReader.h"
 #include "raster/LayerRasterService.h"
 #include "store/ClipboardImageService.h"
+#include "store/FakeWork.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -54,7 +55,8 @@ protected:
     QTemporaryDir folder;
     QString clipboardFolder = folder.filePath(QStringLiteral("data/Clipboard"));
     platform::MemoryPasteboard pasteboard;
-    ClipboardImageService service{pasteboard, clipboardFolder};
+    FakeWork work;
+    ClipboardImageService service{pasteboard, clipboardFolder, work};
 };
 
 TEST_F(ClipboardImages, ACopyOffersItsFormsInOrder) {
@@ -110,7 +112,7 @@ TEST_F(ClipboardImages, AnotherProgramsCopyReplacesTheOwnOne) {
 
 TEST_F(ClipboardImages, ACopyOfAnotherInstanceKeepsItsOrigin) {
     ASSERT_TRUE(service.writePNGImage(picture(5, 4), QStringLiteral("cat"), QPointF(7, 9)));
-    ClipboardImageService other(pasteboard, clipboardFolder);
+    ClipboardImageService other(pasteboard, clipboardFolder, work);
     const auto pasted = other.pastedImage();
     ASSERT_TRUE(pasted);
     EXPECT_EQ(raster::decodedImage(pasted->pngData), picture(5, 4));

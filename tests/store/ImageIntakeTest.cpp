@@ -243,6 +243,61 @@ TEST_F(ImageIntake, AFileCopiedInAFileManagerIsItsPicture) {
     EXPECT_FALSE(store->imageOnClipboard());
 }
 
+TEST_F(ImageIntake, OfPicturesBeyondTheLimitsOnlyFilesAreToldOf) {
+    const auto before = project();
+    const QUrl wall = writeTooLargePicture(QStringLiteral("wall.png"));
+    const QByteArray bytes("P6 20000 20000 255\n");
+    const QString openFailed = QStringLiteral("Open failed: image could not be read");
+
+    store->setStatusMessage(QString());
+    pasteboard.put({{QStringLiteral("image/x-portable-pixmap"), bytes}});
+    EXPECT_FALSE(store->imageOnClipboard());
+    EXPECT_EQ(store->statusMessage(), QString());
+    pasteboard.put({{MimeTypes::uriList, platform::uriListOf(wall)}});
+    EXPECT_FALSE(store->imageOnClipboard());
+    EXPECT_EQ(store->statusMessage(), openFailed);
+
+    EXPECT_FALSE(store->acceptDrop(drop({{MimeTypes::png, bytes}}), DropTarget::editor));
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Drop failed: no image found"));
+    for (const DropTarget target : {DropTarget::editor, DropTarget::welcome}) {
+        store->setStatusMessage(QString());
+        EXPECT_FALSE(store->acceptDrop(dropFiles({wall}), target));
+        EXPECT_EQ(store->statusMessage(), openFailed);
+    }
+    store->setStatusMessage(QString());
+    EXPECT_FALSE(store->openFile(wall));
+    EXPECT_EQ(store->statusMessage(), openFailed);
+    EXPECT_EQ(project(), before);
+}
+
+TEST_F(ImageIntake, AnImageThatTheUserDoesNotWaitForIsNotTaken) {
+    const auto before = store->openProjects();
+    const QString cancelled = QStringLiteral("Paste cancelled");
+    const QUrl picture = writePicture(QStringLiteral("red.png"));
+    work.isCancelled = true;
+    pasteboard.put({{MimeTypes::png, pngFile()}});
+    EXPECT_FALSE(store->imageOnClipboard());
+    EXPECT_EQ(store->statusMessage(), cancelled);
+    EXPECT_FALSE(store->clipboard().pastedImageSize());
+    for (const DroppedContents& contents :
+         {drop({{MimeTypes::png, pngFile()}}), dropFiles({picture})}) {
+        store->setStatusMessage(QString());
+        EXPECT_FALSE(store->acceptDrop(contents, DropTarget::editor));
+        EXPECT_EQ(store->statusMessage(), cancelled);
+    }
+    EXPECT_FALSE(store->openFile(picture));
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Open cancelled"));
+    EXPECT_EQ(store->openProjects(), before);
+}
+
+TEST_F(ImageIntake, PicturesFromOutsideAreDecodedAsWork) {
+    pasteboard.put({{MimeTypes::png, pngFile()}});
+    EXPECT_TRUE(store->imageOnClipboard());
+    EXPECT_TRUE(store->acceptDrop(drop({{MimeTypes::png, pngFile()}}), DropTarget::editor));
+    EXPECT_EQ(work.titles, QStringList({QStringLiteral("Reading the clipboard"),
+                                        QStringLiteral("Reading the dropped image")}));
+}
+
 TEST_F(ImageIntake, CopiedPixelsFloatExactlyOverTheirSource) {
     ASSERT_TRUE(store->clipboard().writePNGImage(
         raster::decodedImage(*project().layers.front().bitmapPNGData), QStringLiteral("cat"),

@@ -214,6 +214,12 @@ TEST_F(LayerCommands, AnImportThatIsCancelledOrUnreadableIsSilent) {
     EXPECT_EQ(panels.shown.size(), 2);
 }
 
+TEST_F(LayerCommands, AnImportOfAPictureBeyondTheLimitsSaysSo) {
+    panels.imagesToImport.push_back(writeTooLargePicture(QStringLiteral("wall.png")));
+    expectNothing([&] { store->importLayerFromFile(); });
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Open failed: image could not be read"));
+}
+
 TEST_F(LayerCommands, PropertiesAreLimitedToWhatALayerMayHave) {
     store->applySelectedLayerProperties({QString(), 1.7, false, true});
     const model::PaintLayer layer = *store->selectedLayerForProperties();

@@ -10,6 +10,7 @@
 
 #include <QColor>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -132,6 +133,14 @@ protected:
         QImage image(5, 4, QImage::Format_ARGB32);
         image.fill(color);
         image.save(folder.filePath(name));
+        return file(name);
+    }
+
+    /// Writes a file that states a picture larger than may be, and returns where it is.
+    QUrl writeTooLargePicture(const QString& name) const {
+        QFile writing(folder.filePath(name));
+        EXPECT_TRUE(writing.open(QIODevice::WriteOnly));
+        writing.write("P6 20000 20000 255\n");
         return file(name);
     }
 
