@@ -5,6 +5,7 @@
 #include "shell/editor/ColorStack.h"
 #include "shell/editor/EditorWindow.h"
 #include "shell/editor/ProjectTab.h"
+#include "shell/editor/ToolOptions.h"
 #include "shell/editor/ToolsPalette.h"
 
 #include <QDropEvent>
@@ -34,6 +35,12 @@ protected:
     }
     QString text(const char* name) const {
         return window->findChild<QLabel*>(QLatin1StringView(name))->text();
+    }
+    /// The checkable ones, without the panel's own.
+    QList<QAbstractButton*> toolButtons() const {
+        auto buttons = window->findChild<ToolsPalette*>()->findChildren<QAbstractButton*>();
+        buttons.removeIf([](const QAbstractButton* button) { return !button->isCheckable(); });
+        return buttons;
     }
     QAbstractButton* tool(const char* rawText) const {
         return window->findChild<ToolsPalette*>()->findChild<QAbstractButton*>(
@@ -81,7 +88,7 @@ TEST_F(EditorWindowTest, AsksBeforeATabWithUnsavedWorkCloses) {
 }
 
 TEST_F(EditorWindowTest, HasAButtonForEachToolOfThePaletteAndNoOther) {
-    const auto buttons = window->findChild<ToolsPalette*>()->findChildren<QAbstractButton*>();
+    const auto buttons = toolButtons();
     ASSERT_EQ(buttons.size(), 19);
     for (std::size_t index = 0; index < paletteTools.size(); ++index) {
         const QAbstractButton* button = buttons.at(static_cast<qsizetype>(index));
@@ -101,7 +108,7 @@ TEST_F(EditorWindowTest, SelectsToolsBothWays) {
 }
 
 TEST_F(EditorWindowTest, ShowsTheOptionsThatTheToolHeeds) {
-    const auto sliders = window->findChildren<LabeledSlider*>();
+    const auto sliders = window->findChild<ToolOptions*>()->findChildren<LabeledSlider*>();
     ASSERT_EQ(sliders.size(), 2);
     tool("brush")->click();
     EXPECT_TRUE(sliders.first()->isVisible());
@@ -115,7 +122,10 @@ TEST_F(EditorWindowTest, ShowsTheOptionsThatTheToolHeeds) {
 }
 
 TEST_F(EditorWindowTest, WritesSlidersToTheSettingsAndBack) {
-    QSlider* size = window->findChildren<LabeledSlider*>().first()->findChild<QSlider*>();
+    QSlider* size = window->findChild<ToolOptions*>()
+                        ->findChildren<LabeledSlider*>()
+                        .first()
+                        ->findChild<QSlider*>();
     EXPECT_EQ(size->minimum(), 1);
     EXPECT_EQ(size->maximum(), 512);
     size->setValue(40);

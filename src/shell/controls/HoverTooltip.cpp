@@ -4,6 +4,7 @@
 #include "shell/controls/TooltipBubble.h"
 
 #include <QEvent>
+#include <QMouseEvent>
 #include <QTimerEvent>
 
 #include <chrono>
@@ -35,13 +36,38 @@ void HoverTooltip::setText(HoverTooltipText text) {
     m_control->setAccessibleDescription(m_text.description);
 }
 
+void HoverTooltip::setParts(std::function<std::optional<HoverTooltipPart>(QPoint)> partAt) {
+    m_partAt = std::move(partAt);
+    m_control->setMouseTracking(true);
+}
+
+void HoverTooltip::await() {
+    hide();
+    m_timer.start(static_cast<int>(std::chrono::milliseconds(restingTime).count()), this);
+}
+
+void HoverTooltip::followPointer(QPoint at) {
+    const auto part = m_partAt(at);
+    if (part.has_value() == m_part.has_value() && (!part || part->area == m_part->area)) return;
+    m_part = part;
+    if (m_part)
+        await();
+    else
+        hide();
+}
+
 bool HoverTooltip::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::Enter:
-            hide();
-            m_timer.start(static_cast<int>(std::chrono::milliseconds(restingTime).count()), this);
+            if (!m_partAt) await();
+            break;
+        case QEvent::MouseMove:
+            if (m_partAt) followPointer(static_cast<QMouseEvent*>(event)->position().toPoint());
             break;
         case QEvent::Leave:
+            m_part.reset();
+            hide();
+            break;
         case QEvent::Hide:
         case QEvent::MouseButtonPress:
         case QEvent::KeyPress:
@@ -64,9 +90,10 @@ void HoverTooltip::timerEvent(QTimerEvent* event) {
 void HoverTooltip::show() {
     if (!m_control->isVisible()) return;
     QWidget* window = m_control->window();
-    auto* bubble = new TooltipBubble(m_text, window);
+    auto* bubble = new TooltipBubble(m_part ? m_part->text : m_text, window);
     m_bubble = bubble;
-    const QRect anchor(m_control->mapTo(window, QPoint()), m_control->size());
+    const QRect area = m_part ? m_part->area : m_control->rect();
+    const QRect anchor(m_control->mapTo(window, area.topLeft()), area.size());
     bubble->place(anchor, m_placement);
     bubble->fadeIn();
 }

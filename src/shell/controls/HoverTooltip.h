@@ -3,9 +3,14 @@
 
 #include <QBasicTimer>
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
+#include <QRect>
 #include <QString>
 #include <QWidget>
+
+#include <functional>
+#include <optional>
 
 namespace quillabrae::shell {
 
@@ -16,6 +21,12 @@ enum class HoverTooltipPlacement { below, above, aboveLeading, aboveTrailing, tr
 struct HoverTooltipText {
     QString title;
     QString description;
+};
+
+/// What a part of a control tells; `area` is in the control's coordinates.
+struct HoverTooltipPart {
+    QRect area;
+    HoverTooltipText text;
 };
 
 /// The bubble that tells a control's title and what it does after the pointer has rested on it for
@@ -30,6 +41,9 @@ public:
     ~HoverTooltip() override;
 
     void setText(HoverTooltipText text);
+    /// Lets the parts of a control speak for themselves, as the rows of a list do, in place of the
+    /// control: what is at a point, if anything. The control tracks the pointer.
+    void setParts(std::function<std::optional<HoverTooltipPart>(QPoint)> partAt);
     bool isShowing() const { return !m_bubble.isNull(); }
 
 protected:
@@ -37,11 +51,15 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    void await();
+    void followPointer(QPoint at);
     void show();
     void hide();
 
     QWidget* m_control;
     HoverTooltipText m_text;
+    std::function<std::optional<HoverTooltipPart>(QPoint)> m_partAt;
+    std::optional<HoverTooltipPart> m_part;
     HoverTooltipPlacement m_placement;
     QBasicTimer m_timer;
     QPointer<QWidget> m_bubble;

@@ -9,10 +9,14 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+#include <chrono>
+
 namespace quillabrae::shell {
 namespace {
 
 constexpr int trackWidth = 136;
+constexpr int shortestTrack = 60;
+constexpr std::chrono::milliseconds settlingTime{500};
 
 } // namespace
 
@@ -28,6 +32,8 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     title->setBuddy(m_slider);
     m_slider->setRange(range.minimum, range.maximum);
     m_slider->setSingleStep(1);
+    // The canvas keeps the keyboard when the slider is dragged.
+    m_slider->setFocusPolicy(Qt::TabFocus);
     m_slider->setFixedWidth(trackWidth);
     m_slider->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_valueText->setFixedWidth(
@@ -40,7 +46,19 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     connect(m_slider, &QSlider::valueChanged, this, [this](int value) {
         setValueText(value);
         Q_EMIT valueChosen(value);
+        if (!m_slider->isSliderDown()) m_quiet.start();
     });
+    m_quiet.setSingleShot(true);
+    m_quiet.setInterval(settlingTime);
+    connect(&m_quiet, &QTimer::timeout, this, &LabeledSlider::valueSettled);
+    connect(m_slider, &QSlider::sliderReleased, this, &LabeledSlider::valueSettled);
+}
+
+void LabeledSlider::stretchTrack() {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_slider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_slider->setMinimumWidth(shortestTrack);
+    m_slider->setMaximumWidth(QWIDGETSIZE_MAX);
 }
 
 void LabeledSlider::showValue(double value) {

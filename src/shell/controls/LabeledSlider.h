@@ -3,6 +3,7 @@
 
 #include "shell/controls/HoverTooltip.h"
 
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
@@ -24,16 +25,21 @@ public:
 
     /// Shows `value` rounded and inside the range, without a signal.
     void showValue(double value);
+    /// Makes the track as wide as there is room.
+    void stretchTrack();
 
 Q_SIGNALS:
     /// The user has chosen another value.
     void valueChosen(int value);
+    /// The user has let go of the slider, or has not changed the value for half a second.
+    void valueSettled();
 
 private:
     void setValueText(int value);
 
     QSlider* m_slider;
     QLabel* m_valueText;
+    QTimer m_quiet;
 };
 
 } // namespace quillabrae::shell

@@ -18,21 +18,35 @@ QImage shrunk(const QImage& image, QSize size) {
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+QSize fitted(QSizeF canvas, QSize room) {
+    return canvas.scaled(room, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
+}
+
+QImage layerPicture(const model::PaintLayer& layer, QSizeF canvas, QSize size) {
+    if (!layer.bitmapPNGData.has_value()) return {};
+    const raster::RasterImage pixels =
+        raster::LayerRasterService::renderLayer(layer, canvas.width(), canvas.height());
+    return pixels.isNull() ? QImage() : shrunk(pixels.toQImage(), size);
+}
+
 } // namespace
+
+QImage layerThumbnail(const model::PaintLayer& layer, QSizeF canvas, QSize room) {
+    return layerPicture(layer, canvas, fitted(canvas, room));
+}
 
 QImage projectThumbnail(const model::PaintProject& project, QSize room) {
     const QSizeF canvas(project.canvasWidth, project.canvasHeight);
-    const QSize size = canvas.scaled(room, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
+    const QSize size = fitted(canvas, room);
     QImage thumbnail(size, QImage::Format_RGBA8888_Premultiplied);
     thumbnail.fill(Qt::transparent);
     QPainter painter(&thumbnail);
     for (const model::PaintLayer& layer : project.layers) {
-        if (!layer.isVisible || !layer.bitmapPNGData.has_value()) continue;
-        const raster::RasterImage pixels = raster::LayerRasterService::renderLayer(
-            layer, project.canvasWidth, project.canvasHeight);
-        if (pixels.isNull()) continue;
+        if (!layer.isVisible) continue;
+        const QImage picture = layerPicture(layer, canvas, size);
+        if (picture.isNull()) continue;
         painter.setOpacity(layer.opacity);
-        painter.drawImage(0, 0, shrunk(pixels.toQImage(), size));
+        painter.drawImage(0, 0, picture);
     }
     return thumbnail;
 }

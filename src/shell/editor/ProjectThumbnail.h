@@ -13,4 +13,8 @@ namespace quillabrae::shell {
 /// not filtered whole: its cost does not grow with the canvas once the layers are decoded.
 QImage projectThumbnail(const model::PaintProject& project, QSize room);
 
+/// One layer at full strength, fitted likewise; null for a layer without pixels. Safe on any
+/// thread.
+QImage layerThumbnail(const model::PaintLayer& layer, QSizeF canvas, QSize room);
+
 } // namespace quillabrae::shell

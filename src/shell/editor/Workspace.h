@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/panels/PanelButtons.h"
+#include "shell/panels/PanelPlacement.h"
+
 #include <QWidget>
 
-namespace quillabrae::store {
-class ProjectStore;
-}
+#include <vector>
 
 namespace quillabrae::shell {
 
-/// The canvas with the panels that float over it.
+class FloatingPanel;
+
+/// The canvas with the panels that float over it, each in a corner of its own until it is moved.
+/// Panels stay inside, whatever the size of the window.
 class Workspace final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Workspace(store::ProjectStore& store, QWidget* parent = nullptr);
+    explicit Workspace(PanelContext context, QWidget* parent = nullptr);
 
     /// Gives the keyboard to the canvas.
     void focusCanvas();
@@ -23,9 +27,21 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    struct Floating {
+        FloatingPanel* panel;
+        PanelPlace place;
+    };
+
+    void addPanel(FloatingPanel* panel, PanelCorner corner);
+    QSize room() const;
+    void shareHeight();
+    void placePanels();
+    void movePanel(FloatingPanel* panel, QPoint topLeft);
+
     QWidget* m_canvas;
-    QWidget* m_tools;
-    QWidget* m_colors;
+    std::vector<Floating> m_panels;
+    FloatingPanel* m_history;
+    FloatingPanel* m_layers;
 };
 
 } // namespace quillabrae::shell

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+class QPainter;
+class QPalette;
+class QRect;
+
+namespace quillabrae::shell {
+
+/// The checker under small pictures: cells of 6 points from the area's top left, every other one a
+/// faint wash of the text's colour.
+void paintLabelChecker(QPainter& painter, const QRect& area, const QPalette& palette);
+
+} // namespace quillabrae::shell
