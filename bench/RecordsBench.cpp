@@ -150,7 +150,7 @@ persistence::PaintAutosaveSession sessionOf(qint64 payload) {
 void writesTheSession(benchmark::State& state) {
     const QTemporaryDir folder;
     const auto session = sessionOf(state.range(0) * megabyte);
-    const QString file = persistence::AppPersistenceService::recoveryFile(folder.path());
+    const QString file = folder.filePath(QStringLiteral("Recovery.quillabraesession"));
     for (auto _ : state) persistence::AppPersistenceService::saveAutosavedSession(session, file);
     const qint64 size = QFile(file).size();
     state.SetBytesProcessed(state.iterations() * size);
@@ -163,7 +163,7 @@ void writesAsManyBytes(benchmark::State& state) {
     const QTemporaryDir folder;
     const qint64 size = model::encodedByteCount(sessionOf(state.range(0) * megabyte).projects[0]);
     const auto session = sessionOf(state.range(0) * megabyte);
-    const QString file = persistence::AppPersistenceService::recoveryFile(folder.path());
+    const QString file = folder.filePath(QStringLiteral("Recovery.quillabraesession"));
     persistence::AppPersistenceService::saveAutosavedSession(session, file);
     QFile former(file);
     if (!former.open(QIODevice::ReadOnly)) return state.SkipWithError("no file");
@@ -185,7 +185,7 @@ void writesAsManyBytes(benchmark::State& state) {
 
 void readsTheSession(benchmark::State& state) {
     const QTemporaryDir folder;
-    const QString file = persistence::AppPersistenceService::recoveryFile(folder.path());
+    const QString file = folder.filePath(QStringLiteral("Recovery.quillabraesession"));
     persistence::AppPersistenceService::saveAutosavedSession(sessionOf(state.range(0) * megabyte),
                                                              file);
     for (auto _ : state)

@@ -5,6 +5,7 @@
 #include "persistence/FileError.h"
 #include "persistence/RecoverySessionCoding.h"
 #include "persistence/RewrittenFile.h"
+#include "platform/FileOperations.h"
 #include "platform/Preferences.h"
 
 #include <QDateTime>
@@ -65,6 +66,33 @@ std::optional<PaintAutosaveSession> readSession(const QString& path) {
     }
 }
 
+// A name that is free for what cannot be read.
+QString asideName(const QString& file) {
+    platform::FileOperations& files = platform::systemFileOperations();
+    const QString start = QFileInfo(file).absolutePath() + QStringLiteral("/Unreadable");
+    const QString extension = QStringLiteral(".quillabraesession");
+    QString name = start + extension;
+    for (int number = 2; files.exists(name); ++number)
+        name = start + QStringLiteral(" %1").arg(number) + extension;
+    return name;
+}
+
+enum class Successor { none, replacedContent };
+
+void setAside(const QString& file, Successor successor) {
+    try {
+        const QString aside = asideName(file);
+        if (successor == Successor::replacedContent)
+            bringBackReplacedContent(file, aside);
+        else
+            platform::systemFileOperations().rename(file, aside);
+    } catch (const FileError&) {
+        // A folder in which nothing can be renamed is one in which nothing is overwritten.
+    } catch (const platform::FileOperationError&) {
+        // The same.
+    }
+}
+
 } // namespace
 
 model::PaintAppSettings AppPersistenceService::loadSettings(
@@ -89,19 +117,22 @@ void AppPersistenceService::saveRecents(platform::Preferences& preferences, cons
     storeValue(preferences, key, recents);
 }
 
-QString AppPersistenceService::recoveryFile(const QString& autosaveFolder) {
-    return autosaveFolder + QStringLiteral("/Recovery.quillabraesession");
-}
-
 QString AppPersistenceService::closedWorkFile(const QString& autosaveFolder) {
     return autosaveFolder + QStringLiteral("/Closed.quillabraesession");
 }
 
 std::optional<PaintAutosaveSession> AppPersistenceService::loadAutosavedSession(
     const QString& file) {
+    return readSession(file);
+}
+
+std::optional<PaintAutosaveSession> AppPersistenceService::recoverAutosavedSession(
+    const QString& file) {
     if (!QFileInfo(file).isFile()) return std::nullopt;
     if (auto session = readSession(file)) return session;
-    return readSession(replacedContentOf(file));
+    auto replaced = readSession(replacedContentOf(file));
+    setAside(file, replaced ? Successor::replacedContent : Successor::none);
+    return replaced;
 }
 
 void AppPersistenceService::saveAutosavedSession(const PaintAutosaveSession& session,

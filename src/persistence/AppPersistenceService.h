@@ -27,13 +27,17 @@ std::vector<model::RecentProject> loadRecents(const platform::Preferences& prefe
 void saveRecents(platform::Preferences& preferences, const QString& key,
                  const std::vector<model::RecentProject>& recents);
 
-/// "Recovery.quillabraesession" and "Closed.quillabraesession" in the autosave folder.
-QString recoveryFile(const QString& autosaveFolder);
+/// "Closed.quillabraesession" in the autosave folder.
 QString closedWorkFile(const QString& autosaveFolder);
 
-/// The session in a file; nothing when there is none or it cannot be read. A file that is there but
-/// torn gives way to the session that it replaced, where that is still beside it.
+/// The session in a file; nothing when there is none or it cannot be read.
 std::optional<PaintAutosaveSession> loadAutosavedSession(const QString& file);
+
+/// The session in a file that is to be written again. One that is there but cannot be read is set
+/// aside in its folder as "Unreadable.quillabraesession", or the first of "Unreadable 2..." and so
+/// on that is free, so that no later write destroys it; it then gives way to the session that it
+/// replaced, where that is still beside it.
+std::optional<PaintAutosaveSession> recoverAutosavedSession(const QString& file);
 
 /// Writes the session as a stream, whole or not at all, as a rewritten file (RewrittenFile.h);
 /// complete on return. Throws FileError.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace quillabrae::persistence {
 namespace {
@@ -15,7 +16,8 @@ constexpr std::size_t blockSize = std::size_t{256} * 1024;
 
 } // namespace
 
-BlockSink::BlockSink(QFileDevice& file) : m_file(file), m_block(blockSize) {}
+BlockSink::BlockSink(QFileDevice& file, QString target)
+    : m_file(file), m_target(std::move(target)), m_block(blockSize) {}
 
 void BlockSink::write(std::span<const char> bytes) {
     while (!bytes.empty()) {
@@ -53,12 +55,17 @@ void BlockSink::finish() {
 
 void BlockSink::flush() {
     const auto size = static_cast<qint64>(m_used);
-    if (m_file.write(m_block.data(), size) != size) fail();
+    // A write that the system cuts short has no reason; the one after it has.
+    for (qint64 done = 0; done < size;) {
+        const qint64 written = m_file.write(m_block.data() + done, size - done);
+        if (written <= 0) fail();
+        done += written;
+    }
     m_used = 0;
 }
 
 void BlockSink::fail() const {
-    throw FileError::notWritten(m_file.fileName(), m_file.errorString());
+    throw FileError::notWritten(m_target, m_file.errorString());
 }
 
 } // namespace quillabrae::persistence

@@ -14,8 +14,9 @@ namespace quillabrae::persistence {
 /// FileError; `finish` has to be called at the end.
 class BlockSink final : public model::ByteSink {
 public:
-    /// `file` is open, at its start, and outlives the sink.
-    explicit BlockSink(QFileDevice& file);
+    /// `file` is open, at its start, and outlives the sink. Errors name `target`, which it is going
+    /// to be.
+    BlockSink(QFileDevice& file, QString target);
 
     void write(std::span<const char> bytes) override;
     void writeBase64(std::span<const std::uint8_t> bytes) override;
@@ -28,6 +29,7 @@ private:
     [[noreturn]] void fail() const;
 
     QFileDevice& m_file;
+    QString m_target;
     std::vector<char> m_block;
     std::size_t m_used = 0;
 };

@@ -62,13 +62,14 @@ void takeSpare(FileOperations& files, const Names& names, const QString& writing
     }
 }
 
-void writeContent(const QString& path, const std::function<void(model::ByteSink&)>& write) {
+void writeContent(const Names& names, const QString& path,
+                  const std::function<void(model::ByteSink&)>& write) {
     QFile file(path);
     // Reading is asked for only because the file would be emptied otherwise.
     if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
-        throw FileError::notWritten(path, file.errorString());
+        throw FileError::notWritten(names.target(), file.errorString());
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    BlockSink sink(file);
+    BlockSink sink(file, names.target());
     write(sink);
     sink.finish();
     platform::startWriteBack(file);
@@ -92,7 +93,7 @@ void rewriteFile(const QString& target, const std::function<void(model::ByteSink
         files.makePath(names.folder());
         removeKilledWrites(files, names);
         takeSpare(files, names, writing);
-        writeContent(writing, write);
+        writeContent(names, writing, write);
         takePlace(files, names, writing);
     } catch (const platform::FileOperationError& error) {
         QFile::remove(writing);
@@ -105,6 +106,21 @@ void rewriteFile(const QString& target, const std::function<void(model::ByteSink
 
 QString replacedContentOf(const QString& target) {
     return Names(target).spare();
+}
+
+void bringBackReplacedContent(const QString& target, const QString& aside) {
+    FileOperations& files = platform::systemFileOperations();
+    const Names names(target);
+    try {
+        if (files.exchange(names.spare(), names.target())) {
+            files.rename(names.spare(), aside);
+        } else {
+            files.rename(names.target(), aside);
+            files.rename(names.spare(), names.target());
+        }
+    } catch (const platform::FileOperationError& error) {
+        throw FileError::notWritten(target, error.description());
+    }
 }
 
 void removeRewrittenFile(const QString& target) {

@@ -28,6 +28,10 @@ void rewriteFile(const QString& target, const std::function<void(model::ByteSink
 /// Where the content that the present one replaced stands, if it does.
 QString replacedContentOf(const QString& target);
 
+/// Puts the present content at `aside`, where there is nothing, and the one that it replaced in its
+/// place; both at once where the file system can exchange names. Throws FileError.
+void bringBackReplacedContent(const QString& target, const QString& aside);
+
 /// Removes the file and what stands beside it; a failure is ignored.
 void removeRewrittenFile(const QString& target);
 

@@ -11,8 +11,6 @@
 #include <QThread>
 #include <QTimer>
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -88,28 +86,6 @@ bool handOver(const QString& server, const QList<QUrl>& files, const QDeadlineTi
 
 } // namespace
 
-/// Held by the running program; the system lets go of it however the program ends.
-class ProgramInstance::Lock {
-public:
-    explicit Lock(const QString& path)
-        : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
-                        S_IRUSR | S_IWUSR)) {
-        m_isHeld = m_file >= 0 && ::flock(m_file, LOCK_EX | LOCK_NB) == 0;
-    }
-    ~Lock() {
-        if (m_file >= 0) ::close(m_file);
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-
-    bool canExist() const { return m_file >= 0; }
-    bool isHeld() const { return m_isHeld; }
-
-private:
-    int m_file;
-    bool m_isHeld = false;
-};
-
 QList<QUrl> filesFromArguments(const QStringList& arguments, const QString& workingFolder) {
     QList<QUrl> files;
     for (const QString& argument : arguments) {
@@ -154,9 +130,9 @@ ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& files,
     if (m_place.folder.isEmpty()) return Role::first;
     const QDeadlineTimer deadline(patience);
     do {
-        m_lock = std::make_unique<Lock>(pathOf(u".lock"));
-        if (!m_lock->canExist()) return Role::first;
-        if (m_lock->isHeld()) {
+        m_lock = FileLock(pathOf(u".lock"));
+        if (m_lock.state() == FileLock::State::unavailable) return Role::first;
+        if (m_lock.isHeld()) {
             listen();
             return Role::first;
         }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/FileLock.h"
+
 #include <QList>
 #include <QLocalServer>
 #include <QObject>
@@ -9,7 +11,6 @@
 #include <QUrl>
 
 #include <chrono>
-#include <memory>
 
 namespace quillabrae::platform {
 
@@ -59,14 +60,12 @@ Q_SIGNALS:
     void reopened();
 
 private:
-    class Lock;
-
     QString pathOf(QStringView suffix) const;
     void listen();
     void greet();
 
     MeetingPlace m_place;
-    std::unique_ptr<Lock> m_lock;
+    FileLock m_lock;
     QLocalServer m_server;
 };
 

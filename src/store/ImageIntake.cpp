@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Images on their way into projects: from the clipboard, from drops and from files.
-#include "persistence/AppPersistenceService.h"
 #include "persistence/ImageLoader.h"
 #include "platform/Clock.h"
 #include "raster/LayerRasterServiceLayers.h"
@@ -236,8 +235,7 @@ std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& cont
 }
 
 void ProjectStore::removeOldClipboardFiles() {
-    const bool endedCleanly = !QFile::exists(
-        persistence::AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    const bool endedCleanly = !QFile::exists(m_recoveryFolder.file());
     if (endedCleanly) m_clipboard.removeOldFiles(m_environment.clock.now());
 }
 

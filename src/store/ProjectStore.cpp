@@ -18,7 +18,8 @@ ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence
                   m_environment.work),
       m_previews(std::make_unique<AdjustmentPreviews>(m_environment.makeLatestWork)),
       m_statusMessage(QStringLiteral("Ready")),
-      m_zoomToFitRequestID(QUuid::createUuid()) {
+      m_zoomToFitRequestID(QUuid::createUuid()),
+      m_recoveryFolder(m_environment.paths.autosaveFolder(), m_environment.takeLock) {
     if (!isPersistent()) return;
     removeOldClipboardFiles();
     const auto stored =

@@ -6,6 +6,7 @@
 #include "model/PaintHistory.h"
 #include "model/PaintProject.h"
 #include "model/RecentProject.h"
+#include "persistence/RecoveryFolder.h"
 #include "persistence/RecoverySession.h"
 #include "store/ClipboardImageService.h"
 #include "store/DialogResults.h"
@@ -263,7 +264,9 @@ public:
 
     // Recovery
 
-    /// Writes the recovery file, complete on disk on return; a failure leaves the former one.
+    /// Writes the recovery file, complete on disk on return; a failure leaves the former one. The
+    /// status line tells of the first failure and of the first success after it, once the command
+    /// has returned to the event loop.
     void persistAutosavedSession();
     /// Opens the work that a crash left, where the user wants that.
     void restoreAutosavedSession();
@@ -339,6 +342,11 @@ private:
     /// Puts an opened project into its tab and returns the id it has there.
     QUuid placeOpenedProject(model::PaintProject project);
     void writeAutosavedSession();
+    /// Takes down how the last write of the recovery file went; no text means well.
+    void noteRecoveryFault(const QString& fault);
+    /// Says that recovery is not being kept, or is again, where the status line's last word on it
+    /// was another.
+    void reportRecoveryFault();
     persistence::PaintAutosaveSession currentSession() const;
     void adoptSession(const persistence::PaintAutosaveSession& session);
     void updateUntitledCountersFromRecoveredProjects();
@@ -362,6 +370,9 @@ private:
     int m_untitledCount = 0;
     int m_pastedProjectCount = 0;
     bool m_isRestoringHistory = false;
+    persistence::RecoveryFolder m_recoveryFolder;
+    QString m_recoveryFault;
+    QString m_reportedRecoveryFault;
     /// What the recovery file holds; nothing while that is not known.
     std::optional<persistence::PaintAutosaveSession> m_writtenSession;
     int m_autosaveHolds = 0;

@@ -18,13 +18,17 @@ namespace RecoveryPreferences = persistence::RecoveryPreferences;
 
 namespace {
 
-/// The number of the title of a project named `base`: 1 for the bare name, 0 for another name.
+/// The number of the title of a project named `base`: 1 for the bare name, 0 for another name or
+/// one that nobody would count up to.
 int titleNumber(const QString& title, const QString& base) {
+    constexpr int highestNumber = 1'000'000'000;
     if (title == base) return 1;
     if (!title.startsWith(base + QLatin1Char(' '))) return 0;
-    bool isNumber = false;
-    const int number = QStringView(title).sliced(base.size() + 1).toInt(&isNumber);
-    return isNumber ? number : 0;
+    const QStringView rest = QStringView(title).sliced(base.size() + 1);
+    const bool isWhole =
+        std::ranges::all_of(rest, [](QChar letter) { return letter >= u'0' && letter <= u'9'; });
+    const int number = isWhole ? rest.toInt() : 0;
+    return number <= highestNumber ? number : 0;
 }
 
 /// Whether two sessions differ in nothing but when they were saved.
@@ -66,24 +70,42 @@ void ProjectStore::persistAutosavedSession() {
 }
 
 void ProjectStore::writeAutosavedSession() {
-    const QString file = AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder());
     persistence::PaintAutosaveSession session = currentSession();
     // A window that is activated or a tab that is chosen again changes nothing worth a write.
-    if (m_writtenSession && saysTheSame(*m_writtenSession, session) && QFile::exists(file)) return;
+    if (m_writtenSession && saysTheSame(*m_writtenSession, session) &&
+        QFile::exists(m_recoveryFolder.file()))
+        return;
     m_writtenSession.reset();
     try {
-        AppPersistenceService::saveAutosavedSession(session, file);
+        m_recoveryFolder.save(session);
         m_writtenSession = std::move(session);
-    } catch (const persistence::FileError&) {
+        noteRecoveryFault(QString());
+    } catch (const persistence::FileError& error) {
         // Work goes on; the file of the last write that succeeded stands.
+        noteRecoveryFault(error.description());
     }
+}
+
+void ProjectStore::noteRecoveryFault(const QString& fault) {
+    m_recoveryFault = fault;
+    if (m_recoveryFault.isEmpty() == m_reportedRecoveryFault.isEmpty()) return;
+    // The command under way has something to say as well, before or after this; the last word is
+    // what the user reads.
+    QMetaObject::invokeMethod(this, &ProjectStore::reportRecoveryFault, Qt::QueuedConnection);
+}
+
+void ProjectStore::reportRecoveryFault() {
+    if (m_recoveryFault.isEmpty() == m_reportedRecoveryFault.isEmpty()) return;
+    m_reportedRecoveryFault = m_recoveryFault;
+    setStatusMessage(m_recoveryFault.isEmpty()
+                         ? QStringLiteral("Recovery is being kept again")
+                         : QStringLiteral("Recovery is not being kept: %1").arg(m_recoveryFault));
 }
 
 void ProjectStore::restoreAutosavedSession() {
     if (!isPersistent() || !RecoveryPreferences::restoresOnLaunch(m_environment.preferences))
         return;
-    const auto session = AppPersistenceService::loadAutosavedSession(
-        AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    const auto session = m_recoveryFolder.restore();
     if (session && !session->projects.empty()) adoptSession(*session);
 }
 
@@ -125,8 +147,7 @@ void ProjectStore::finishSession() {
     if (!isPersistent()) return;
     persistSettings();
     m_writtenSession.reset();
-    AppPersistenceService::clearAutosavedSession(
-        AppPersistenceService::recoveryFile(m_environment.paths.autosaveFolder()));
+    m_recoveryFolder.clear();
 }
 
 bool ProjectStore::setClosedWorkAside() {
@@ -151,8 +172,12 @@ bool ProjectStore::reopenClosedWork() {
     if (!isPersistent()) return false;
     const QString file =
         AppPersistenceService::closedWorkFile(m_environment.paths.autosaveFolder());
-    const auto session = AppPersistenceService::loadAutosavedSession(file);
-    if (!session || session->projects.empty()) return false;
+    const auto session = AppPersistenceService::recoverAutosavedSession(file);
+    if (!session || session->projects.empty()) {
+        // What could not be read is no longer offered.
+        Q_EMIT closedWorkChanged();
+        return false;
+    }
     adoptSession(*session);
     // The recovery file holds the work before the file it came from goes.
     persistAutosavedSession();

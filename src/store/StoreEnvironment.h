@@ -4,6 +4,7 @@
 #include "model/PastedImage.h"
 #include "persistence/SaveFormat.h"
 #include "platform/AppPaths.h"
+#include "platform/FileLock.h"
 #include "platform/LatestWork.h"
 #include "platform/WorkRunner.h"
 
@@ -65,6 +66,8 @@ struct StoreEnvironment {
     SVGImport svgImport{};
     /// Where the tries of live previews are made.
     platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
+    /// Tells programs that share an autosave folder apart.
+    platform::LockTaker takeLock = platform::takeFileLock;
 };
 
 } // namespace quillabrae::store

@@ -2,8 +2,10 @@
 #include "model/RecordCoding.h"
 #include "persistence/AppPersistenceService.h"
 #include "persistence/FileError.h"
+#include "persistence/OrdinaryUser.h"
 #include "persistence/RecoverySessionCoding.h"
 #include "platform/MemoryPreferences.h"
+#include "support/FullDisk.h"
 #include "support/RandomRecords.h"
 
 #include <QDir>
@@ -12,7 +14,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,6 +28,7 @@ using model::PaintAppSettings;
 using model::PaintProject;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 using tests::RandomRecords;
 
 const QString settingsKey = QStringLiteral("Quillabrae.settings");
@@ -50,7 +52,7 @@ PaintAutosaveSession randomSession(std::uint32_t seed) {
 class AutosavedSession : public testing::Test {
 protected:
     QString file() const {
-        return Service::recoveryFile(m_folder.path() + QStringLiteral("/Autosave"));
+        return m_folder.filePath(QStringLiteral("Autosave/Recovery.quillabraesession"));
     }
 
     void store(const QByteArray& bytes) const {
@@ -60,8 +62,10 @@ protected:
         stored.write(bytes);
     }
 
-    QByteArray stored() const {
-        QFile stored(file());
+    QByteArray stored() const { return contentOf(QStringLiteral("Recovery.quillabraesession")); }
+
+    QByteArray contentOf(const QString& name) const {
+        QFile stored(m_folder.filePath(QStringLiteral("Autosave/") + name));
         EXPECT_TRUE(stored.open(QIODevice::ReadOnly));
         return stored.readAll();
     }
@@ -278,11 +282,48 @@ TEST_F(AutosavedSession, ATornFileIsAsNoFile) {
 TEST_F(AutosavedSession, ATornFileGivesWayToTheOneThatItReplaced) {
     Service::saveAutosavedSession(randomSession(76), file());
     Service::saveAutosavedSession(randomSession(77), file());
-    EXPECT_EQ(Service::loadAutosavedSession(file()), randomSession(77));
-    store(stored().chopped(1));
+    EXPECT_EQ(Service::recoverAutosavedSession(file()), randomSession(77));
+    const QByteArray torn = stored().chopped(1);
+    store(torn);
+    EXPECT_EQ(Service::recoverAutosavedSession(file()), randomSession(76));
+    // It has taken the torn one's place, so that writing again cannot cost it.
     EXPECT_EQ(Service::loadAutosavedSession(file()), randomSession(76));
-    QFile::remove(file());
-    EXPECT_EQ(Service::loadAutosavedSession(file()), std::nullopt);
+    EXPECT_THAT(names(), UnorderedElementsAre(QStringLiteral("Recovery.quillabraesession"),
+                                              QStringLiteral("Unreadable.quillabraesession")));
+    EXPECT_EQ(contentOf(QStringLiteral("Unreadable.quillabraesession")), torn);
+}
+
+TEST_F(AutosavedSession, WhatCannotBeReadIsSetAsideOnceAndNeverOverwritten) {
+    const std::vector<QByteArray> unreadable{"", "no session",
+                                             R"({"projects": [{"layers": 2}], "version": 99})",
+                                             QByteArray(3'000'000, '[')};
+    QStringList aside;
+    for (const QByteArray& bytes : unreadable) {
+        aside << (aside.isEmpty()
+                      ? QStringLiteral("Unreadable.quillabraesession")
+                      : QStringLiteral("Unreadable %1.quillabraesession").arg(aside.size() + 1));
+        store(bytes);
+        EXPECT_EQ(Service::recoverAutosavedSession(file()), std::nullopt);
+        EXPECT_EQ(Service::recoverAutosavedSession(file()), std::nullopt);
+        EXPECT_THAT(names(), UnorderedElementsAreArray(aside));
+    }
+    Service::saveAutosavedSession(randomSession(78), file());
+    Service::saveAutosavedSession(randomSession(79), file());
+    for (qsizetype i = 0; i < aside.size(); ++i)
+        EXPECT_EQ(contentOf(aside[i]), unreadable[static_cast<std::size_t>(i)]);
+    Service::clearAutosavedSession(file());
+    EXPECT_THAT(names(), UnorderedElementsAreArray(aside));
+}
+
+TEST(UnreadableSession, ThatIsWithheldFromThisUserIsSetAsideToo) {
+    const OrdinaryUser user;
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("Recovery.quillabraesession"));
+    Service::saveAutosavedSession(randomSession(80), file);
+    ASSERT_TRUE(QFile::setPermissions(file, {}));
+    EXPECT_EQ(Service::recoverAutosavedSession(file), std::nullopt);
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_TRUE(QFile::exists(folder.filePath(QStringLiteral("Unreadable.quillabraesession"))));
 }
 
 TEST_F(AutosavedSession, IsReadableByItsOwnerAlone) {
@@ -320,17 +361,13 @@ TEST_F(AutosavedSession, ThatDoesNotFitOntoTheDiskLeavesTheFormerOne) {
     Service::saveAutosavedSession(before, file());
     PaintAutosaveSession session = before;
     session.projects[0].layers[0].bitmapPNGData = model::PngBytes(QByteArray(1'000'000, 'x'));
-    // A limit on the size of files stands for the full disk.
-    rlimit limit{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-    rlimit lower = limit;
-    lower.rlim_cur = 500'000;
-    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &lower), 0);
-    const QString error = errorOfSaving(session, file());
-    setrlimit(RLIMIT_FSIZE, &limit);
-    std::signal(SIGXFSZ, formerHandler);
-    EXPECT_TRUE(error.contains(u"could not be written")) << error.toStdString();
+    QString error;
+    {
+        const tests::FullDisk full(500'000);
+        error = errorOfSaving(session, file());
+    }
+    EXPECT_EQ(error.toStdString(),
+              "“Recovery.quillabraesession” could not be written: File too large.");
     EXPECT_EQ(Service::loadAutosavedSession(file()), before);
     EXPECT_THAT(names(), ElementsAre(QStringLiteral("Recovery.quillabraesession")));
 }

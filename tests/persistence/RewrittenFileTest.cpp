@@ -139,7 +139,7 @@ TEST(BlockSink, WritesBase64AndPlainBytesInOrder) {
     ASSERT_TRUE(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
     file.write(QByteArray(4'000'000, 'o'));
     file.seek(0);
-    BlockSink sink(file);
+    BlockSink sink(file, file.fileName());
     QByteArray expected;
     for (int round = 0; round < 200; ++round) {
         QByteArray piece(static_cast<qsizetype>(random() % (round % 10 == 0 ? 300'000 : 50)),

@@ -5,6 +5,8 @@
 #include "replay/Session.h"
 #include "replay/Verb.h"
 
+#include <QJsonArray>
+
 namespace quillabrae::replay {
 namespace {
 
@@ -83,6 +85,40 @@ QJsonValue persistAutosavedSession(Session& session, const Arguments&) {
     return {};
 }
 
+/// In whole seconds, as files keep it.
+QJsonObject storedForm(const model::PaintProject& project) {
+    QJsonObject record = toJson(project).toObject();
+    record.insert(QStringLiteral("lastModified"), project.lastModified.toString(Qt::ISODate));
+    return record;
+}
+
+QJsonArray entriesOf(const model::PaintHistoryState& history) {
+    QJsonArray entries;
+    for (const model::PaintHistoryEntry& entry : history.entries)
+        entries.append(QJsonObject{{QStringLiteral("id"), toJson(entry.id)},
+                                   {QStringLiteral("title"), entry.title},
+                                   {QStringLiteral("symbolName"), entry.symbolName},
+                                   {QStringLiteral("project"), storedForm(entry.project)}});
+    return entries;
+}
+
+/// All that the next start after a kill is to have, every field of it.
+QJsonValue recoverable(Session& session, const Arguments&) {
+    const store::ProjectStore& store = session.store();
+    QJsonArray tabs;
+    for (const model::PaintProject& project : store.openProjects()) {
+        const model::PaintHistoryState& history = store.history(project.id);
+        tabs.append(QJsonObject{{QStringLiteral("project"), storedForm(project)},
+                                {QStringLiteral("isUnsaved"), store.isProjectUnsaved(project)},
+                                {QStringLiteral("entries"), entriesOf(history)},
+                                {QStringLiteral("selectedIndex"), history.selectedIndex}});
+    }
+    const auto active = store.activeProjectID();
+    return QJsonObject{
+        {QStringLiteral("tabs"), tabs},
+        {QStringLiteral("activeProjectID"), active ? toJson(*active) : QJsonValue()}};
+}
+
 QJsonValue setClosedWorkAside(Session& session, const Arguments&) {
     return session.store().setClosedWorkAside();
 }
@@ -108,6 +144,7 @@ constexpr Verb verbs[] = {
     {"store.removeRecent", "value", removeRecent},
     {"store.saveRecents", "", saveRecents},
     {"store.persistAutosavedSession", "", persistAutosavedSession},
+    {"recoverable", "", recoverable},
     {"store.setClosedWorkAside", "", setClosedWorkAside},
     {"store.hasClosedWork", "", hasClosedWork},
     {"store.reopenClosedWork", "", reopenClosedWork},

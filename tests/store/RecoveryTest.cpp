@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/PastedImage.h"
 #include "store/StoreTest.h"
+#include "support/FullDisk.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QSignalSpy>
 
@@ -132,6 +134,96 @@ TEST_F(Recovery, AFolderThatCannotBeWrittenStopsNoWork) {
     EXPECT_FALSE(store->setClosedWorkAside());
 }
 
+TEST_F(Recovery, TheStatusLineTellsOnceThatNoneIsKeptAndOnceThatItIsAgain) {
+    const auto store = makeStore();
+    makeProject(*store);
+    const auto statusAfterAnEdit = [&] {
+        edit(*store);
+        // The command's own word comes after its history.
+        store->setStatusMessage(QStringLiteral("Edited"));
+        QCoreApplication::sendPostedEvents();
+        return store->statusMessage();
+    };
+    {
+        const tests::FullDisk full(1000);
+        EXPECT_EQ(statusAfterAnEdit(),
+                  QStringLiteral("Recovery is not being kept: “Recovery.quillabraesession” could "
+                                 "not be written: File too large."));
+        EXPECT_EQ(statusAfterAnEdit(), QStringLiteral("Edited"));
+        EXPECT_EQ(titles(*makeStore(), store->openProjects().front().id),
+                  QStringList{QStringLiteral("Recovered Project")});
+    }
+    EXPECT_EQ(statusAfterAnEdit(), QStringLiteral("Recovery is being kept again"));
+    EXPECT_EQ(statusAfterAnEdit(), QStringLiteral("Edited"));
+    EXPECT_EQ(titles(*makeStore(), store->openProjects().front().id).size(), 5);
+}
+
+TEST_F(Recovery, AFaultThatIsOverWhenTheCommandReturnsIsNotWorthAWord) {
+    const auto store = makeStore();
+    makeProject(*store);
+    {
+        const tests::FullDisk full(1000);
+        edit(*store);
+    }
+    edit(*store);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Created Untitled"));
+}
+
+TEST_F(Recovery, TwoProgramsAtOnceKeepTheirWorkApart) {
+    takeLock = platform::takeFileLock;
+    auto first = makeStore();
+    const QUuid a = makeProject(*first);
+    auto second = makeStore();
+    EXPECT_TRUE(second->openProjects().empty());
+    const QUuid b = makeProject(*second);
+    edit(*first);
+    edit(*second);
+    // A clean end of one takes nothing from the other.
+    makeStore()->finishSession();
+
+    first.reset();
+    second.reset();
+    const auto restarted = makeStore();
+    EXPECT_TRUE(restarted->project(a));
+    EXPECT_TRUE(restarted->project(b));
+    EXPECT_EQ(titles(*restarted, b).size(), 2);
+    EXPECT_EQ(restarted->activeProjectID(), a);
+    EXPECT_EQ(restarted->statusMessage(), QStringLiteral("Restored autosaved work and history"));
+}
+
+TEST_F(Recovery, WhatIsUnreadableIsStillThereAfterTheNextWrite) {
+    makeProject(*makeStore());
+    QFile future(recoveryFile());
+    ASSERT_TRUE(future.open(QIODevice::WriteOnly));
+    future.write("{\"projects\": {\"of\": \"tomorrow\"}}");
+    future.close();
+    const auto store = makeStore();
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Ready"));
+    makeProject(*store);
+    edit(*store);
+    store->finishSession();
+    QFile aside(paths.autosaveFolder() + QStringLiteral("/Unreadable.quillabraesession"));
+    ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(aside.readAll().contains("tomorrow"));
+}
+
+TEST_F(Recovery, ANumberThatNobodyCountsToIsNoNumber) {
+    {
+        const auto crashed = makeStore();
+        for (const char* title : {"Untitled 2147483647", "Untitled 99999999999999999999",
+                                  "Untitled -3", "Untitled  8", "Untitled 8 "}) {
+            makeProject(*crashed);
+            crashed->editActiveProject([&](model::PaintProject& project) {
+                project.title = QString::fromLatin1(title);
+                project.lastModified = clock.now();
+            });
+        }
+        crashed->persistAutosavedSession();
+    }
+    EXPECT_EQ(makeStore()->createUntitledProject(1, 1, 96).title, QStringLiteral("Untitled"));
+}
+
 TEST_F(Recovery, NumbersOfTitlesGoOnWhereTheyWere) {
     {
         const auto crashed = makeStore();
@@ -219,6 +311,19 @@ TEST_F(Recovery, ClosedWorkSurvivesARestartAndACleanEnd) {
     EXPECT_TRUE(store->reopenClosedWork());
     EXPECT_TRUE(store->project(id));
     EXPECT_FALSE(QFile::exists(closedWorkFile()));
+}
+
+TEST_F(Recovery, ClosedWorkThatCannotBeReadIsOfferedOnceAndSetAside) {
+    const auto store = makeStore();
+    makeProject(*store);
+    ASSERT_TRUE(store->setClosedWorkAside());
+    ASSERT_TRUE(QFile::resize(closedWorkFile(), 200));
+    QSignalSpy changes(store.get(), &ProjectStore::closedWorkChanged);
+    EXPECT_FALSE(store->reopenClosedWork());
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_FALSE(store->hasClosedWork());
+    EXPECT_TRUE(
+        QFile::exists(paths.autosaveFolder() + QStringLiteral("/Unreadable.quillabraesession")));
 }
 
 TEST_F(Recovery, ClosedWorkJoinsWhatIsOpen) {

@@ -93,7 +93,7 @@ protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
             StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport,
-                             makeLatestWork},
+                             makeLatestWork, takeLock},
             persistence);
     }
 
@@ -152,6 +152,9 @@ protected:
     platform::MemoryPasteboard pasteboard;
     SVGImport svgImport;
     platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
+    /// A second store is taken for the next start of a program that was killed, though the first
+    /// one's object is still there.
+    platform::LockTaker takeLock = [](const QString&) { return platform::FileLock(); };
     FakePanels panels;
     FakeWork work;
 };
