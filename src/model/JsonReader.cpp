@@ -183,15 +183,26 @@ auto JsonReader::base64Text(Use use) {
         std::string_view resolved;
         if (m_state->value->get_string().get(resolved) == simdjson::SUCCESS) result = use(resolved);
     }
-    if (!result) fail(QStringLiteral("The base64 is malformed"));
-    return *std::move(result);
+    return result;
+}
+
+// What was found; `fail`s without.
+template <typename Value>
+Value JsonReader::wellFormed(std::optional<Value> found) {
+    if (!found) fail(QStringLiteral("The base64 is malformed"));
+    return *std::move(found);
 }
 
 PngBytes JsonReader::pngBytes() {
-    return base64Text([this](std::string_view text) { return m_interner->intern(text); });
+    return wellFormed(
+        base64Text([this](std::string_view text) { return m_interner->intern(text); }));
 }
 
 QByteArray JsonReader::bytes() {
+    return wellFormed(bytesIfBase64());
+}
+
+std::optional<QByteArray> JsonReader::bytesIfBase64() {
     return base64Text([](std::string_view text) -> std::optional<QByteArray> {
         const auto size = base64::decodedLength(text);
         if (!size) return std::nullopt;

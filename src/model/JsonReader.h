@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace quillabrae::model {
@@ -45,6 +46,8 @@ public:
     /// A string of base64.
     PngBytes pngBytes();
     QByteArray bytes();
+    /// The bytes of a string; nothing when it is not base64.
+    std::optional<QByteArray> bytesIfBase64();
 
     /// Throws unless nothing follows the document.
     void finish();
@@ -61,6 +64,8 @@ private:
     std::string_view stringToken();
     template <typename Use>
     auto base64Text(Use use);
+    template <typename Value>
+    Value wellFormed(std::optional<Value> found);
 
     std::shared_ptr<PngInterner> m_interner;
     std::unique_ptr<State> m_state;

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/SecretStore.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace quillabrae::effects {
+
+/// Keeps the user's key for the image-edit service in the system's secret store, and nowhere else.
+class OpenAIKeychainService {
+public:
+    /// `secrets` outlives this.
+    explicit OpenAIKeychainService(platform::SecretStore& secrets) : m_secrets(secrets) {}
+
+    /// Nothing where there is no key, and where the store does not answer.
+    std::optional<QString> loadAPIKey() const;
+    /// Replaces the key, if there is one. Throws platform::SecretStoreError.
+    void saveAPIKey(const QString& key);
+    /// Throws platform::SecretStoreError; that there is no key is no error.
+    void removeAPIKey();
+
+private:
+    platform::SecretStore& m_secrets;
+};
+
+} // namespace quillabrae::effects
