@@ -4,6 +4,7 @@
 #include "persistence/AppPersistenceService.h"
 #include "platform/Clock.h"
 #include "store/AdjustmentPreviews.h"
+#include "store/GenerativeFills.h"
 #include "store/RecentList.h"
 
 #include <algorithm>
@@ -17,6 +18,7 @@ ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence
       m_clipboard(m_environment.pasteboard, m_environment.paths.clipboardFolder(),
                   m_environment.work),
       m_previews(std::make_unique<AdjustmentPreviews>(m_environment.makeLatestWork)),
+      m_fills(std::make_unique<GenerativeFills>()),
       m_statusMessage(QStringLiteral("Ready")),
       m_zoomToFitRequestID(QUuid::createUuid()),
       m_recoveryFolder(m_environment.paths.autosaveFolder(), m_environment.takeLock) {

@@ -25,10 +25,19 @@
 #include <optional>
 #include <vector>
 
+namespace quillabrae::platform {
+struct HttpProgress;
+}
+
+namespace quillabrae::raster {
+class RasterImage;
+}
+
 namespace quillabrae::store {
 
 struct CanvasRewrite;
 struct DroppedContents;
+struct GenerativeFillInput;
 struct Intake;
 
 /// Whether a store reads and writes what outlives the process.
@@ -209,6 +218,27 @@ public:
     /// Waits for the latest try.
     void commitColorRemovalPreview();
     std::optional<ColorRemovalSettings> colorRemovalPreviewSettings() const;
+
+    // Generative fill
+
+    using FillID = int;
+    /// Called once, with a sentence for the user where nothing came of the fill.
+    using FillCompletion = std::function<void(const std::optional<QString>& failure)>;
+
+    bool canGenerativeFill() const;
+    /// What would be sent now; nothing without a selection on the canvas.
+    std::optional<GenerativeFillInput> makeGenerativeFillInput(
+        const effects::GenerativeFillRequest& request) const;
+    /// Has the selected pixels of the selected layer painted anew. Returns when the request is on
+    /// its way, or when it has failed already and `completion` was called; `watch` is told how the
+    /// exchange goes on. Whatever changes meanwhile, the picture goes to the layer and the
+    /// selection that it was asked for, or nowhere.
+    FillID performGenerativeFill(
+        const effects::GenerativeFillRequest& request, FillCompletion completion,
+        std::function<void(const platform::HttpProgress&)> watch = nullptr);
+    /// Gives a fill up, without a call of its completion. Does nothing when it has ended.
+    void cancelGenerativeFill(FillID id);
+
     /// Runs the last command that can be repeated on what is active now.
     void repeatLastAction();
 
@@ -299,6 +329,7 @@ private:
     /// that is several steps. Must not be held while the user is asked something.
     class AutosaveScope;
     struct AdjustmentPreviews;
+    struct GenerativeFills;
 
     std::optional<std::size_t> indexOf(QUuid id) const;
     /// The active project for a command to rewrite, which ends in `finishEdit`; null without one.
@@ -329,6 +360,10 @@ private:
                          const model::PaintLayer* tried = nullptr);
     /// The project as it was before a dialog's tries; null where there are none.
     const model::PaintProject* previewOriginal(QUuid id) const;
+    void decodeFill(FillID id, const QByteArray& bytes);
+    /// Puts a returned picture where it was asked for; why not, else.
+    std::optional<QString> applyFill(FillID id, const raster::RasterImage& returned);
+    void endFill(FillID id, const std::optional<QString>& failure);
     Intake imageInFile(const QUrl& file) const;
     Intake drawingInFile(const QString& path) const;
     Intake droppedImage(const DroppedContents& contents) const;
@@ -355,6 +390,7 @@ private:
     Persistence m_persistence;
     ClipboardImageService m_clipboard;
     std::unique_ptr<AdjustmentPreviews> m_previews;
+    std::unique_ptr<GenerativeFills> m_fills;
     std::vector<model::PaintProject> m_openProjects;
     std::optional<QUuid> m_activeProjectID;
     model::PaintAppSettings m_settings;

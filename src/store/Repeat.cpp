@@ -52,6 +52,12 @@ void ProjectStore::repeatLastAction() {
             [this](const Actions::RotateZoom& turn) { rotateZoomSelectedLayer(turn.result); },
             [this](const Actions::ResizeImage& resize) { resizeActiveImage(resize.result); },
             [this](const Actions::ResizeCanvas& resize) { resizeActiveCanvas(resize.result); },
+            [this](const Actions::GenerativeFill& fill) {
+                performGenerativeFill(fill.request, [this](const std::optional<QString>& failure) {
+                    if (failure)
+                        setStatusMessage(QStringLiteral("Generative fill failed: ") + *failure);
+                });
+            },
             [this](const Actions::InvertImage&) { invertActiveImage(); },
         },
         action);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "effects/GenerativeFillRequest.h"
 #include "store/AlignObjectAction.h"
 #include "store/ColorRemovalSettings.h"
 #include "store/DialogResults.h"
@@ -38,6 +39,10 @@ struct ResizeCanvas {
     ResizeDialogResult result;
     friend bool operator==(const ResizeCanvas&, const ResizeCanvas&) = default;
 };
+struct GenerativeFill {
+    effects::GenerativeFillRequest request;
+    friend bool operator==(const GenerativeFill&, const GenerativeFill&) = default;
+};
 struct InvertImage {
     friend bool operator==(const InvertImage&, const InvertImage&) = default;
 };
@@ -48,6 +53,6 @@ using RepeatablePaintAction =
     std::variant<RepeatableActions::FlipLayer, RepeatableActions::AlignObject,
                  RepeatableActions::ColorRemoval, RepeatableActions::RotateZoom,
                  RepeatableActions::ResizeImage, RepeatableActions::ResizeCanvas,
-                 RepeatableActions::InvertImage>;
+                 RepeatableActions::GenerativeFill, RepeatableActions::InvertImage>;
 
 } // namespace quillabrae::store

@@ -23,6 +23,11 @@ class Pasteboard;
 class Preferences;
 } // namespace quillabrae::platform
 
+namespace quillabrae::effects {
+class OpenAIImageEditService;
+class OpenAIKeychainService;
+} // namespace quillabrae::effects
+
 namespace quillabrae::store {
 
 enum class SaveBeforeCloseChoice { save, discard, cancel };
@@ -54,6 +59,12 @@ public:
     virtual PasteImageChoice choosePasteAction(QSizeF imageSize, PasteTarget target) = 0;
 };
 
+/// What paints into selections, and the user's key for it.
+struct GenerativeFillServices {
+    effects::OpenAIKeychainService& keychain;
+    effects::OpenAIImageEditService& imageEdit;
+};
+
 /// Everything that the store needs of the world. The referenced objects outlive the store.
 struct StoreEnvironment {
     ProjectPanels& panels;
@@ -68,6 +79,8 @@ struct StoreEnvironment {
     platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
     /// Tells programs that share an autosave folder apart.
     platform::LockTaker takeLock = platform::takeFileLock;
+    /// Without these there is no key.
+    std::optional<GenerativeFillServices> generativeFill{};
 };
 
 } // namespace quillabrae::store

@@ -24,9 +24,12 @@ Session::Session(const SessionPlaces& places)
         paths.applicationSupport = QDir(places.applicationSupport).absolutePath();
     m_preferences.emplace(paths.preferencesFile, platform::SettingsPreferences::Writing::atOnce);
     m_store = std::make_unique<store::ProjectStore>(
-        store::StoreEnvironment{m_panels, *m_preferences, m_clock, m_fileIcons, m_pasteboard, paths,
-                                platform::directWorkRunner(),
-                                [this](const QByteArray& svg) { return m_panels.importSvg(svg); }},
+        store::StoreEnvironment{
+            m_panels, *m_preferences, m_clock, m_fileIcons, m_pasteboard, paths,
+            platform::directWorkRunner(),
+            [this](const QByteArray& svg) { return m_panels.importSvg(svg); },
+            platform::makeDirectLatestWork, platform::takeFileLock,
+            store::GenerativeFillServices{m_fillService.keychain, m_fillService.imageEdit}},
         store::Persistence::on);
     m_canvas = std::make_unique<CanvasStage>(*m_store, m_time);
 }

@@ -6,6 +6,7 @@
 #include "platform/MemoryPasteboard.h"
 #include "platform/SettingsPreferences.h"
 #include "replay/CanvasStage.h"
+#include "replay/ScriptedFillService.h"
 #include "replay/ScriptedPanels.h"
 #include "replay/VirtualTime.h"
 #include "store/ProjectStore.h"
@@ -52,6 +53,7 @@ public:
     ScriptedPanels& panels() { return m_panels; }
     VirtualTime& time() { return m_time; }
     platform::MemoryPasteboard& pasteboard() { return m_pasteboard; }
+    ScriptedFillService& fillService() { return m_fillService; }
     CanvasStage& canvas() { return *m_canvas; }
 
     /// A path of a script: "~/" is the run's home, others are relative to the current directory.
@@ -87,6 +89,7 @@ private:
     platform::NoFileIcons m_fileIcons;
     platform::MemoryPasteboard m_pasteboard;
     ScriptedPanels m_panels;
+    ScriptedFillService m_fillService;
     std::optional<platform::SettingsPreferences> m_preferences;
     std::unique_ptr<store::ProjectStore> m_store;
     std::unique_ptr<CanvasStage> m_canvas;

@@ -17,7 +17,7 @@ std::span<VerbTable (*const)()> verbFamilies() {
         rasterVerbs,       rasterMaskVerbs,
         rasterLayerVerbs,  rasterGenerativeVerbs,
         rasterTextVerbs,   intakeVerbs,
-        adjustmentVerbs,
+        adjustmentVerbs,   generativeFillVerbs,
     };
     return families;
 }

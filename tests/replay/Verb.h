@@ -30,6 +30,7 @@ VerbTable storeLayerVerbs();
 VerbTable storeSelectionVerbs();
 VerbTable intakeVerbs();
 VerbTable adjustmentVerbs();
+VerbTable generativeFillVerbs();
 VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();

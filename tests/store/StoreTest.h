@@ -93,7 +93,7 @@ protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
             StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport,
-                             makeLatestWork, takeLock},
+                             makeLatestWork, takeLock, generativeFill},
             persistence);
     }
 
@@ -154,6 +154,7 @@ protected:
     platform::LatestWorkFactory makeLatestWork = platform::makeDirectLatestWork;
     /// A second store is taken for the next start of a program that was killed, though the first
     /// one's object is still there.
+    std::optional<GenerativeFillServices> generativeFill;
     platform::LockTaker takeLock = [](const QString&) { return platform::FileLock(); };
     FakePanels panels;
     FakeWork work;

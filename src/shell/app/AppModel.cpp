@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/AppModel.h"
 
+#include "effects/OpenAIImageEditService.h"
+#include "effects/OpenAIKeychainService.h"
 #include "persistence/SVGImportService.h"
 #include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
 #include "platform/DesktopRegistration.h"
 #include "platform/GioFileIcons.h"
+#include "platform/KeychainSecretStore.h"
+#include "platform/NetworkHttpClient.h"
 #include "platform/ProgramInstance.h"
 #include "platform/SettingsPreferences.h"
 #include "shell/app/AppDelegate.h"
@@ -32,7 +36,8 @@ struct AppModel::Graph {
           work([this] { return windows.dialogParent(); }),
           store({panels, preferences, clock, fileIcons, pasteboard, paths, work,
                  [this](const QByteArray& svg) { return importSvg(svg); },
-                 platform::makeThreadedLatestWork},
+                 platform::makeThreadedLatestWork, platform::takeFileLock,
+                 store::GenerativeFillServices{keychain, imageEdit}},
                 store::Persistence::on),
           factory(store),
           windows({store, preferences, factory, dialogs}),
@@ -65,6 +70,11 @@ struct AppModel::Graph {
     platform::ClipboardPasteboard pasteboard;
     platform::XdgDesktopRegistration registration;
     platform::SettingsPreferences preferences;
+    platform::KeychainSecretStore secrets;
+    platform::NetworkHttpClient http;
+    effects::OpenAIKeychainService keychain{secrets};
+    effects::OpenAIImageEditService imageEdit{http,
+                                              QUrl(QStringLiteral(QUILLABRAE_IMAGE_EDIT_URL))};
     SystemColorScheme colorScheme;
     DesktopProjectPanels panels;
     DesktopWorkRunner work;
