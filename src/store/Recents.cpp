@@ -21,7 +21,7 @@ std::vector<model::RecentProject> deduplicatedRecents(
     std::vector<model::RecentProject> kept;
     QSet<QString> seen;
     for (model::RecentProject recent : recents) {
-        recent.url = standardizedFileLocation(recent.url);
+        recent.url = fileLocation(recent.url);
         if (seen.contains(recent.url.path())) continue;
         seen.insert(recent.url.path());
         kept.push_back(std::move(recent));
@@ -30,6 +30,7 @@ std::vector<model::RecentProject> deduplicatedRecents(
 }
 
 void ProjectStore::rememberRecent(const QUrl& url) {
+    // The links of this one are followed here, once: it has just been read or written.
     const QUrl location = standardizedFileLocation(url);
     std::vector<model::RecentProject> list = {
         {QFileInfo(fileLocation(url).path()).completeBaseName(), location,
@@ -43,9 +44,9 @@ void ProjectStore::rememberRecent(const QUrl& url) {
 }
 
 void ProjectStore::removeRecent(const model::RecentProject& recent) {
-    const QString path = standardizedFileLocation(recent.url).path();
+    const QUrl location = fileLocation(recent.url);
     const auto removed = std::erase_if(m_recents, [&](const model::RecentProject& candidate) {
-        return standardizedFileLocation(candidate.url).path() == path;
+        return fileLocation(candidate.url).path() == location.path();
     });
     if (removed > 0) Q_EMIT recentsChanged();
     saveRecents();

@@ -33,14 +33,19 @@ class View:
         return tuple((value - start) / self.zoom for start, value in zip(self.origin, point))
 
 
-def store_settings(desk, **settings):
-    """Puts tool settings where the program keeps them, as an earlier run would have left them."""
+def store_records(desk, **records):
+    """Puts JSON records where the program keeps them, as an earlier run would have left them."""
     file = desk.home / ".config/Quillabrae/preferences.ini"
     file.parent.mkdir(parents=True, exist_ok=True)
-    text = json.dumps(settings).replace("\\", "\\\\").replace('"', '\\"')
-    file.write_text("[General]\n"
-                    "Quillabrae.paintNetQuickStartSeen=true\n"
-                    f'Quillabrae.settings="@ByteArray({text})"\n')
+    lines = ["[General]", "Quillabrae.paintNetQuickStartSeen=true"]
+    for key, record in records.items():
+        text = json.dumps(record).replace("\\", "\\\\").replace('"', '\\"')
+        lines.append(f'Quillabrae.{key}="@ByteArray({text})"')
+    file.write_text("\n".join(lines) + "\n")
+
+
+def store_settings(desk, **settings):
+    store_records(desk, settings=settings)
 
 
 class Editor:

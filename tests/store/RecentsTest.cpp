@@ -5,6 +5,9 @@
 #include <QFile>
 #include <QSignalSpy>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace quillabrae::store {
 namespace {
 
@@ -84,6 +87,63 @@ TEST_F(Recents, AStoredListIsTidiedOnceAtTheStart) {
     const auto stored = persistence::AppPersistenceService::loadRecents(preferences, key);
     ASSERT_EQ(stored.size(), 1u);
     EXPECT_EQ(stored.front().url, file(QStringLiteral("a.quillabrae")));
+}
+
+TEST_F(Recents, AnImageFileIsNone) {
+    const auto store = makeStore();
+    makeProject(*store);
+    saveTo(*store, QStringLiteral("a.png"), persistence::SaveFormat::png);
+    ASSERT_TRUE(store->openFile(file(QStringLiteral("a.png"))));
+    EXPECT_TRUE(store->recents().empty());
+}
+
+/// The road to every recent project leads over a link, which takes note of when it is followed.
+class RecentsFarAway : public Recents {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(QDir().mkpath(folder.filePath(QStringLiteral("far"))));
+        ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("far")), m_link));
+        touch(QStringLiteral("far/a.quillabrae"));
+        forgetVisits();
+        const bool isNoted = QFile::exists(m_link + QStringLiteral("/a.quillabrae")) && isVisited();
+        if (!isNoted) GTEST_SKIP() << "the file system does not note when links are followed";
+        forgetVisits();
+        std::vector<model::RecentProject> recents;
+        for (const char* name : {"a.quillabrae", "gone.quillabrae", "deep/er/b.quillabrae"})
+            recents.push_back({QStringLiteral("far"),
+                               QUrl::fromLocalFile(m_link + u'/' + QString::fromLatin1(name)),
+                               clock.now()});
+        persistence::AppPersistenceService::saveRecents(
+            preferences, QStringLiteral("Quillabrae.recents"), recents);
+    }
+    void forgetVisits() const {
+        constexpr timespec longAgo{1'000'000'000, 0};
+        const timespec times[] = {longAgo, {0, UTIME_OMIT}};
+        ASSERT_EQ(::utimensat(AT_FDCWD, QFile::encodeName(m_link).constData(), times,
+                              AT_SYMLINK_NOFOLLOW),
+                  0);
+    }
+    bool isVisited() const {
+        struct stat facts {};
+        return ::lstat(QFile::encodeName(m_link).constData(), &facts) != 0 ||
+               facts.st_atim.tv_sec != 1'000'000'000;
+    }
+
+private:
+    QString m_link = folder.filePath(QStringLiteral("network"));
+};
+
+TEST_F(RecentsFarAway, AreNotVisitedAtTheStartNorWhenAnotherIsRemovedOrRemembered) {
+    const auto store = makeStore();
+    EXPECT_EQ(store->recents().size(), 3U);
+    EXPECT_FALSE(isVisited());
+    store->removeRecent(store->recents().back());
+    touch(QStringLiteral("near.quillabrae"));
+    store->rememberRecent(file(QStringLiteral("near.quillabrae")));
+    EXPECT_EQ(store->recents().size(), 3U);
+    EXPECT_FALSE(isVisited());
+    store->rememberRecent(store->recents().back().url);
+    EXPECT_TRUE(isVisited());
 }
 
 TEST_F(Recents, AnUnreadableListIsAnEmptyOne) {

@@ -12,7 +12,9 @@
 #include "platform/NetworkHttpClient.h"
 #include "platform/ProgramInstance.h"
 #include "platform/SettingsPreferences.h"
+#include "platform/XdgRecentDocuments.h"
 #include "shell/app/AppDelegate.h"
+#include "shell/app/DesktopRecents.h"
 #include "shell/app/DesktopWindows.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/dialogs/DesktopDialogs.h"
@@ -39,6 +41,9 @@ struct AppModel::Graph {
                  platform::makeThreadedLatestWork, platform::takeFileLock,
                  store::GenerativeFillServices{keychain, imageEdit}},
                 store::Persistence::on),
+          recentDocuments(platform::XdgRecentDocuments::standardFile(),
+                          platform::XdgRecentDocuments::standardMissing()),
+          recents(store, recentDocuments),
           factory(store),
           windows({store, preferences, factory, dialogs}),
           delegate(store, windows,
@@ -79,6 +84,8 @@ struct AppModel::Graph {
     DesktopProjectPanels panels;
     DesktopWorkRunner work;
     store::ProjectStore store;
+    platform::XdgRecentDocuments recentDocuments;
+    DesktopRecents recents;
     DesktopDialogs dialogs;
     DesktopWindows factory;
     WindowCoordinator windows;

@@ -15,6 +15,8 @@ bool isFailure(const QString& status) {
 }
 
 QString shortFolder(const QUrl& file) {
+    if (!file.isLocalFile())
+        return file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash).toDisplayString();
     const QString folder = QFileInfo(file.toLocalFile()).absolutePath();
     const QString home = QDir::homePath();
     if (folder == home) return QStringLiteral("~");

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/RecentDocuments.h"
+
+#include <QString>
+#include <QThreadPool>
+
+#include <functional>
+#include <optional>
+
+namespace quillabrae::platform {
+
+/// Whether this user lets programs note which files were used, as far as GTK's, GNOME's and KDE's
+/// settings say. May wait for another program for a moment.
+bool desktopNotesRecentFiles();
+
+/// The list of a freedesktop desktop, RecentlyUsedList.h. It is changed on a thread of its own, one
+/// change after the other; destruction waits for them. A list that is no file, that this user may
+/// not write, or that is not in order is left as it is.
+class XdgRecentDocuments final : public RecentDocuments {
+public:
+    /// What is to become of a list that is not there.
+    enum class Missing { made, leftOut };
+
+    /// Changes `file`, while `isWanted`, which is asked on that thread.
+    XdgRecentDocuments(QString file, Missing missing,
+                       std::function<bool()> isWanted = desktopNotesRecentFiles);
+
+    /// The user's list; a desktop that runs has one or is about to have it.
+    static QString standardFile();
+    static Missing standardMissing();
+
+    void add(const QUrl& project) override;
+    void remove(const QUrl& project) override;
+    /// Waits until all changes are in the file.
+    void finish();
+
+private:
+    using Change = std::function<std::optional<QByteArray>(const QByteArray& list)>;
+
+    void change(Change change);
+    void changeNow(const Change& change) const;
+
+    QString m_file;
+    Missing m_missing;
+    std::function<bool()> m_isWanted;
+    QThreadPool m_thread;
+};
+
+} // namespace quillabrae::platform
