@@ -19,6 +19,9 @@ using Bytes = std::span<const std::uint8_t>;
 constexpr std::int64_t maximumSide = 32768;
 constexpr std::int64_t maximumPixels = 300'000'000;
 
+/// What reading may take beside the pixels, in bytes.
+constexpr std::int64_t memoryToRead = std::int64_t{2} << 30U;
+
 /// Something is not as the codec needs it. The text is for people who look for a fault.
 class CodecError : public std::runtime_error {
 public:
@@ -45,12 +48,16 @@ struct OpaquePicture {
 /// Takes the next bytes of a file that is being written.
 using ByteOutput = std::function<void(Bytes)>;
 
+/// Is told how much of the work is done, 0 to 1.
+using Progress = std::function<void(double fraction)>;
+
 /// `quality` is 0 to 100. They throw CodecError.
 void writeHeic(const OpaquePicture& picture, int quality, const ByteOutput& output);
-void writeWebP(const OpaquePicture& picture, int quality, const ByteOutput& output);
+void writeWebP(const OpaquePicture& picture, int quality, const ByteOutput& output,
+               const Progress& progress);
 void writeJpeg2000(const OpaquePicture& picture, int quality, const ByteOutput& output);
 /// With a palette of 256 colours, dithered where the picture has more.
-void writeGif(const OpaquePicture& picture, const ByteOutput& output);
+void writeGif(const OpaquePicture& picture, const ByteOutput& output, const Progress& progress);
 
 enum class Alpha : std::uint32_t { none, straight, premultiplied };
 
@@ -77,7 +84,8 @@ public:
 };
 
 /// The primary picture of an HEIF file (HEIC, AVIF), and a JPEG 2000 file or codestream. They throw
-/// CodecError, and LimitError before there is memory for a picture beyond the limits.
+/// CodecError, and LimitError before there is memory for a picture beyond the limits, and leave the
+/// process memory for no larger picture than the file says that it has.
 void readHeif(Bytes file, PictureOutput& output);
 void readJpeg2000(Bytes file, PictureOutput& output);
 

@@ -28,11 +28,14 @@ void checkGif(int result) {
 
 } // namespace
 
-void writeGif(const OpaquePicture& picture, const ByteOutput& output) {
+void writeGif(const OpaquePicture& picture, const ByteOutput& output, const Progress& progress) {
+    // Finding colours takes most of the time.
+    constexpr double partOfColors = 0.9;
     constexpr int longestSide = 65535;
     if (picture.width > longestSide || picture.height > longestSide)
         throw CodecError("a side is longer than the format allows");
-    const IndexedPicture indexed = indexedPicture(picture);
+    const IndexedPicture indexed =
+        indexedPicture(picture, [&](double fraction) { progress(partOfColors * fraction); });
     const std::unique_ptr<ColorMapObject, MapReleaser> map(GifMakeMapObject(paletteSize, nullptr));
 
     int error = 0;
@@ -49,6 +52,7 @@ void writeGif(const OpaquePicture& picture, const ByteOutput& output) {
         const auto* from = indexed.row(y);
         std::copy_n(from, row.size(), row.data());
         checkGif(EGifPutLine(file, row.data(), picture.width));
+        progress(partOfColors + (1.0 - partOfColors) * (y + 1) / picture.height);
     }
     checkGif(EGifCloseFile(file, &error));
 }

@@ -110,6 +110,7 @@ void readHeif(Bytes file, PictureOutput& output) {
     const std::int64_t width = heif_image_handle_get_width(handle.get());
     const std::int64_t height = heif_image_handle_get_height(handle.get());
     checkSize(width, height);
+    limitMemory(memoryToRead, width * height);
 
     heif_image* decoded = nullptr;
     check(heif_decode_image(handle.get(), &decoded, heif_colorspace_RGB,

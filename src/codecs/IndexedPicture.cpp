@@ -203,7 +203,7 @@ public:
         m_indexed.pixels.resize(picture.pixels.size() / 4);
     }
 
-    IndexedPicture run() {
+    IndexedPicture run(const Progress& progress) {
         NearestColor nearest(m_indexed.palette);
         for (int y = 0; y < m_picture.height; ++y) {
             const int step = y % 2 == 0 ? 1 : -1;
@@ -211,6 +211,7 @@ public:
                 placePixel(nearest, step > 0 ? i : m_picture.width - 1 - i, y, step);
             m_here.swap(m_below);
             std::ranges::fill(m_below, std::array<int, 3>{});
+            progress((y + 1.0) / m_picture.height);
         }
         return std::move(m_indexed);
     }
@@ -248,9 +249,9 @@ private:
 
 } // namespace
 
-IndexedPicture indexedPicture(const OpaquePicture& picture) {
+IndexedPicture indexedPicture(const OpaquePicture& picture, const Progress& progress) {
     std::optional<IndexedPicture> exact = withItsOwnColors(picture);
-    return exact ? *std::move(exact) : Ditherer(picture).run();
+    return exact ? *std::move(exact) : Ditherer(picture).run(progress);
 }
 
 } // namespace quillabrae::codecs

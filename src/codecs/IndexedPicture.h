@@ -28,6 +28,6 @@ struct IndexedPicture {
 
 /// With the picture's own colours where it has no more than a palette holds; otherwise with colours
 /// that stand for them, dithered. Throws CodecError.
-IndexedPicture indexedPicture(const OpaquePicture& picture);
+IndexedPicture indexedPicture(const OpaquePicture& picture, const Progress& progress);
 
 } // namespace quillabrae::codecs

@@ -5,7 +5,8 @@
 
 /// How the editor and `quillabrae-codec` understand each other. The program is started with a verb
 /// and its numbers as arguments; its input is a file open as descriptor 3, its output one open as
-/// descriptor 4. It ends with status 0, or the output is worth nothing.
+/// descriptor 4. It ends with status 0, or the output is worth nothing. To a file open as
+/// descriptor 5 it writes a byte for each hundredth of the work that is done, where it can tell.
 ///
 /// | verb | input | output |
 /// |---|---|---|
@@ -20,6 +21,7 @@ namespace quillabrae::codecs {
 
 constexpr int inputDescriptor = 3;
 constexpr int outputDescriptor = 4;
+constexpr int progressDescriptor = 5;
 
 struct PictureRecord {
     std::int32_t width;

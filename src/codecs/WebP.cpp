@@ -28,9 +28,16 @@ int writeTo(const std::uint8_t* data, std::size_t size, const WebPPicture* pictu
     return 1;
 }
 
+int tellProgress(int percent, const WebPPicture* picture) {
+    constexpr double whole = 100.0;
+    (*static_cast<const Progress*>(picture->user_data))(percent / whole);
+    return 1;
+}
+
 } // namespace
 
-void writeWebP(const OpaquePicture& picture, int quality, const ByteOutput& output) {
+void writeWebP(const OpaquePicture& picture, int quality, const ByteOutput& output,
+               const Progress& progress) {
     if (picture.width > WEBP_MAX_DIMENSION || picture.height > WEBP_MAX_DIMENSION)
         throw CodecError("a side is longer than the format allows");
     WebPConfig config;
@@ -44,6 +51,8 @@ void writeWebP(const OpaquePicture& picture, int quality, const ByteOutput& outp
         throw CodecError("no memory");
     image->writer = writeTo;
     image->custom_ptr = const_cast<ByteOutput*>(&output);
+    image->progress_hook = tellProgress;
+    image->user_data = const_cast<Progress*>(&progress);
     if (WebPEncode(&config, image.get()) == 0)
         throw CodecError("encoding failed: " + std::to_string(image->error_code));
 }

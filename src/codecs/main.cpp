@@ -46,6 +46,23 @@ ByteOutput output() {
     return [](Bytes bytes) { writeBytes(bytes); };
 }
 
+class TellProgress {
+public:
+    void operator()(double fraction) {
+        constexpr int whole = 100;
+        constexpr std::array<char, whole> bytes{};
+        const int due = std::clamp(static_cast<int>(fraction * whole), m_told, whole);
+        // Nobody has to listen.
+        if (due > m_told)
+            m_told += static_cast<int>(std::max(
+                ::write(progressDescriptor, bytes.data(), static_cast<std::size_t>(due - m_told)),
+                ssize_t{0}));
+    }
+
+private:
+    int m_told = 0;
+};
+
 class MappedPicture final : public PictureOutput {
 public:
     std::span<std::uint8_t> begin(const PictureHeader& header) override {
@@ -80,9 +97,8 @@ OpaquePicture pictureOf(const Numbers& numbers) {
 
 template <void (*read)(Bytes, PictureOutput&)>
 void readPicture(const Numbers&) {
-    // What decoding takes beyond the pixels; the size is not known yet.
-    constexpr std::int64_t workingMemory = std::int64_t{2} << 30U;
-    limitMemory(workingMemory, maximumPixels);
+    // The size is not known yet.
+    limitMemory(memoryToRead, 0);
     MappedPicture picture;
     try {
         read(input(), picture);
@@ -96,8 +112,12 @@ void writePicture(const Numbers& numbers) {
     write(pictureOf(numbers), numbers[2], output());
 }
 
+void writeWebPPicture(const Numbers& numbers) {
+    writeWebP(pictureOf(numbers), numbers[2], output(), TellProgress());
+}
+
 void writeGifPicture(const Numbers& numbers) {
-    writeGif(pictureOf(numbers), output());
+    writeGif(pictureOf(numbers), output(), TellProgress());
 }
 
 void tellSvgSize(const Numbers&) {
@@ -120,7 +140,7 @@ struct Verb {
 
 constexpr Verb verbs[] = {
     {"write-heic", 3, writePicture<writeHeic>},
-    {"write-webp", 3, writePicture<writeWebP>},
+    {"write-webp", 3, writeWebPPicture},
     {"write-jpeg2000", 3, writePicture<writeJpeg2000>},
     {"write-gif", 2, writeGifPicture},
     {"read-heif", 0, readPicture<readHeif>},

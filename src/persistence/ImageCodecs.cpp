@@ -12,6 +12,7 @@
 #include <array>
 #include <chrono>
 #include <cstring>
+#include <functional>
 
 namespace quillabrae::persistence::ImageCodecs {
 namespace {
@@ -24,13 +25,12 @@ using platform::WorkControl;
 /// Enough for the largest picture on a slow machine.
 constexpr auto timeToWrite = 30min;
 constexpr auto timeToRead = 120s;
-/// A drawing that takes longer was made to.
-constexpr auto timeToDraw = 20s;
 
 bool run(const QStringList& arguments, const SharedMemory& input, const SharedMemory& output,
-         std::chrono::milliseconds time, const WorkControl& control) {
+         std::chrono::milliseconds time, const WorkControl& control,
+         const std::function<void(double)>& tellProgress = {}) {
     const QString program = platform::helperProgram(QStringLiteral("quillabrae-codec"));
-    return platform::runHelper(program, arguments, input, output, time, control) ==
+    return platform::runHelper(program, arguments, input, output, time, control, tellProgress) ==
            HelperEnd::succeeded;
 }
 
@@ -103,14 +103,16 @@ bool areAvailable() {
 }
 
 bool write(const raster::RasterImage& picture, Encoding encoding, int quality,
-           platform::DurableFile& file, const WorkControl& control) {
+           platform::DurableFile& file, WorkControl& control) {
     const Writer& writer = writers.at(static_cast<std::size_t>(encoding));
     QStringList arguments{QString::fromLatin1(writer.verb), QString::number(picture.width()),
                           QString::number(picture.height())};
     if (writer.hasQuality) arguments << QString::number(quality);
     SharedMemory input;
     SharedMemory output;
-    if (!input.write(picture.bytes()) || !run(arguments, input, output, timeToWrite, control))
+    const auto tellProgress = [&control](double fraction) { control.setFraction(fraction); };
+    if (!input.write(picture.bytes()) ||
+        !run(arguments, input, output, timeToWrite, control, tellProgress))
         return false;
     const Bytes written = output.bytes();
     if (written.empty()) return false;
@@ -139,12 +141,13 @@ std::optional<QSizeF> sizeOfSvg(Bytes file, const WorkControl& control) {
     return QSizeF(size.width, size.height);
 }
 
-std::optional<raster::RasterImage> drawSvg(Bytes file, QSize size, const WorkControl& control) {
+std::optional<raster::RasterImage> drawSvg(Bytes file, QSize size, const WorkControl& control,
+                                           std::chrono::milliseconds time) {
     if (!raster::isDecodableSize(size.width(), size.height())) return std::nullopt;
     const QStringList arguments{QStringLiteral("draw-svg"), QString::number(size.width()),
                                 QString::number(size.height())};
     SharedMemory output;
-    if (!runOver(file, arguments, output, timeToDraw, control)) return std::nullopt;
+    if (!runOver(file, arguments, output, time, control)) return std::nullopt;
     return pictureIn(output.bytes());
 }
 

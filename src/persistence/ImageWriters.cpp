@@ -63,7 +63,7 @@ void writeThroughQt(const raster::RasterImage& picture, platform::DurableFile& f
 }
 
 void writeThroughCodec(const raster::RasterImage& picture, platform::DurableFile& file,
-                       const WorkControl& control, Encoding encoding) {
+                       WorkControl& control, Encoding encoding) {
     if (!ImageCodecs::write(picture, encoding, lossyQuality, file, control)) failToEncode();
 }
 
@@ -75,32 +75,32 @@ model::PngBytes encodedPng(const raster::RasterImage& picture) {
 
 } // namespace
 
-void writePng(const raster::RasterImage& picture, platform::DurableFile& file, const WorkControl&) {
+void writePng(const raster::RasterImage& picture, platform::DurableFile& file, WorkControl&) {
     file.write(encodedPng(picture).toByteArray());
 }
 
 void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
-               const WorkControl& control) {
+               WorkControl& control) {
     writeThroughQt(picture, file, control, {"jpeg", lossyQuality});
 }
 
 void writeHeic(const raster::RasterImage& picture, platform::DurableFile& file,
-               const WorkControl& control) {
+               WorkControl& control) {
     writeThroughCodec(picture, file, control, Encoding::heic);
 }
 
 void writeGif(const raster::RasterImage& picture, platform::DurableFile& file,
-              const WorkControl& control) {
+              WorkControl& control) {
     writeThroughCodec(picture, file, control, Encoding::gif);
 }
 
 void writeJpeg2000(const raster::RasterImage& picture, platform::DurableFile& file,
-                   const WorkControl& control) {
+                   WorkControl& control) {
     writeThroughCodec(picture, file, control, Encoding::jpeg2000);
 }
 
 void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
-               const WorkControl& control) {
+               WorkControl& control) {
     if (ImageCodecs::areAvailable())
         writeThroughCodec(picture, file, control, Encoding::webp);
     else
@@ -108,16 +108,16 @@ void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
 }
 
 void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file,
-               const WorkControl& control) {
+               WorkControl& control) {
     writeThroughQt(picture, file, control, {"tiff"});
 }
 
 void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
-              const WorkControl& control) {
+              WorkControl& control) {
     writeThroughQt(picture, file, control, {"bmp"});
 }
 
-void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file, const WorkControl&) {
+void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file, WorkControl&) {
     const model::PngBytes png = encodedPng(picture);
     const QByteArray width = QByteArray::number(picture.width());
     const QByteArray height = QByteArray::number(picture.height());

@@ -13,28 +13,28 @@
 namespace quillabrae::persistence {
 
 using ImageWriter = void (*)(const raster::RasterImage& picture, platform::DurableFile& file,
-                             const platform::WorkControl& control);
+                             platform::WorkControl& control);
 
 void writePng(const raster::RasterImage& picture, platform::DurableFile& file,
-              const platform::WorkControl& control);
+              platform::WorkControl& control);
 void writeJpeg(const raster::RasterImage& picture, platform::DurableFile& file,
-               const platform::WorkControl& control);
+               platform::WorkControl& control);
 /// Through our codec program where it is installed, else through the program `cwebp`.
 void writeWebP(const raster::RasterImage& picture, platform::DurableFile& file,
-               const platform::WorkControl& control);
+               platform::WorkControl& control);
 void writeHeic(const raster::RasterImage& picture, platform::DurableFile& file,
-               const platform::WorkControl& control);
+               platform::WorkControl& control);
 void writeGif(const raster::RasterImage& picture, platform::DurableFile& file,
-              const platform::WorkControl& control);
+              platform::WorkControl& control);
 void writeJpeg2000(const raster::RasterImage& picture, platform::DurableFile& file,
-                   const platform::WorkControl& control);
+                   platform::WorkControl& control);
 void writeTiff(const raster::RasterImage& picture, platform::DurableFile& file,
-               const platform::WorkControl& control);
+               platform::WorkControl& control);
 void writeBmp(const raster::RasterImage& picture, platform::DurableFile& file,
-              const platform::WorkControl& control);
+              platform::WorkControl& control);
 /// One embedded picture, not a drawing of vectors.
 void writeSvg(const raster::RasterImage& picture, platform::DurableFile& file,
-              const platform::WorkControl& control);
+              platform::WorkControl& control);
 
 /// The first of the known places that holds a `cwebp` that can be run; empty when none does.
 QString webPEncoder();

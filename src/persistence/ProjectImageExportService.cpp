@@ -45,7 +45,7 @@ void fillWithWhite(raster::RasterImage& image) {
 }
 
 void saveImage(const model::PaintProject& project, const QString& path, const Row& row,
-               platform::FileOperations& operations, const WorkControl& control) {
+               platform::FileOperations& operations, WorkControl& control) {
     const raster::RasterImage picture = render(project, row.background, control);
     if (picture.isNull()) throw FileError(QStringLiteral("The image could not be encoded."));
     writeFileAtomically(operations, path, [&](platform::DurableFile& file) {
@@ -74,7 +74,7 @@ raster::RasterImage render(const model::PaintProject& project, Background backgr
 }
 
 void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
-          platform::FileOperations& operations, const WorkControl& control) {
+          platform::FileOperations& operations, WorkControl& control) {
     if (format == SaveFormat::project) {
         platform::NoFileIcons icons;
         ProjectFileService::save(project, url, platform::SystemClock(), icons, operations, control);
@@ -92,6 +92,12 @@ void save(const model::PaintProject& project, const QUrl& url, SaveFormat format
     } catch (const std::bad_alloc&) {
         throw FileError::notWritten(path, QStringLiteral("There is not enough memory"));
     }
+}
+
+void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
+          platform::FileOperations& operations) {
+    WorkControl control;
+    save(project, url, format, operations, control);
 }
 
 } // namespace quillabrae::persistence::ProjectImageExportService

@@ -20,10 +20,13 @@ enum class Background { transparent, white };
 raster::RasterImage render(const model::PaintProject& project, Background background,
                            const platform::WorkControl& control = {});
 
-/// Writes the flat picture in an image format, whole or not at all. Throws FileError, and
-/// platform::WorkCancelled when `control` was told so.
+/// Writes the flat picture in an image format, whole or not at all. `control` is told how much is
+/// done, where the format's encoder tells. Throws FileError, and platform::WorkCancelled when
+/// `control` was told so.
 void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
-          platform::FileOperations& operations = platform::systemFileOperations(),
-          const platform::WorkControl& control = {});
+          platform::FileOperations& operations, platform::WorkControl& control);
+/// The same where nobody waits.
+void save(const model::PaintProject& project, const QUrl& url, SaveFormat format,
+          platform::FileOperations& operations = platform::systemFileOperations());
 
 } // namespace quillabrae::persistence::ProjectImageExportService

@@ -71,7 +71,8 @@ void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableF
     const TemporaryFile input(temporaryFolder, QLatin1StringView(".png"));
     const TemporaryFile output(temporaryFolder, QLatin1StringView(".webp"));
     const auto png = platform::systemFileOperations().createFile(input.path());
-    writePng(picture, *png, control);
+    platform::WorkControl ofPng;
+    writePng(picture, *png, ofPng);
     png->finish();
     runEncoder(encoder, input.path(), output.path(), control);
     QFile encoded(output.path());

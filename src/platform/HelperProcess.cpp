@@ -18,8 +18,10 @@ extern "C" {
 #include <sys/pidfd.h>
 }
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -31,6 +33,7 @@ using std::chrono::steady_clock;
 
 constexpr int inputInHelper = 3;
 constexpr int outputInHelper = 4;
+constexpr int progressInHelper = 5;
 /// Above those, so that none is overwritten while they are laid out.
 constexpr int firstOfOurs = 10;
 constexpr auto lookEvery = 20ms;
@@ -56,8 +59,15 @@ private:
     posix_spawn_file_actions_t m_actions{};
 };
 
+/// What a helper has open.
+struct Files {
+    int input;
+    int output;
+    int progress;
+};
+
 /// The new process, or -1.
-pid_t start(const QString& program, const QStringList& arguments, int input, int output) {
+pid_t start(const QString& program, const QStringList& arguments, const Files& files) {
     std::vector<QByteArray> words{QFile::encodeName(program)};
     for (const QString& argument : arguments) words.push_back(argument.toLocal8Bit());
     std::vector<char*> pointers;
@@ -67,13 +77,22 @@ pid_t start(const QString& program, const QStringList& arguments, int input, int
     FileActions actions;
     ::posix_spawn_file_actions_addopen(actions.get(), STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_addopen(actions.get(), STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    ::posix_spawn_file_actions_adddup2(actions.get(), input, inputInHelper);
-    ::posix_spawn_file_actions_adddup2(actions.get(), output, outputInHelper);
-    ::posix_spawn_file_actions_addclosefrom_np(actions.get(), outputInHelper + 1);
+    ::posix_spawn_file_actions_adddup2(actions.get(), files.input, inputInHelper);
+    ::posix_spawn_file_actions_adddup2(actions.get(), files.output, outputInHelper);
+    ::posix_spawn_file_actions_adddup2(actions.get(), files.progress, progressInHelper);
+    ::posix_spawn_file_actions_addclosefrom_np(actions.get(), progressInHelper + 1);
     pid_t process = -1;
     const int error =
         ::posix_spawn(&process, pointers.front(), actions.get(), nullptr, pointers.data(), environ);
     return error == 0 ? process : -1;
+}
+
+/// How much a helper says to have done; nothing while it says nothing.
+std::optional<double> fractionIn(int progress) {
+    constexpr double whole = 100.0;
+    struct stat facts {};
+    if (::fstat(progress, &facts) != 0 || facts.st_size <= 0) return std::nullopt;
+    return std::min(static_cast<double>(facts.st_size) / whole, 1.0);
 }
 
 /// A process of ours that has not been waited for.
@@ -151,16 +170,20 @@ QString helperProgram(const QString& name) {
 
 HelperEnd runHelper(const QString& program, const QStringList& arguments, const SharedMemory& input,
                     const SharedMemory& output, std::chrono::milliseconds time,
-                    const WorkControl& control) {
-    if (program.isEmpty() || input.descriptor() < 0 || output.descriptor() < 0)
+                    const WorkControl& control, const std::function<void(double)>& tellProgress) {
+    const SharedMemory progress;
+    const Files files{input.descriptor(), output.descriptor(), progress.descriptor()};
+    if (program.isEmpty() || files.input < 0 || files.output < 0 || files.progress < 0)
         return HelperEnd::couldNotStart;
     control.stopIfCancelled();
     const auto deadline = steady_clock::now() + time;
-    const pid_t process = start(program, arguments, input.descriptor(), output.descriptor());
+    const pid_t process = start(program, arguments, files);
     if (process < 0) return HelperEnd::couldNotStart;
     Helper helper(process);
     while (!helper.hasEndedWithin(lookEvery)) {
         control.stopIfCancelled();
+        const auto fraction = fractionIn(files.progress);
+        if (fraction && tellProgress) tellProgress(*fraction);
         if (steady_clock::now() >= deadline) return HelperEnd::ranOutOfTime;
     }
     control.stopIfCancelled();

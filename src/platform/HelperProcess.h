@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <span>
 
 namespace quillabrae::platform {
@@ -45,11 +46,13 @@ enum class HelperEnd {
     couldNotStart
 };
 
-/// Runs a program with `input` as descriptor 3 and `output` as descriptor 4, and no others, and
-/// waits for its end; it is killed when `time` is over. Throws WorkCancelled when `control` was
-/// told so, after killing it. Safe on any thread.
+/// Runs a program with `input` as descriptor 3 and `output` as descriptor 4, and waits for its end;
+/// it is killed when `time` is over. It may write a byte to descriptor 5 for each hundredth of its
+/// work that is done, which `tellProgress` is called with as a fraction; it has no other files
+/// open. Throws WorkCancelled when `control` was told so, after killing it. Safe on any thread.
 HelperEnd runHelper(const QString& program, const QStringList& arguments, const SharedMemory& input,
                     const SharedMemory& output, std::chrono::milliseconds time,
-                    const WorkControl& control);
+                    const WorkControl& control,
+                    const std::function<void(double)>& tellProgress = {});
 
 } // namespace quillabrae::platform

@@ -89,7 +89,7 @@ bool ProjectStore::confirmFlattening(const model::PaintProject& project, SaveFor
 
 void ProjectStore::write(const model::PaintProject& project, const SaveDestination& destination) {
     const QString title = QStringLiteral("Saving “%1”").arg(destination.url.fileName());
-    m_environment.work.run(title, [&](const platform::WorkControl& control) {
+    m_environment.work.run(title, [&](platform::WorkControl& control) {
         platform::FileOperations& operations = platform::systemFileOperations();
         if (destination.format == SaveFormat::project)
             persistence::ProjectFileService::save(project, destination.url, m_environment.clock,

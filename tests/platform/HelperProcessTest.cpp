@@ -41,7 +41,23 @@ TEST(HelperProcess, HasNoOtherFilesOpenThanItsOwn) {
     const SharedMemory input;
     SharedMemory output;
     EXPECT_EQ(runScript("ls /proc/$$/fd | tr '\\n' ' ' >&4", input, output), HelperEnd::succeeded);
-    EXPECT_EQ(textIn(output).substr(0, 10), "0 1 2 3 4 ");
+    EXPECT_EQ(textIn(output).substr(0, 12), "0 1 2 3 4 5 ");
+}
+
+TEST(HelperProcess, TellsHowFarItIs) {
+    const SharedMemory input;
+    const SharedMemory output;
+    WorkControl control;
+    EXPECT_THROW(
+        runHelper(QStringLiteral("/bin/sh"),
+                  {QStringLiteral("-c"), QStringLiteral("printf 12345 >&5; exec sleep 60")}, input,
+                  output, 1min, control,
+                  [&](double fraction) {
+                      control.setFraction(fraction);
+                      control.cancel();
+                  }),
+        WorkCancelled);
+    EXPECT_EQ(control.fraction(), 0.05);
 }
 
 TEST(HelperProcess, TellsHowItEnded) {
