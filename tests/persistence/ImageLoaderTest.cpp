@@ -2,14 +2,18 @@
 #include "persistence/ImageLoader.h"
 #include "persistence/ProjectImageExportService.h"
 #include "persistence/SampleProjects.h"
+#include "support/PeakMemory.h"
 
+#include <QColorSpace>
 #include <QFile>
+#include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cstdlib>
 
 namespace quillabrae::persistence {
@@ -123,6 +127,185 @@ TEST_F(ImageLoading, WhatIsBrokenIsNotCalledTooLarge) {
     auto refusal = raster::ImageRefusal::beyondLimits;
     EXPECT_FALSE(loadImageFile(path("absent.heic"), {}, &refusal));
     EXPECT_EQ(refusal, raster::ImageRefusal::unreadable);
+}
+
+/// Red at the top left, blue at the top right, white below, as a HEIC that others made.
+class TurnedHeic : public ImageLoading {
+protected:
+    void SetUp() override {
+        QImage picture(64, 48, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        painter.fillRect(0, 0, 32, 24, Qt::red);
+        painter.fillRect(32, 0, 32, 24, Qt::blue);
+        painter.end();
+        ASSERT_TRUE(picture.save(path("picture.jpg"), "jpeg", 95));
+    }
+    QByteArray heic() const {
+        run("heif-enc", {QStringLiteral("-q"), QStringLiteral("95"), path("picture.jpg"),
+                         QStringLiteral("-o"), path("picture.heic")});
+        return contents(path("picture.heic"));
+    }
+    /// The file with another property in the place of the one that tells the depth of its pixels.
+    QByteArray heicWith(const char* property, char value) const {
+        QByteArray file = heic();
+        const qsizetype depth = file.indexOf("pixi");
+        EXPECT_GT(depth, 0);
+        file.replace(depth, 4, property, 4);
+        file[depth + 4] = value;
+        return file;
+    }
+    static void expectCorners(const std::optional<RasterImage>& image, QSize size,
+                              const std::array<QColor, 4>& corners) {
+        ASSERT_TRUE(image);
+        ASSERT_EQ(image->width(), size.width());
+        ASSERT_EQ(image->height(), size.height());
+        constexpr int inset = 8;
+        constexpr int tolerance = 6;
+        const int right = size.width() - inset;
+        const int bottom = size.height() - inset;
+        expectNear(*image, inset, inset, corners[0], tolerance);
+        expectNear(*image, right, inset, corners[1], tolerance);
+        expectNear(*image, inset, bottom, corners[2], tolerance);
+        expectNear(*image, right, bottom, corners[3], tolerance);
+    }
+
+    static constexpr QSize lying{64, 48};
+    static constexpr QSize standing{48, 64};
+    const QColor red = Qt::red;
+    const QColor blue = Qt::blue;
+    const QColor white = Qt::white;
+};
+
+TEST_F(TurnedHeic, IsTurnedAntiClockwiseByItsQuarters) {
+    expectCorners(loadImage(heicWith("irot", 0)), lying, {red, blue, white, white});
+    expectCorners(loadImage(heicWith("irot", 1)), standing, {blue, white, red, white});
+    expectCorners(loadImage(heicWith("irot", 2)), lying, {white, white, blue, red});
+    expectCorners(loadImage(heicWith("irot", 3)), standing, {white, red, white, blue});
+}
+
+TEST_F(TurnedHeic, IsMirroredUpsideDownOrSideways) {
+    expectCorners(loadImage(heicWith("imir", 0)), lying, {white, white, red, blue});
+    expectCorners(loadImage(heicWith("imir", 1)), lying, {blue, red, white, white});
+}
+
+/// The format says that the note of the camera only tells what the file's own properties do.
+TEST_F(TurnedHeic, IsNotTurnedAgainByWhatTheCameraNoted) {
+    run("exiftool", {QStringLiteral("-q"), QStringLiteral("-n"), QStringLiteral("-Orientation=6"),
+                     path("picture.jpg")});
+    expectCorners(loadImage(heic()), lying, {red, blue, white, white});
+    expectCorners(loadImage(heicWith("irot", 3)), standing, {white, red, white, blue});
+}
+
+TEST_F(ImageLoading, AHeicOfWiderColoursIsBroughtToSrgb) {
+    // The red of sRGB in the colours of Display P3.
+    QImage picture(64, 48, QImage::Format_RGB32);
+    picture.fill(QColor(234, 51, 35));
+    ASSERT_TRUE(picture.save(path("plain.png")));
+    run("heif-enc",
+        {QStringLiteral("-q"), QStringLiteral("98"), QStringLiteral("-p"),
+         QStringLiteral("chroma=444"), QStringLiteral("--colour_primaries"), QStringLiteral("12"),
+         QStringLiteral("--transfer_characteristic"), QStringLiteral("13"), path("plain.png"),
+         QStringLiteral("-o"), path("numbers.heic")});
+    picture.setColorSpace(QColorSpace::DisplayP3);
+    ASSERT_TRUE(picture.save(path("profile.jpg"), "jpeg", 100));
+    run("heif-enc", {QStringLiteral("-q"), QStringLiteral("98"), path("profile.jpg"),
+                     QStringLiteral("-o"), path("profile.heic")});
+    for (const char* name : {"numbers.heic", "profile.heic", "profile.jpg"}) {
+        const auto image = loadImageFile(path(name));
+        ASSERT_TRUE(image) << name;
+        SCOPED_TRACE(name);
+        expectNear(*image, 20, 20, Qt::red, 6);
+    }
+}
+
+TEST_F(ImageLoading, OfAnAnimationTheFirstFrameIsRead) {
+    QStringList frames;
+    for (const QColor& color : {QColor(Qt::red), QColor(Qt::green), QColor(Qt::blue)}) {
+        QImage frame(40, 30, QImage::Format_RGB32);
+        frame.fill(color);
+        frames << path(qPrintable(QStringLiteral("%1.png").arg(frames.size())));
+        ASSERT_TRUE(frame.save(frames.last()));
+    }
+    for (const char* name : {"moving.gif", "moving.webp", "pages.tiff"}) {
+        run("convert-im6.q16", QStringList{QStringLiteral("-delay"), QStringLiteral("10")} +
+                                   frames + QStringList{path(name)});
+        const auto image = loadImageFile(path(name));
+        ASSERT_TRUE(image) << name;
+        SCOPED_TRACE(name);
+        EXPECT_EQ(image->width(), 40);
+        expectNear(*image, 20, 15, Qt::red, 4);
+    }
+}
+
+TEST_F(ImageLoading, DeepPrintedAndIndexedPicturesAreRead) {
+    const QString red = QStringLiteral("xc:rgb(200,40,20)");
+    const QString size = QStringLiteral("40x30");
+    const struct {
+        const char* name;
+        QStringList options;
+        int tolerance;
+    } cases[] = {
+        {"deep.png", {QStringLiteral("-depth"), QStringLiteral("16")}, 0},
+        {"deep.tiff", {QStringLiteral("-depth"), QStringLiteral("16")}, 0},
+        {"deep.ppm", {QStringLiteral("-depth"), QStringLiteral("16")}, 0},
+        {"print.jpg",
+         {QStringLiteral("-colorspace"), QStringLiteral("CMYK"), QStringLiteral("-quality"),
+          QStringLiteral("100")},
+         4},
+        {"palette.png", {QStringLiteral("-type"), QStringLiteral("Palette")}, 0},
+        {"palette.gif", {QStringLiteral("-type"), QStringLiteral("Palette")}, 0},
+        {"palette.bmp", {QStringLiteral("-type"), QStringLiteral("Palette")}, 0},
+        {"palette.tiff", {QStringLiteral("-type"), QStringLiteral("Palette")}, 0},
+    };
+    for (const auto& entry : cases) {
+        run("convert-im6.q16", QStringList{QStringLiteral("-size"), size, red} + entry.options +
+                                   QStringList{path(entry.name)});
+        const auto image = loadImageFile(path(entry.name));
+        ASSERT_TRUE(image) << entry.name;
+        SCOPED_TRACE(entry.name);
+        EXPECT_EQ(image->width(), 40);
+        EXPECT_EQ(image->height(), 30);
+        expectNear(*image, 20, 15, QColor(200, 40, 20), entry.tolerance);
+    }
+}
+
+/// Bytes of a file so many after a mark, where it says how large its picture is.
+struct Patch {
+    QByteArray mark;
+    qsizetype offset = 0;
+    QByteArray bytes;
+};
+
+struct TooLarge {
+    SaveFormat format = SaveFormat::png;
+    std::vector<Patch> patches;
+};
+
+TEST_F(ImageLoading, PicturesBeyondTheLimitsAreRefusedBeforeThereIsMemoryForThem) {
+    const QByteArray large("\0\0\x75\x30\0\0\x75\x30", 8);
+    const TooLarge cases[] = {
+        {SaveFormat::png, {{"IHDR", 4, large}}},
+        {SaveFormat::jpeg,
+         {{QByteArray("\xff\xc0\0\x11\x08", 5), 5, QByteArray("\xfd\xe8\xfd\xe8")}}},
+        {SaveFormat::gif, {{"GIF8", 6, QByteArray("\xff\xfe\xff\xfe")}}},
+        {SaveFormat::bmp, {{"BM", 18, QByteArray("\x30\x75\0\0\x30\x75\0\0", 8)}}},
+        {SaveFormat::tiff,
+         {{QByteArray("\0\1\3\0\1\0\0\0", 8), 8, QByteArray("\x30\x75")},
+          {QByteArray("\1\1\3\0\1\0\0\0", 8), 8, QByteArray("\x30\x75")}}},
+    };
+    for (const auto& [format, patches] : cases) {
+        SCOPED_TRACE(rawText(format).toStdString());
+        QByteArray file = saved(format);
+        for (const Patch& patch : patches) {
+            const qsizetype mark = file.indexOf(patch.mark);
+            ASSERT_GE(mark, 0);
+            file.replace(mark + patch.offset, patch.bytes.size(), patch.bytes);
+        }
+        const tests::PeakMemory memory;
+        EXPECT_FALSE(loadImage(file));
+        EXPECT_LT(memory.growth(), qint64{64} << 20U);
+    }
 }
 
 TEST_F(ImageLoading, TornFilesAreRefusedOrBoundedInSize) {

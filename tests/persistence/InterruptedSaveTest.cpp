@@ -2,10 +2,10 @@
 // What stands at the target, and beside it, after saves that fail or are killed.
 #include "persistence/FaultyFileOperations.h"
 #include "persistence/FileError.h"
-#include "persistence/OrdinaryUser.h"
 #include "persistence/ProjectFileService.h"
 #include "persistence/SampleProjects.h"
 #include "platform/FileIcons.h"
+#include "support/OrdinaryUser.h"
 
 #include <QDir>
 #include <QFile>
@@ -214,7 +214,7 @@ TEST_F(InterruptedSave, AReadOnlyFolderIsToldAndKeepsItsPackage) {
     const QByteArray path = QFile::encodeName(folder.path());
     ASSERT_EQ(::chmod(path.constData(), 0555), 0);
     {
-        const OrdinaryUser user;
+        const tests::OrdinaryUser user;
         EXPECT_THAT(saveError(), HasSubstr("Permission denied"));
     }
     ASSERT_EQ(::chmod(path.constData(), 0755), 0);

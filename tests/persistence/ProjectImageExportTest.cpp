@@ -299,6 +299,16 @@ TEST_F(WebPEncoding, TheOutsideEncoderIsGivenAPngAndItsOutputIsTheFile) {
     EXPECT_TRUE(temporaryFiles().isEmpty());
 }
 
+TEST_F(WebPEncoding, TheRealEncoderMakesTheFile) {
+    ASSERT_FALSE(webPEncoder().isEmpty());
+    EXPECT_EQ(encode(webPEncoder()), "no error");
+    outputOf(QStringLiteral("webpinfo"), {output});
+    const QImage image(output, "webp");
+    ASSERT_EQ(image.size(), QSize(8, 6));
+    expectNear(image.pixelColor(1, 3), Qt::red, 8);
+    EXPECT_TRUE(temporaryFiles().isEmpty());
+}
+
 TEST_F(WebPEncoding, AnEncoderThatFailsIsToldAndLeavesNoTemporaryFile) {
     setExitCode(3);
     EXPECT_EQ(encode(encoder), "The image could not be encoded.");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/FaultyFileOperations.h"
 #include "persistence/FileSink.h"
-#include "persistence/OrdinaryUser.h"
 #include "persistence/Staging.h"
+#include "support/OrdinaryUser.h"
 
 #include <QDir>
 #include <QFile>
@@ -213,7 +213,7 @@ TEST_F(Saving, AProtectedFileStaysAsItIs) {
     ASSERT_EQ(::chmod(QFile::encodeName(target).constData(), 0444), 0);
     ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
     {
-        const OrdinaryUser user;
+        const tests::OrdinaryUser user;
         EXPECT_THROW(save("new"), FileOperationError);
     }
     EXPECT_EQ(contents(target), QByteArray("old"));

@@ -6,7 +6,7 @@
 
 #include <cstdlib>
 
-namespace quillabrae::persistence {
+namespace quillabrae::tests {
 
 /// While alive, files are seen with the eyes of a user who is not root.
 class OrdinaryUser {
@@ -26,4 +26,4 @@ private:
     bool m_isRoot = ::geteuid() == 0;
 };
 
-} // namespace quillabrae::persistence
+} // namespace quillabrae::tests
