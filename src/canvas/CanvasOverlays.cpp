@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace quillabrae::canvas {
 namespace {
@@ -53,6 +54,7 @@ void CanvasOverlays::prepare(const CanvasFrame& frame, const OverlayState& state
     if (!state.selection) {
         m_key.reset();
         m_ants.reset();
+        m_painted = {};
         return;
     }
     m_selectionRect = shown(rectOf(*state.selection), frame);
@@ -64,9 +66,12 @@ void CanvasOverlays::prepare(const CanvasFrame& frame, const OverlayState& state
 void CanvasOverlays::layOutAnts(const AntsKey& key) {
     m_key = key;
     const QSizeF size = key.viewportSize * key.devicePixelRatio;
-    m_ants.emplace(QSize(static_cast<int>(std::ceil(size.width())),
-                         static_cast<int>(std::ceil(size.height()))),
-                   key.devicePixelRatio);
+    const QSize pixels(static_cast<int>(std::ceil(size.width())),
+                       static_cast<int>(std::ceil(size.height())));
+    if (m_ants)
+        m_ants->restart(pixels, key.devicePixelRatio);
+    else
+        m_ants.emplace(pixels, key.devicePixelRatio);
     const QRectF rect = scaledRect(m_selectionRect, key.devicePixelRatio);
     if (!key.selection.maskPNGData) return addRectSegments(rect);
     const SelectionMaskOutlinePlan& plan = m_outlines.outline(*key.selection.maskPNGData);
@@ -84,10 +89,18 @@ void CanvasOverlays::addRectSegments(const QRectF& rect) {
 }
 
 void CanvasOverlays::addMaskSegments(const SelectionMaskOutlinePlan& plan, const QRectF& rect) {
-    const double scaleX = rect.width() / plan.width;
-    const double scaleY = rect.height() / plan.height;
+    // Where each border between two columns, or rows, of the mask shows.
+    const auto borders = [](int count, double start, double length) {
+        std::vector<double> places(static_cast<std::size_t>(count) + 1);
+        const double scale = length / count;
+        for (std::size_t i = 0; i < places.size(); ++i)
+            places[i] = std::round(start + static_cast<double>(i) * scale);
+        return places;
+    };
+    const std::vector<double> columns = borders(plan.width, rect.left(), rect.width());
+    const std::vector<double> rows = borders(plan.height, rect.top(), rect.height());
     const auto at = [&](int x, int y) {
-        return QPointF(std::round(rect.left() + x * scaleX), std::round(rect.top() + y * scaleY));
+        return QPointF(columns[static_cast<std::size_t>(x)], rows[static_cast<std::size_t>(y)]);
     };
     for (const SelectionMaskOutlineSegment& segment : plan.segments)
         m_ants->addSegment(at(segment.startX, segment.startY), at(segment.endX, segment.endY));
@@ -99,11 +112,7 @@ QRectF CanvasOverlays::handleRect(QPointF center) const {
 }
 
 QRegion CanvasOverlays::antsRegion() const {
-    if (!m_ants) return {};
-    QRegion region;
-    for (const QRect& rect : m_ants->region())
-        region += aligned(scaledRect(QRectF(rect), 1.0 / m_devicePixelRatio));
-    return region;
+    return m_ants ? m_ants->region() : QRegion();
 }
 
 QRegion CanvasOverlays::region() const {
@@ -123,17 +132,15 @@ QRegion CanvasOverlays::region() const {
 
 void CanvasOverlays::paintAnts(QPainter& painter, const QImage& base, const QRegion& exposed,
                                int phase, const QColor& accent) {
+    QRegion device;
+    for (const QRect& rect : exposed)
+        device += aligned(scaledRect(QRectF(rect), m_devicePixelRatio)) & base.rect();
+    if (m_painted.size() != base.size()) m_painted = QImage(base.size(), QImage::Format_RGB32);
+    m_ants->paint(m_painted, base, device, phase, accent);
     painter.save();
-    // Device pixels one to one: a strip is copied, not scaled.
+    // Device pixels one to one: they are copied, not scaled.
     painter.scale(1.0 / m_devicePixelRatio, 1.0 / m_devicePixelRatio);
-    for (const QRect& rect : exposed) {
-        const QRect device = aligned(scaledRect(QRectF(rect), m_devicePixelRatio)) & base.rect();
-        if (device.isEmpty()) continue;
-        if (m_strip.width() < device.width() || m_strip.height() < device.height())
-            m_strip = QImage(device.size().expandedTo(m_strip.size()), QImage::Format_RGB32);
-        m_ants->paint(m_strip, base, device, phase, accent);
-        painter.drawImage(device.topLeft(), m_strip, QRect(QPoint(0, 0), device.size()));
-    }
+    for (const QRect& rect : device) painter.drawImage(rect.topLeft(), m_painted, rect);
     painter.restore();
 }
 

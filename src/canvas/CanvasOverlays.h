@@ -74,7 +74,8 @@ private:
     /// The selection's rectangle.
     QRectF m_selectionRect;
     std::optional<QRectF> m_eraserCircle;
-    QImage m_strip;
+    /// Where ants are drawn before they go to the screen, valid where that happened last.
+    QImage m_painted;
 };
 
 /// How far the dashes have marched `seconds` after the start: whole points, 0 to 23.

@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace quillabrae::canvas {
 namespace {
@@ -49,16 +52,20 @@ TEST(MarchingAnts, ThePhaseMovesTheDashesAlongTheSegment) {
     EXPECT_EQ(row(target, 4, 23, 17), std::string(14, '|') + "...");
 }
 
-TEST(MarchingAnts, OnlyTheRectangleAskedForIsPainted) {
+TEST(MarchingAnts, OnlyTheRegionAskedForIsPainted) {
     MarchingAnts ants({100, 40}, 1.0);
     ants.addSegment({0.0, 20.0}, {100.0, 20.0});
     QImage base(100, 40, QImage::Format_RGB32);
     base.fill(Qt::black);
-    QImage target(10, 10, QImage::Format_RGB32);
+    QImage target(100, 40, QImage::Format_RGB32);
     target.fill(Qt::red);
-    ants.paint(target, base, {72, 15, 10, 10}, 0, accent);
-    EXPECT_EQ(row(target, 5, 0, 10), "||||||||||");
-    EXPECT_EQ(row(target, 0, 0, 10), "..........");
+    ants.paint(target, base, QRegion(72, 15, 10, 10) + QRegion(3, 19, 4, 1), 0, accent);
+    EXPECT_EQ(row(target, 20, 72, 10), "||||||||||");
+    EXPECT_EQ(row(target, 15, 72, 10), "..........");
+    EXPECT_EQ(row(target, 19, 3, 4), "||||");
+    for (const QPoint beside : {QPoint(71, 20), QPoint(82, 20), QPoint(72, 14), QPoint(72, 25),
+                                QPoint(2, 19), QPoint(7, 19), QPoint(3, 20)})
+        EXPECT_EQ(target.pixelColor(beside), QColor(Qt::red));
 }
 
 TEST(MarchingAnts, SegmentsFarOffCostNothingAndShowNothing) {
@@ -68,6 +75,90 @@ TEST(MarchingAnts, SegmentsFarOffCostNothingAndShowNothing) {
     EXPECT_TRUE(ants.region().isEmpty());
     ants.addSegment({-1e12, 20.0}, {1e12, 20.0});
     EXPECT_EQ(ants.region().boundingRect().width(), 128);
+}
+
+/// A segment that runs along an axis between whole device pixels.
+struct Segment {
+    QPoint start;
+    QPoint end;
+};
+
+/// The pixels that ants are to paint, one segment and one pixel after the other.
+QImage antsByTheBook(const QImage& base, const std::vector<Segment>& segments, double ratio,
+                     int phase) {
+    QImage line(base.size(), QImage::Format_RGB32);
+    line.fill(Qt::black);
+    QImage casing = line;
+    for (const auto& [start, end] : segments) {
+        const bool isHorizontal = start.y() == end.y();
+        for (int y = 0; y < base.height(); ++y) {
+            for (int x = 0; x < base.width(); ++x) {
+                const double along = (isHorizontal ? x : y) + 0.5;
+                const double from = isHorizontal ? start.x() : start.y();
+                const double to = isHorizontal ? end.x() : end.y();
+                if (along < std::min(from, to) || along > std::max(from, to)) continue;
+                const int points = static_cast<int>(std::abs(along - from) / ratio);
+                if ((points - phase + 24) % 24 >= 14) continue;
+                const double across =
+                    std::abs(isHorizontal ? y + 0.5 - start.y() : x + 0.5 - start.x());
+                if (across <= 1.2 * ratio) line.setPixelColor(x, y, Qt::white);
+                if (across < 2.2 * ratio) casing.setPixelColor(x, y, Qt::white);
+            }
+        }
+    }
+    QImage result = base;
+    for (int y = 0; y < base.height(); ++y) {
+        for (int x = 0; x < base.width(); ++x) {
+            const QRgb under = base.pixel(x, y);
+            const auto cased = [](int channel) { return 230 + channel * 26 / 256; };
+            if (casing.pixelColor(x, y) == Qt::white)
+                result.setPixel(
+                    x, y, qRgb(cased(qRed(under)), cased(qGreen(under)), cased(qBlue(under))));
+            if (line.pixelColor(x, y) == Qt::white) result.setPixelColor(x, y, accent);
+        }
+    }
+    return result;
+}
+
+TEST(MarchingAnts, AgreeWithTheDefinitionAndStayWithinTheirRegion) {
+    std::mt19937 random(31);
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        for (int round = 0; round < 12; ++round) {
+            const QSize size(130 + static_cast<int>(random() % 90),
+                             60 + static_cast<int>(random() % 90));
+            QImage base(size, QImage::Format_RGB32);
+            for (int y = 0; y < size.height(); ++y) {
+                for (int x = 0; x < size.width(); ++x)
+                    base.setPixel(x, y, static_cast<QRgb>(random()) | 0xff000000U);
+            }
+            MarchingAnts ants(size, ratio);
+            std::vector<Segment> segments;
+            for (int i = 0; i < 1 + round; ++i) {
+                const auto place = [&](int length) {
+                    return static_cast<int>(random() % static_cast<unsigned>(length + 100)) - 50;
+                };
+                const QPoint start(place(size.width()), place(size.height()));
+                const int reach = i % 3 == 0 ? 6 : 300;
+                const int length = static_cast<int>(random() % static_cast<unsigned>(reach)) + 1;
+                const int signedLength = i % 4 == 1 ? -length : length;
+                const QPoint end =
+                    start + (i % 2 == 0 ? QPoint(signedLength, 0) : QPoint(0, signedLength));
+                segments.push_back({start, end});
+                ants.addSegment(start, end);
+            }
+            const int phase = static_cast<int>(random() % 24);
+            QImage target = base;
+            ants.paint(target, base, QRegion(base.rect()), phase, accent);
+            ASSERT_EQ(target, antsByTheBook(base, segments, ratio, phase)) << ratio << ' ' << round;
+            const QRegion region = ants.region();
+            for (int y = 0; y < size.height(); ++y) {
+                for (int x = 0; x < size.width(); ++x) {
+                    const QPoint point(static_cast<int>(x / ratio), static_cast<int>(y / ratio));
+                    ASSERT_TRUE(target.pixel(x, y) == base.pixel(x, y) || region.contains(point));
+                }
+            }
+        }
+    }
 }
 
 TEST(MarchingAntsPhase, GoesRoundInFiveQuartersOfASecond) {
