@@ -69,8 +69,10 @@ CanvasComposer::CanvasComposer(const DeviceView& view, const QRect& device,
         const AxisKey across{target.x(), target.width(), picture.image.width()};
         const AxisKey down{target.y(), target.height(), picture.image.height()};
         const std::size_t columns = tableIndex(m_columns, across, [&] {
-            return view.x.samples(device.left(), device.left() + device.width(), across.low,
-                                  across.length, across.sourceCount);
+            auto samples = view.x.samples(device.left(), device.left() + device.width(), across.low,
+                                          across.length, across.sourceCount);
+            const raster::RowGather gather(samples.source, across.sourceCount);
+            return Columns{std::move(samples), gather};
         });
         const std::size_t rows = tableIndex(m_rows, down, [&] {
             return view.y.samples(device.top(), device.top() + device.height(), down.low,
@@ -119,7 +121,7 @@ void CanvasComposer::updateRuns(const Item& item, int source, ItemRuns& runs) co
     constexpr int tileSide = PictureCoverage::tileSide;
     const int tileRow = source / tileSide;
     if (runs.tileRow == tileRow) return;
-    const raster::AxisSamples& columns = m_columns[item.columns].second;
+    const raster::AxisSamples& columns = m_columns[item.columns].second.samples;
     const std::size_t count = columns.source.size();
     runs = {tileRow, {}, false};
     if (!item.picture.coverage) {
@@ -147,23 +149,25 @@ void CanvasComposer::updateRuns(const Item& item, int source, ItemRuns& runs) co
     runs.isOpaque = isOpaque && count != 0;
 }
 
-void CanvasComposer::drawItem(const Item& item, int source, const ItemRuns& runs,
-                              RowBuffer& buffer) const {
-    const raster::AxisSamples& columns = m_columns[item.columns].second;
+void CanvasComposer::drawItem(const Item& item, int y, int source, RowBuffer& buffer,
+                              const ItemRuns& runs) const {
+    const auto& [columns, gather] = m_columns[item.columns].second;
     const bool isShift = columns.isShift();
     const std::uint8_t* const row = item.picture.image.row(source);
+    const int nextSource = sourceRow(item, y + 1);
+    const std::uint8_t* const next = nextSource < 0 ? row : item.picture.image.row(nextSource);
     std::uint8_t* const target =
         buffer.pixels.data() + 4 * static_cast<std::size_t>(columns.first - m_device.left());
+    if (runs.isOpaque && !isShift)
+        return gather.gatherPart(row, target, 0, columns.source.size(), next);
     for (const Run& run : runs.runs) {
-        const std::size_t count = run.end - run.first;
-        const std::uint8_t* pixels = buffer.gathered.data();
-        if (isShift) {
+        const std::uint8_t* pixels = buffer.gathered.data() + 4 * run.first;
+        if (isShift)
             pixels = row + 4 * static_cast<std::size_t>(columns.source[run.first]);
-        } else {
-            raster::gatherPixels(buffer.gathered.data(), row, columns.source.data() + run.first,
-                                 count);
-        }
-        raster::sourceOverPixels(target + 4 * run.first, pixels, count, item.picture.fraction);
+        else
+            gather.gatherPart(row, buffer.gathered.data(), run.first, run.end, next);
+        raster::sourceOverPixels(target + 4 * run.first, pixels, run.end - run.first,
+                                 item.picture.fraction);
     }
 }
 
@@ -191,7 +195,7 @@ const std::uint8_t* CanvasComposer::composeRow(int y, RowBuffer& buffer) const {
     }
     if (!isHidingAll) startRow(y, buffer.pixels.data());
     for (std::size_t i = lowest; i < m_items.size(); ++i) {
-        if (sourceRows[i] >= 0) drawItem(m_items[i], sourceRows[i], buffer.itemRuns[i], buffer);
+        if (sourceRows[i] >= 0) drawItem(m_items[i], y, sourceRows[i], buffer, buffer.itemRuns[i]);
     }
     if (m_ground.above)
         raster::sourceOverPixels(buffer.pixels.data(), m_ground.above->row(y) + deviceOffset(),

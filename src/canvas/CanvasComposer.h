@@ -4,6 +4,7 @@
 #include "canvas/DeviceView.h"
 #include "canvas/PictureCoverage.h"
 #include "model/PaintProject.h"
+#include "raster/GatherKernel.h"
 #include "raster/RasterImage.h"
 #include "raster/Stretch.h"
 
@@ -93,14 +94,20 @@ private:
 
         friend bool operator==(const AxisKey&, const AxisKey&) = default;
     };
-    using AxisTable = std::vector<std::pair<AxisKey, raster::AxisSamples>>;
+    struct Columns {
+        raster::AxisSamples samples;
+        raster::RowGather gather;
+    };
+    template <typename Samples>
+    using AxisTable = std::vector<std::pair<AxisKey, Samples>>;
 
     void makeChecker(const DeviceView& view);
     int checkerRow(int y) const;
     int sourceRow(const Item& item, int y) const;
     void startRow(int y, std::uint8_t* row) const;
     void updateRuns(const Item& item, int source, ItemRuns& runs) const;
-    void drawItem(const Item& item, int source, const ItemRuns& runs, RowBuffer& buffer) const;
+    void drawItem(const Item& item, int y, int source, RowBuffer& buffer,
+                  const ItemRuns& runs) const;
 
     /// In bytes: from the start of the viewport's rows to the composed pixels.
     std::size_t deviceOffset() const { return 4 * static_cast<std::size_t>(m_device.left()); }
@@ -108,8 +115,8 @@ private:
     QRect m_device;
     DeviceAxis m_y;
     ComposerGround m_ground;
-    AxisTable m_columns;
-    AxisTable m_rows;
+    AxisTable<Columns> m_columns;
+    AxisTable<raster::AxisSamples> m_rows;
     std::vector<Item> m_items;
     /// The checker's rows: one that begins with a cell of row 0, one with a cell of row 1.
     std::array<std::vector<std::uint8_t>, 2> m_checker;

@@ -23,6 +23,12 @@ public:
     /// `to` does not overlap the row.
     void operator()(const std::uint8_t* from, std::uint8_t* to) const;
 
+    /// Writes at least to[first] to to[end - 1], and at most the eights that they lie in. The same
+    /// pixels of the row `next` are fetched ahead, for rows that lie too far apart for the
+    /// processor to foresee the next one.
+    void gatherPart(const std::uint8_t* from, std::uint8_t* to, std::size_t first, std::size_t end,
+                    const std::uint8_t* next) const;
+
 private:
     std::span<const std::int32_t> m_index;
     /// For each eight: the stretch's first pixel, and the places within it. Empty
@@ -30,6 +36,8 @@ private:
     std::vector<std::int32_t> m_first;
     std::vector<std::int32_t> m_place;
     bool m_isWithinEight = false;
+    /// How many consecutive indices share a cache line at the least.
+    std::size_t m_pixelsPerLine = 1;
 };
 
 } // namespace quillabrae::raster

@@ -100,7 +100,7 @@ TEST(CanvasRenderer, ComposesEmptyAndOpaqueRegionsAsItDoesAllOthers) {
     CanvasRenderer renderer;
     for (const bool hasOpaqueLayer : {true, false}) {
         project.layers[4].isVisible = hasOpaqueLayer;
-        for (const double zoom : {0.37, 1.0, 1.25, 3.0}) {
+        for (const double zoom : {0.37, 0.6, 1.0, 1.25, 3.0}) {
             const CanvasFrame frame = frameOf(project, zoom, 1.0, {300, 280}, {-20, 6});
             QImage target = blankTarget(frame);
             renderer.paint(target, frame, target.rect());

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "raster/GatherKernel.h"
 #include "raster/RasterFixtures.h"
 #include "raster/Stretch.h"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 #include <vector>
 
@@ -55,6 +57,37 @@ TEST(Stretch, CopiesWideRowsPixelForPixel) {
                               pixelAt(source, static_cast<int>(sourceOf(x, from, to)),
                                       static_cast<int>(sourceOf(y, 3, 5))))
                         << from << " to " << to << " at " << x << ' ' << y;
+        }
+    }
+}
+
+TEST(RowGather, GathersAPartAndTouchesOnlyItsEights) {
+    std::mt19937 random(303);
+    constexpr std::uint32_t untouched = 0x01020304;
+    for (const double step : {0.13, 0.9, 1.06, 2.1, 2.4, 5.5, 40.0}) {
+        for (int round = 0; round < 40; ++round) {
+            const std::size_t count = 1 + random() % 300;
+            const int sourceCount = static_cast<int>(static_cast<double>(count) * step) + 1;
+            std::vector<std::uint32_t> source(static_cast<std::size_t>(sourceCount));
+            for (std::uint32_t& pixel : source) pixel = static_cast<std::uint32_t>(random());
+            std::vector<std::int32_t> index;
+            for (std::size_t i = 0; i < count; ++i)
+                index.push_back(static_cast<std::int32_t>((static_cast<double>(i) + 0.5) * step));
+            const std::size_t first = random() % count;
+            const std::size_t end = first + 1 + random() % (count - first);
+            std::vector<std::uint32_t> result(count, untouched);
+            const auto* const row = reinterpret_cast<const std::uint8_t*>(source.data());
+            RowGather(index, sourceCount)
+                .gatherPart(row, reinterpret_cast<std::uint8_t*>(result.data()), first, end, row);
+            for (std::size_t i = 0; i < count; ++i) {
+                const auto expected = source[static_cast<std::size_t>(index[i])];
+                const bool isBeside = i / 8 < first / 8 || i / 8 > (end - 1) / 8;
+                if (i >= first && i < end) {
+                    ASSERT_EQ(result[i], expected) << step << ' ' << i;
+                } else if (isBeside) {
+                    ASSERT_EQ(result[i], untouched) << step << ' ' << i;
+                }
+            }
         }
     }
 }
