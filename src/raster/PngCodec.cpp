@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PngCodec.h"
 
+#include "raster/CodecCounts.h"
 #include "raster/PngBands.h"
 #include "raster/PngChunks.h"
 #include "raster/PngDecoder.h"
@@ -30,6 +31,7 @@ bool isDecodableSize(qint64 width, qint64 height) {
 }
 
 RasterImage decodePng(const model::PngBytes& bytes) {
+    detail::countDecodedFile();
     const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
     if (!header || !isDecodableSize(header->width, header->height)) return {};
     const std::optional<PngLayout> layout = readPngLayout(bytes.bytes());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PngEncoder.h"
 
+#include "raster/CodecCounts.h"
 #include "raster/Parallel.h"
 #include "raster/PngBands.h"
 #include "raster/PngCodec.h"
@@ -103,6 +104,7 @@ PngBandEncoder& encoderOfThisThread() {
 
 model::PngBytes encodeBands(const RasterImage& image, const PreviousFile* previous,
                             RowRange changedRows) {
+    detail::countEncodedFile();
     const PngHeader header = headerOf(image);
     const int rows = rowsPerBand(image.width());
     const int count = (image.height() + rows - 1) / rows;
@@ -117,6 +119,7 @@ model::PngBytes encodeBands(const RasterImage& image, const PreviousFile* previo
             piece.chunk = previous->layout.imageData[i + 1].whole;
             return;
         }
+        detail::countCompressedBand();
         PngBandEncoder::Band band = encoderOfThisThread().encode(image, first, rowCount);
         piece.checksum = band.checksum;
         piece.storage = std::move(band.chunk);
