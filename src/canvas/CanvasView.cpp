@@ -58,11 +58,15 @@ void CanvasView::setViewportSize(QSizeF size) {
 void CanvasView::projectChanged() {
     updateLayout();
     // The canvas reports itself what its own edits have changed on screen.
-    if (!m_context.isEditing()) m_context.repaintViewport();
+    if (m_context.isEditing()) return;
+    m_drawing.projectChanged();
+    m_selection.projectChanged();
+    m_context.repaintViewport();
 }
 
 void CanvasView::activeProjectChanged() {
     cancelDrawing();
+    m_drawing.projectChanged();
     m_selection.reset();
     updateLayout();
     m_zoom.centerCanvasInViewport();
@@ -74,7 +78,7 @@ void CanvasView::settingsChanged() {
     const model::PaintAppSettings& settings = m_context.host.settings();
     const model::PaintAppSettings before = std::exchange(m_settings, settings);
     if (before.showsPixelGrid != settings.showsPixelGrid) m_context.repaintViewport();
-    if (before.selectedTool != settings.selectedTool) toolChanged();
+    if (before.selectedTool != settings.selectedTool) toolChanged(before.selectedTool);
     if (before.brushSize != settings.brushSize) m_context.repaintOverlays();
     draftStyleChanged(before);
     if (before.paintBucketMatchPercentage != settings.paintBucketMatchPercentage)
@@ -83,10 +87,11 @@ void CanvasView::settingsChanged() {
         m_selection.wandMatchChanged();
 }
 
-void CanvasView::toolChanged() {
-    m_selection.stopSelectionAutoPan();
+void CanvasView::toolChanged(PaintTool former) {
+    m_drags.toolChanged(former);
+    m_selection.toolChanged(selectedTool());
     if (selectedTool() != PaintTool::text) m_text.commitActiveText();
-    m_drawing.toolChanged(selectedTool());
+    if (m_drawing.toolChanged(selectedTool(), former)) m_rightMouse.forgetButton();
     m_context.repaintOverlays();
 }
 

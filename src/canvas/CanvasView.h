@@ -100,6 +100,8 @@ public:
         return m_cursor.hoveredCanvasPoint();
     }
     const LiveDrawing& drawing() const { return m_drawing.live(); }
+    /// Whether a stroke of the right button is open.
+    bool isRightMouseDrawing() const { return m_rightMouse.isRightMouseDrawing(); }
     /// The drafts; those of the active project alone are on screen.
     const DraftGestures& drafts() const { return m_drafts; }
     const ShapeDraft& shapeDraft() const { return m_drawing.shape(); }
@@ -113,7 +115,7 @@ private:
     model::PaintTool selectedTool() const;
     void updateLayout();
 
-    void toolChanged();
+    void toolChanged(model::PaintTool former);
     void draftStyleChanged(const model::PaintAppSettings& before);
 
     CanvasContext m_context;

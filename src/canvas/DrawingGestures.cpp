@@ -10,6 +10,16 @@ namespace quillabrae::canvas {
 
 using model::PaintTool;
 
+namespace {
+
+/// Whether a gesture that one of the tools has begun can go on as the other's.
+bool drawsAlike(PaintTool a, PaintTool b) {
+    return (model::drawsContinuousStroke(a) && model::drawsContinuousStroke(b)) ||
+           (model::drawsFromEndpoints(a) && model::drawsFromEndpoints(b));
+}
+
+} // namespace
+
 DrawingGestures::DrawingGestures(CanvasContext& context)
     : m_context(context),
       m_live(context),
@@ -35,6 +45,7 @@ void DrawingGestures::rasterizeDrawing(model::CanvasPoint point) {
     const PaintTool tool = m_context.host.settings().selectedTool;
     if (tool == PaintTool::shapes) commitActiveShape();
     commitFloatingSelectionIfNeeded(m_context);
+    giveUpStaleGesture();
     if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
 
     const model::PaintProject* project = m_context.host.project();
@@ -54,8 +65,12 @@ void DrawingGestures::rasterizeDrawing(model::CanvasPoint point) {
 }
 
 void DrawingGestures::finishRasterDrawing() {
-    if (m_context.host.settings().selectedTool == PaintTool::shapes) return finishShapeDrawing();
-    m_live.finishRasterDrawing();
+    finishRasterDrawing(m_context.host.settings().selectedTool);
+}
+
+void DrawingGestures::finishRasterDrawing(PaintTool tool) {
+    if (tool == PaintTool::shapes) return finishShapeDrawing();
+    m_live.finishRasterDrawing(tool);
     resetRasterDrawing();
 }
 
@@ -86,9 +101,29 @@ void DrawingGestures::resetRasterDrawing() {
     m_endpoints.reset();
 }
 
-void DrawingGestures::toolChanged(PaintTool tool) {
+void DrawingGestures::finishAsItStands(PaintTool tool) {
+    if (isDrawing()) finishRasterDrawing(tool);
+}
+
+bool DrawingGestures::toolChanged(PaintTool tool, PaintTool former) {
+    const bool ends = isDrawing() && !drawsAlike(tool, former);
+    // Its release would come to another tool, and what it drew would go on covering the layer.
+    if (ends) finishRasterDrawing(former);
     if (tool != PaintTool::paintBucket) m_bucket.forgetSeed();
     if (tool != PaintTool::shapes) commitActiveShape();
+    return ends;
+}
+
+void DrawingGestures::projectChanged() {
+    if (m_shape.activeShapeDraft())
+        m_shape.projectChanged();
+    else
+        giveUpStaleGesture();
+}
+
+/// What it would write in the end is from before the change, which would be lost.
+void DrawingGestures::giveUpStaleGesture() {
+    if (isDrawing() && m_live.isStale()) resetRasterDrawing();
 }
 
 } // namespace quillabrae::canvas

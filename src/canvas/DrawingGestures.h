@@ -38,15 +38,24 @@ public:
     void modifiersChanged() { m_endpoints.refresh(); }
     /// To be called when the paint bucket's match percentage has changed.
     void bucketMatchChanged() { m_bucket.refreshPaintBucketFillForMatchChange(); }
-    /// To be called when another tool has been chosen.
-    void toolChanged(model::PaintTool tool);
+    /// Ends the gesture that runs, if any, as its release with `tool` would. A draft stays.
+    void finishAsItStands(model::PaintTool tool);
+    /// To be called when `tool` has been chosen after `former`. A gesture goes on where the new
+    /// tool draws in the same manner, and ends as it stands where it does not. Whether one ended.
+    bool toolChanged(model::PaintTool tool, model::PaintTool former);
+    /// To be called when something else has changed the active project, or another one is active. A
+    /// gesture on pixels that are no more is given up; a draft is drawn on those that are there.
+    void projectChanged();
 
     const LiveDrawing& live() const { return m_live; }
     ShapeDraft& shape() { return m_shape; }
     const ShapeDraft& shape() const { return m_shape; }
 
 private:
+    bool isDrawing() const { return m_live.isRunning() && !m_shape.activeShapeDraft(); }
+    void finishRasterDrawing(model::PaintTool tool);
     void finishShapeDrawing();
+    void giveUpStaleGesture();
 
     CanvasContext& m_context;
     LiveDrawing m_live;

@@ -6,6 +6,7 @@
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "raster/PixelCopy.h"
+#include "raster/SurfaceSize.h"
 
 #include <algorithm>
 #include <utility>
@@ -43,11 +44,25 @@ model::PaintStroke LiveDrawing::liveStroke(std::vector<model::CanvasPoint> point
 void LiveDrawing::begin(const model::PaintLayer& layer) {
     const model::PaintProject* project = m_context.host.project();
     m_activeDrawingLayerID = layer.id;
+    m_layerBitmapPNGData = layer.bitmapPNGData;
     m_originalBitmapPNGData = readableBitmap(layer);
+    m_encodedDrawing.reset();
+    m_drawnRect = {};
     // Shares the decoded pixels; they are copied when the first segment is drawn.
     m_drawingBaseImage =
         raster::LayerRasterService::renderLayer(layer, project->canvasWidth, project->canvasHeight);
     m_liveDrawingImage = m_drawingBaseImage;
+}
+
+bool LiveDrawing::isStale() const {
+    if (!m_activeDrawingLayerID) return false;
+    const model::PaintProject* project = m_context.host.project();
+    if (project == nullptr) return true;
+    const auto layer =
+        std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
+    return layer == project->layers.end() || layer->bitmapPNGData != m_layerBitmapPNGData ||
+           raster::surfaceSize(project->canvasWidth, project->canvasHeight) !=
+               QSize(m_drawingBaseImage.width(), m_drawingBaseImage.height());
 }
 
 void LiveDrawing::drawLiveStroke(std::vector<model::CanvasPoint> points) {
@@ -96,7 +111,7 @@ void LiveDrawing::dropSelection() {
     });
 }
 
-void LiveDrawing::finishRasterDrawing() {
+void LiveDrawing::finishRasterDrawing(model::PaintTool tool) {
     const model::PaintProject* project = m_context.host.project();
     if (!m_didRasterizeDrawing || m_liveDrawingImage.isNull() || project == nullptr ||
         !m_activeDrawingLayerID) {
@@ -107,7 +122,6 @@ void LiveDrawing::finishRasterDrawing() {
     if (layer == project->layers.end()) return resetRasterDrawing();
 
     write(static_cast<std::size_t>(layer - project->layers.begin()));
-    const model::PaintTool tool = m_context.host.settings().selectedTool;
     m_context.host.recordHistory(model::title(tool), model::symbolName(tool));
     resetRasterDrawing();
 }
@@ -161,6 +175,7 @@ void LiveDrawing::resetRasterDrawing() {
     m_drawingBaseImage = {};
     m_liveDrawingImage = {};
     m_activeDrawingColor.reset();
+    m_layerBitmapPNGData.reset();
     m_originalBitmapPNGData.reset();
     m_encodedDrawing.reset();
     m_didRasterizeDrawing = false;

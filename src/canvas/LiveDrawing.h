@@ -5,6 +5,7 @@
 #include "model/ColorValue.h"
 #include "model/PaintLayer.h"
 #include "model/PaintStroke.h"
+#include "model/PaintTool.h"
 #include "raster/RasterImage.h"
 
 #include <QRect>
@@ -46,8 +47,12 @@ public:
     void setButton(DrawingButton button) { m_button = button; }
     DrawingButton button() const { return m_button; }
 
-    /// Starts the gesture on `layer` of the active project.
+    /// Starts the gesture on `layer` of the active project, or starts it over on what has become of
+    /// that.
     void begin(const model::PaintLayer& layer);
+    /// Whether a gesture runs on a layer that is gone from the active project, or is not what it
+    /// was at the first sample, or whose canvas has another size now.
+    bool isStale() const;
     /// Draws one stroke of the current tool through `points` on the live image. The first one of a
     /// gesture drops the selection.
     void drawLiveStroke(std::vector<model::CanvasPoint> points);
@@ -57,8 +62,9 @@ public:
     void showInstead(const model::PaintLayer& drawn);
     /// Shows the layer's own pixels again.
     void forgetLiveImage();
-    /// Writes the live image into its layer with one history entry, if anything was drawn.
-    void finishRasterDrawing();
+    /// Writes the live image into its layer with one history entry for `tool`, if anything was
+    /// drawn.
+    void finishRasterDrawing(model::PaintTool tool);
     /// The gesture is over, and what it drew stays to be changed.
     void keepAsDraft();
     /// Draws `stroke` over the layer as it was at the first sample.
@@ -85,7 +91,9 @@ private:
     bool m_didRasterizeDrawing = false;
     std::optional<model::ColorValue> m_activeDrawingColor;
     DrawingButton m_button = DrawingButton::left;
-    /// The layer's stored pixels at the first sample, and the pixels drawn on since.
+    /// The layer's stored pixels at the first sample, the same where they can be read, and the
+    /// pixels drawn on since.
+    std::optional<model::PngBytes> m_layerBitmapPNGData;
     std::optional<model::PngBytes> m_originalBitmapPNGData;
     /// The encoded live image, where it is known.
     std::optional<model::PngBytes> m_encodedDrawing;

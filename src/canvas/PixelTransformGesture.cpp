@@ -61,6 +61,7 @@ bool PixelTransformGesture::begin(const model::PaintLayer& layer,
         mode = SelectionDragMode{};
     }
     m_drag = TransformDrag{*mode, selection, value};
+    m_projectAtStart = *m_context.host.project();
     m_activeSelectionLayerID = layer.id;
     lift(layer, selection);
     return true;
@@ -137,8 +138,21 @@ void PixelTransformGesture::land(const model::PaintLayer& layer) {
     });
 }
 
+void PixelTransformGesture::giveUpIfStale() {
+    if (!m_drag) return;
+    const model::PaintProject* project = m_context.host.project();
+    const model::PaintLayer* now = project == nullptr ? nullptr : layerUnder(*project);
+    const model::PaintLayer* then = layerUnder(*m_projectAtStart);
+    const bool isSame = now != nullptr && now->bitmapPNGData == then->bitmapPNGData &&
+                        project->canvasWidth == m_projectAtStart->canvasWidth &&
+                        project->canvasHeight == m_projectAtStart->canvasHeight &&
+                        project->floatingSelection == m_projectAtStart->floatingSelection;
+    if (!isSame) reset();
+}
+
 void PixelTransformGesture::reset() {
     m_drag.reset();
+    m_projectAtStart.reset();
     m_activeSelectionLayerID.reset();
     m_selectionBaseImage = {};
     m_selectionCompositeBaseImage = {};

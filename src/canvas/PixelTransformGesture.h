@@ -2,6 +2,7 @@
 #pragma once
 
 #include "canvas/TransformDrag.h"
+#include "model/PaintProject.h"
 #include "raster/RasterImage.h"
 
 #include <QRect>
@@ -12,7 +13,6 @@
 
 namespace quillabrae::model {
 struct PaintLayer;
-struct PaintProject;
 } // namespace quillabrae::model
 
 namespace quillabrae::canvas {
@@ -35,6 +35,9 @@ public:
     /// Lets the pixels land and records it. Floating pixels go on floating at their new place.
     void finish();
     void reset();
+    /// Gives up a drag whose layer, canvas or floating pixels are no longer what they were when it
+    /// began.
+    void giveUpIfStale();
 
     const std::optional<QUuid>& activeSelectionLayerID() const { return m_activeSelectionLayerID; }
     /// The layer as it looks now; null when nothing runs.
@@ -53,6 +56,8 @@ private:
     CanvasContext& m_context;
     const ZoomController& m_zoom;
     std::optional<TransformDrag> m_drag;
+    /// The active project when the drag began.
+    std::optional<model::PaintProject> m_projectAtStart;
     std::optional<QUuid> m_activeSelectionLayerID;
     /// The pixels in motion, at the size they had.
     raster::RasterImage m_selectionBaseImage;

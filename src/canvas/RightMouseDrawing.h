@@ -20,6 +20,10 @@ public:
 
     /// Whether the event was taken.
     bool handleRightMouseEvent(const RightMouseEvent& event);
+    /// Whether a stroke is open.
+    bool isRightMouseDrawing() const { return m_isRightMouseDrawing; }
+    /// Its stroke has ended without it: nothing is drawn before the next press.
+    void forgetButton() { m_isRightMouseDrawing = false; }
 
 private:
     std::optional<model::CanvasPoint> canvasPointFromRightMouseEvent(

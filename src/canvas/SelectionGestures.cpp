@@ -8,6 +8,7 @@
 #include "canvas/ZoomController.h"
 
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace quillabrae::canvas {
@@ -95,6 +96,27 @@ void SelectionGestures::modifiersChanged() {
     if (m_region.isRunning()) return m_region.refresh();
     m_outline.refresh();
     m_pixels.refresh();
+}
+
+void SelectionGestures::finishRegion() {
+    if (m_region.isRunning())
+        m_region.finishSelectionCreation(std::numeric_limits<double>::infinity());
+}
+
+void SelectionGestures::finishAsItStands() {
+    m_autoPan.stopSelectionAutoPan();
+    finishRegion();
+    m_wand.finish();
+    m_outline.finish();
+    m_pixels.finish();
+}
+
+void SelectionGestures::toolChanged(PaintTool tool) {
+    m_autoPan.stopSelectionAutoPan();
+    if (!model::usesSelectionGesture(tool)) finishRegion();
+    if (tool != PaintTool::magicWand) m_wand.finish();
+    if (tool != PaintTool::moveSelection) m_outline.finish();
+    if (tool != PaintTool::moveSelectedPixels) m_pixels.finish();
 }
 
 void SelectionGestures::reset() {

@@ -7,6 +7,7 @@
 #include "canvas/OutlineTransformGesture.h"
 #include "canvas/PixelTransformGesture.h"
 #include "canvas/RegionSelectionGesture.h"
+#include "model/PaintTool.h"
 
 #include <QPointF>
 #include <QSizeF>
@@ -38,7 +39,14 @@ public:
     void modifiersChanged();
     /// To be called when the wand's match percentage has changed.
     void wandMatchChanged() { m_wand.refreshMagicWandSelectionForMatchChange(); }
-    void stopSelectionAutoPan() { m_autoPan.stopSelectionAutoPan(); }
+    /// Ends the drag that runs, if any, as its release here would.
+    void finishAsItStands();
+    /// To be called when another tool has been chosen. A drag whose release would come to a tool
+    /// that knows nothing of it ends as it stands.
+    void toolChanged(model::PaintTool tool);
+    /// To be called when something else has changed the active project: pixels in motion that are
+    /// no more are given up.
+    void projectChanged() { m_pixels.giveUpIfStale(); }
     /// Gives up whatever runs.
     void reset();
 
@@ -47,6 +55,7 @@ public:
 private:
     void createRegion(model::CanvasPoint start, model::CanvasPoint now);
     void selectFullCanvasForMove();
+    void finishRegion();
 
     CanvasContext& m_context;
     const ZoomController& m_zoom;

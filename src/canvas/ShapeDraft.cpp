@@ -85,6 +85,22 @@ void ShapeDraft::refreshActiveShapeStyle() {
     renderActiveShapeDraft();
 }
 
+void ShapeDraft::projectChanged() {
+    if (!m_activeShapeDraft || !m_drawing.isStale()) return;
+    const model::PaintProject* project = m_context.host.project();
+    if (project == nullptr) return;
+    const auto layer =
+        std::ranges::find(project->layers, m_activeShapeDraft->layerID, &model::PaintLayer::id);
+    // The layer may come back: by undo, or with its tab.
+    if (layer == project->layers.end()) return;
+    m_drawing.begin(*layer);
+    m_activeShapeDraft->rect =
+        clampedShapeDraftRect(m_activeShapeDraft->rect, canvasSize(*project));
+    m_shapeResizeStartRect.reset();
+    renderActiveShapeDraft();
+    m_context.repaintOverlays();
+}
+
 void ShapeDraft::resize(SelectionHandle handle, QPointF translation) {
     const model::PaintProject* project = m_context.host.project();
     if (!m_activeShapeDraft || project == nullptr) return;

@@ -53,6 +53,9 @@ public:
     bool begin(model::CanvasPoint from, model::CanvasPoint to);
     /// To be called when the shape tool's settings have changed.
     void refreshActiveShapeStyle();
+    /// To be called when something else has changed the active project, or another one is active:
+    /// the draft is drawn over its layer, and held to its canvas, as they are now.
+    void projectChanged();
     /// `translation`: canvas pixels since the drag of the handle began.
     void resize(SelectionHandle handle, QPointF translation);
     void resizeEnded() { m_shapeResizeStartRect.reset(); }

@@ -56,15 +56,23 @@ const ToolDrags::Route* ToolDrags::route(Surface surface, PaintTool tool) {
 }
 
 void ToolDrags::dragChanged(Surface surface, const DragValue& value) {
+    m_surface = surface;
     if (surface == Surface::interactiveView) m_workers.cursor.updateToolCursor(value.location);
     const Route* found = route(surface, m_context.host.settings().selectedTool);
     if (found != nullptr) (this->*found->changed)(value);
 }
 
 void ToolDrags::dragEnded(Surface surface, const DragValue& value) {
+    m_surface.reset();
     if (surface == Surface::interactiveView) m_workers.cursor.updateToolCursor(value.location);
     const Route* found = route(surface, m_context.host.settings().selectedTool);
     if (found != nullptr) (this->*found->ended)(value);
+}
+
+void ToolDrags::toolChanged(PaintTool former) {
+    if (!m_surface || route(*m_surface, m_context.host.settings().selectedTool) != nullptr) return;
+    m_workers.selection.finishAsItStands();
+    m_workers.drawing.finishAsItStands(former);
 }
 
 void ToolDrags::panToolChanged(const DragValue& value) {

@@ -5,6 +5,8 @@
 #include "canvas/PanGesture.h"
 #include "model/PaintTool.h"
 
+#include <optional>
+
 namespace quillabrae::canvas {
 
 class CanvasContext;
@@ -32,6 +34,9 @@ public:
 
     void dragChanged(Surface surface, const DragValue& value);
     void dragEnded(Surface surface, const DragValue& value);
+    /// To be called when another tool has been chosen after `former`. A drag on a surface where the
+    /// new tool does nothing ends as it stands.
+    void toolChanged(model::PaintTool former);
 
 private:
     /// What a tool does with the drag of one surface. A tool without a row does nothing there.
@@ -62,6 +67,8 @@ private:
 
     CanvasContext& m_context;
     Workers m_workers;
+    /// Of the drag that runs.
+    std::optional<Surface> m_surface;
 };
 
 } // namespace quillabrae::canvas

@@ -22,6 +22,7 @@ Session::Session(const SessionPlaces& places)
     platform::AppPaths paths = platform::AppPaths::under(m_home.path());
     if (!places.applicationSupport.isEmpty())
         paths.applicationSupport = QDir(places.applicationSupport).absolutePath();
+    m_autosaveFolder = paths.autosaveFolder();
     m_preferences.emplace(paths.preferencesFile, platform::SettingsPreferences::Writing::atOnce);
     m_store = std::make_unique<store::ProjectStore>(
         store::StoreEnvironment{

@@ -55,6 +55,8 @@ public:
     platform::MemoryPasteboard& pasteboard() { return m_pasteboard; }
     ScriptedFillService& fillService() { return m_fillService; }
     CanvasStage& canvas() { return *m_canvas; }
+    /// Where the recovery file is.
+    const QString& autosaveFolder() const { return m_autosaveFolder; }
 
     /// A path of a script: "~/" is the run's home, others are relative to the current directory.
     QString resolvedPath(const QString& path) const;
@@ -84,6 +86,7 @@ public:
 private:
     std::optional<QTemporaryDir> m_temporaryHome;
     QDir m_home;
+    QString m_autosaveFolder;
     VirtualTime m_time;
     ScriptClock m_clock{m_time};
     platform::NoFileIcons m_fileIcons;
