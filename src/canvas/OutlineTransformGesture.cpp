@@ -26,7 +26,12 @@ void OutlineTransformGesture::transformSelectionOutline(const DragValue& value) 
         m_drag = TransformDrag{*mode, *selection, value};
     }
     m_drag->value = value;
-    select(m_context, withRect(m_drag->start, m_drag->rect(zoom, m_context.pointer.modifiers())));
+    m_shownSelection = withRect(m_drag->start, m_drag->rect(zoom, m_context.pointer.modifiers()));
+    select(m_context, m_shownSelection);
+}
+
+void OutlineTransformGesture::giveUpIfStale() {
+    if (m_drag && selectionInForce(m_context) != m_shownSelection) reset();
 }
 
 void OutlineTransformGesture::refresh() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "canvas/TransformDrag.h"
+#include "model/PixelSelection.h"
 
 #include <optional>
 
@@ -24,11 +25,15 @@ public:
     /// Records what the drag did, if it began on the outline.
     void finish();
     void reset() { m_drag.reset(); }
+    /// Gives up a drag whose selection is no longer what it has made.
+    void giveUpIfStale();
 
 private:
     CanvasContext& m_context;
     const ZoomController& m_zoom;
     std::optional<TransformDrag> m_drag;
+    /// The selection in force, as the drag last left it.
+    std::optional<model::PixelSelection> m_shownSelection;
 };
 
 } // namespace quillabrae::canvas

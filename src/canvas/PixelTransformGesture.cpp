@@ -47,7 +47,8 @@ void PixelTransformGesture::transformSelectedPixels(const DragValue& value) {
     const QRectF rect = m_drag->rect(m_zoom.currentZoom(), m_context.pointer.modifiers());
     // The live image takes the floating pixels' place before the selection moves under them.
     renderLiveImage(rect);
-    select(m_context, withRect(m_drag->start, rect));
+    m_shownSelection = withRect(m_drag->start, rect);
+    select(m_context, m_shownSelection);
 }
 
 /// A drag from anywhere on the canvas moves the pixels; only one from off it and off every handle
@@ -62,6 +63,7 @@ bool PixelTransformGesture::begin(const model::PaintLayer& layer,
     }
     m_drag = TransformDrag{*mode, selection, value};
     m_projectAtStart = *m_context.host.project();
+    m_shownSelection = selection;
     m_activeSelectionLayerID = layer.id;
     lift(layer, selection);
     return true;
@@ -146,7 +148,8 @@ void PixelTransformGesture::giveUpIfStale() {
     const bool isSame = now != nullptr && now->bitmapPNGData == then->bitmapPNGData &&
                         project->canvasWidth == m_projectAtStart->canvasWidth &&
                         project->canvasHeight == m_projectAtStart->canvasHeight &&
-                        project->floatingSelection == m_projectAtStart->floatingSelection;
+                        project->floatingSelection == m_projectAtStart->floatingSelection &&
+                        selectionInForce(m_context) == m_shownSelection;
     if (!isSame) reset();
 }
 

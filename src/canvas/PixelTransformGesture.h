@@ -36,7 +36,7 @@ public:
     void finish();
     void reset();
     /// Gives up a drag whose layer, canvas or floating pixels are no longer what they were when it
-    /// began.
+    /// began, or whose selection is no longer what it has made.
     void giveUpIfStale();
 
     const std::optional<QUuid>& activeSelectionLayerID() const { return m_activeSelectionLayerID; }
@@ -56,8 +56,9 @@ private:
     CanvasContext& m_context;
     const ZoomController& m_zoom;
     std::optional<TransformDrag> m_drag;
-    /// The active project when the drag began.
+    /// The active project when the drag began, and its selection as the drag last left it.
     std::optional<model::PaintProject> m_projectAtStart;
+    std::optional<model::PixelSelection> m_shownSelection;
     std::optional<QUuid> m_activeSelectionLayerID;
     /// The pixels in motion, at the size they had.
     raster::RasterImage m_selectionBaseImage;

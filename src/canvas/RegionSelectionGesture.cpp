@@ -57,7 +57,7 @@ void RegionSelectionGesture::beginSelectionCreation(CanvasPoint point) {
     m_currentSelectionCreationPoint = point;
     m_selectionCreationPath = {point};
     m_didCreateSelection = false;
-    select(m_context, m_selectionCombineBase);
+    show(m_selectionCombineBase);
 }
 
 void RegionSelectionGesture::updateSelectionCreation(CanvasPoint point) {
@@ -70,7 +70,7 @@ void RegionSelectionGesture::updateSelectionCreation(CanvasPoint point) {
     const QRectF rect = selectionRect(*m_selectionCreationStartPoint, point);
     m_didCreateSelection = rect.width() >= 1.0 && rect.height() >= 1.0;
     if (!m_didCreateSelection) return restoreBase();
-    select(m_context, selectionAfterCombining(selectionOf(rect)));
+    show(selectionAfterCombining(selectionOf(rect)));
 }
 
 void RegionSelectionGesture::refresh() {
@@ -117,7 +117,12 @@ std::optional<PixelSelection> RegionSelectionGesture::selectionAfterCombining(
 }
 
 void RegionSelectionGesture::restoreBase() {
-    select(m_context, m_selectionCombineBase);
+    show(m_selectionCombineBase);
+}
+
+void RegionSelectionGesture::show(const std::optional<PixelSelection>& selection) {
+    m_shownSelection = selection;
+    select(m_context, selection);
 }
 
 void RegionSelectionGesture::finishSelectionCreation(double dragDistance) {
@@ -136,7 +141,16 @@ void RegionSelectionGesture::cancel() {
     m_selectionCombineBase.reset();
     m_selectionCombineOperation.reset();
     m_selectionCreationPath.clear();
+    m_shownSelection.reset();
     m_didCreateSelection = false;
+}
+
+void RegionSelectionGesture::giveUpIfStale() {
+    if (!isRunning()) return;
+    const model::PaintProject* project = m_context.host.project();
+    const bool isSame = project != nullptr && project->pixelSelection == m_shownSelection &&
+                        !project->floatingSelection;
+    if (!isSame) cancel();
 }
 
 } // namespace quillabrae::canvas

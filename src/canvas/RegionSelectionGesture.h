@@ -29,6 +29,9 @@ public:
     void finishSelectionCreation(double dragDistance);
     /// Forgets the drag and leaves the selection as it is.
     void cancel();
+    /// Forgets a drag whose selection is no longer what it has made, or over which pixels float
+    /// now.
+    void giveUpIfStale();
 
 private:
     QRectF selectionRect(model::CanvasPoint from, model::CanvasPoint to) const;
@@ -37,6 +40,7 @@ private:
     std::optional<model::PixelSelection> selectionAfterCombining(
         const model::PixelSelection& selection) const;
     void restoreBase();
+    void show(const std::optional<model::PixelSelection>& selection);
 
     CanvasContext& m_context;
     /// Set means that a drag runs.
@@ -48,6 +52,8 @@ private:
     std::optional<model::PixelSelection> m_selectionCombineBase;
     std::optional<model::SelectionCombineOperation> m_selectionCombineOperation;
     bool m_didCreateSelection = false;
+    /// What the drag has made so far.
+    std::optional<model::PixelSelection> m_shownSelection;
 };
 
 } // namespace quillabrae::canvas

@@ -119,6 +119,12 @@ void SelectionGestures::toolChanged(PaintTool tool) {
     if (tool != PaintTool::moveSelectedPixels) m_pixels.finish();
 }
 
+void SelectionGestures::projectChanged() {
+    m_region.giveUpIfStale();
+    m_outline.giveUpIfStale();
+    m_pixels.giveUpIfStale();
+}
+
 void SelectionGestures::reset() {
     m_autoPan.stopSelectionAutoPan();
     m_region.cancel();

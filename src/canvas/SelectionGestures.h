@@ -44,9 +44,9 @@ public:
     /// To be called when another tool has been chosen. A drag whose release would come to a tool
     /// that knows nothing of it ends as it stands.
     void toolChanged(model::PaintTool tool);
-    /// To be called when something else has changed the active project: pixels in motion that are
-    /// no more are given up.
-    void projectChanged() { m_pixels.giveUpIfStale(); }
+    /// To be called when something else has changed the active project: a drag of what is no more
+    /// is given up.
+    void projectChanged();
     /// Gives up whatever runs.
     void reset();
 

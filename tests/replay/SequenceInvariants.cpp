@@ -87,6 +87,11 @@ bool hasRecorded(const Step& step, const QUuid& id) {
            (!now.entries.empty() && now.entries.back().id != then.entries.back().id);
 }
 
+/// Whether the step's last deed was to record. A press can commit a draft first and go on.
+bool endsInItsEntry(const Step& step, const QUuid& id) {
+    return hasRecorded(step, id) && step.verb() != QLatin1StringView("canvas.press");
+}
+
 // What holds at every moment
 
 void tabIsActive(const Step& step, QStringList& broken) {
@@ -197,7 +202,7 @@ void historyOnlyGrows(const Step& step, QStringList& broken) {
         if (std::ssize(now.entries) < kept ||
             !std::equal(then.entries.begin(), then.entries.begin() + kept, now.entries.begin()))
             broken << QStringLiteral("entries: one that could be undone is not what it was");
-        if (hasRecorded(step, project.id) && now.entries.back().project != project)
+        if (endsInItsEntry(step, project.id) && now.entries.back().project != project)
             broken << QStringLiteral("recorded: the last entry is not the project as it stands");
     }
 }
@@ -360,7 +365,7 @@ void aSaveAndAnOpeningChangeNothing(const Step& step, QStringList& broken) {
 /// The recovery file is whole when a command returns.
 void theRecoveryFileHasIt(const Step& step, QStringList& broken) {
     const PaintProject* active = step.after.activeProject();
-    if (active == nullptr || !hasRecorded(step, active->id)) return;
+    if (active == nullptr || !endsInItsEntry(step, active->id)) return;
     const auto session = persistence::AppPersistenceService::loadAutosavedSession(
         persistence::AppPersistenceService::recoveryFile(step.session.autosaveFolder()));
     if (!session) {
