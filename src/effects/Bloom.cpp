@@ -16,6 +16,7 @@
 #include "effects/ColorLanes.h"
 #include "effects/FloatRows.h"
 #include "effects/GaussianWeights.h"
+#include "effects/WeightedSums.h"
 #include "raster/KernelTargets.h"
 #include "raster/Parallel.h"
 
@@ -23,7 +24,6 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <span>
 #include <vector>
 
 namespace quillabrae::effects {
@@ -101,27 +101,6 @@ void reduceColumns(float* to, const float* from, std::size_t count) {
                    (pixelAt(from, -k) + pixelAt(from, k));
         sum *= 1.0F / 65536.0F;
         std::memcpy(to + channels * i, &sum, sizeof sum);
-    }
-}
-
-/// to[i] = the sum of weights[k] * from[i + distance * k]
-QUILLABRAE_WIDE_KERNEL
-void addWeighted(float* __restrict to, const float* from, std::size_t distance,
-                 std::span<const float> weights, std::size_t count) {
-    const float* const first = weights.data();
-    const std::size_t terms = weights.size();
-    std::size_t i = 0;
-    for (; i + 4 * lanes::count <= count; i += 4 * lanes::count) {
-        std::array<Floats, 4> sums{};
-        for (std::size_t k = 0; k < terms; ++k)
-            for (std::size_t j = 0; j < 4; ++j)
-                sums[j] += first[k] * lanes::loaded(from + i + distance * k + lanes::count * j);
-        std::memcpy(to + i, sums.data(), sizeof sums);
-    }
-    for (; i < count; ++i) {
-        float sum = 0.0F;
-        for (std::size_t k = 0; k < terms; ++k) sum += first[k] * from[i + distance * k];
-        to[i] = sum;
     }
 }
 
@@ -283,26 +262,21 @@ private:
             repeatEdges(pixels, width, before, after);
             reduceColumns(samples, pixels - channels * step * samplesBefore, m_columns);
             repeatEdges(samples, m_columns, spread, spread);
-            addWeighted(m_samples.row(static_cast<std::size_t>(row)), narrow.data(), channels,
-                        m_weights, channels * m_columns);
+            std::vector<const float*> terms;
+            for (std::size_t k = 0; k < m_weights.size(); ++k)
+                terms.push_back(narrow.data() + channels * k);
+            addWeighted(m_samples.row(static_cast<std::size_t>(row)), terms, m_weights,
+                        channels * m_columns);
         }
     }
 
     /// A row of samples, spread down the column too.
     void spreadRow(float* to, int row) const {
         const int spread = static_cast<int>(m_weights.size() / 2);
-        if (row >= spread && row + spread < m_rows) {
-            addWeighted(to, m_samples.row(static_cast<std::size_t>(row - spread)),
-                        m_samples.stride(), m_weights, m_samples.stride());
-            return;
-        }
-        std::fill_n(to, m_samples.stride(), 0.0F);
-        for (std::size_t k = 0; k < m_weights.size(); ++k) {
-            const float weight = m_weights[k];
-            const int source = std::clamp(row + static_cast<int>(k) - spread, 0, m_rows - 1);
-            const float* const from = m_samples.row(static_cast<std::size_t>(source));
-            for (std::size_t i = 0; i < m_samples.stride(); ++i) to[i] += weight * from[i];
-        }
+        std::vector<const float*> terms;
+        for (int y = row - spread; y <= row + spread; ++y)
+            terms.push_back(m_samples.row(static_cast<std::size_t>(std::clamp(y, 0, m_rows - 1))));
+        addWeighted(to, terms, m_weights, m_samples.stride());
     }
 
     /// Groups of four rows of the result, each below a row of samples.
@@ -313,6 +287,8 @@ private:
         std::vector<float> between(stride);
         const float scale = m_bloom.intensity * (1.0F - m_bloom.threshold) / 255.0F;
         const Enlarging across(scale);
+        std::array<const float*, 4> terms{};
+        for (std::size_t k = 0; k < terms.size(); ++k) terms[k] = around.data() + k * stride;
         const int before = samplesBefore - 1;
         for (int k = 0; k < 3; ++k)
             spreadRow(around.data() + static_cast<std::size_t>(k) * stride + stride,
@@ -323,7 +299,7 @@ private:
             spreadRow(around.data() + 3 * stride, group + before + 3);
             for (int row = 0; row < step && step * group + row < m_image.height(); ++row) {
                 const int y = step * group + row;
-                addWeighted(between.data(), around.data(), stride, enlargingWeights(row), stride);
+                addWeighted(between.data(), terms, enlargingWeights(row), stride);
                 screenRow(pixels + static_cast<std::size_t>(y) * m_image.stride(), m_image.row(y),
                           between.data() + channels * (samplesBefore - 1), m_image.width(), across);
             }

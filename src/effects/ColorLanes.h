@@ -3,6 +3,7 @@
 
 #include "raster/PixelLanes.h"
 
+#include <array>
 #include <cstring>
 
 /// The components of eight pixels as numbers, for kernels that work in real arithmetic. Components
@@ -41,6 +42,14 @@ struct Colors {
     return floats;
 }
 
+[[gnu::always_inline]] inline void store(float* to, Floats floats) {
+    std::memcpy(to, &floats, sizeof floats);
+}
+
+[[gnu::always_inline]] inline Floats magnitude(Floats value) {
+    return reinterpret_cast<Floats>(reinterpret_cast<Integers>(value) & 0x7fffffff);
+}
+
 /// The same number in every lane.
 [[gnu::always_inline]] inline Floats all(float value) {
     return Floats{} + value;
@@ -69,6 +78,19 @@ struct Colors {
 /// Pixels of these colours and of the alphas of `pixels`.
 [[gnu::always_inline]] inline Words packed(Floats red, Floats green, Floats blue, Words pixels) {
     return bytesOf(red) | bytesOf(green) << 8 | bytesOf(blue) << 16 | (pixels & 0xff000000U);
+}
+
+/// Calls `visit(i, pixels)` for each eight pixels of a run, the first of which is number `i`; where
+/// the run ends within eight, transparent ones fill up.
+template <typename Visit>
+[[gnu::always_inline]] inline void visitRun(const std::uint8_t* from, std::size_t pixelCount,
+                                            Visit visit) {
+    std::size_t i = 0;
+    for (; i + count <= pixelCount; i += count) visit(i, raster::lanes::loadPixels(from + 4 * i));
+    if (i == pixelCount) return;
+    std::array<std::uint8_t, 4 * count> padded{};
+    std::memcpy(padded.data(), from + 4 * i, 4 * (pixelCount - i));
+    visit(i, raster::lanes::loadPixels(padded.data()));
 }
 
 } // namespace quillabrae::effects::lanes

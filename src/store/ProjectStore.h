@@ -25,6 +25,10 @@
 #include <optional>
 #include <vector>
 
+namespace quillabrae::effects {
+struct QuillabraePlugin;
+}
+
 namespace quillabrae::platform {
 struct HttpProgress;
 }
@@ -196,6 +200,9 @@ public:
     void invertActiveImage();
     void flipSelectedLayer(FlipDirection direction);
     void rotateZoomSelectedLayer(const RotateZoomDialogResult& result);
+    /// Runs a plugin's effect on the whole of the selected layer, whatever is selected. Whether it
+    /// did.
+    bool applyPlugin(const effects::QuillabraePlugin& plugin);
 
     // Adjustments of the selected layer. Their dialogs show each try on the open project: `begin`
     // keeps the project as it is, a try starts from that again, and only `commit` records.

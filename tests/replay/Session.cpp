@@ -19,14 +19,13 @@ Session::Session(const SessionPlaces& places)
     m_home.setPath(
         QDir(places.home.isEmpty() ? m_temporaryHome->path() : places.home).absolutePath());
     m_home.mkpath(QStringLiteral("."));
-    platform::AppPaths paths = platform::AppPaths::under(m_home.path());
+    m_paths = platform::AppPaths::under(m_home.path());
     if (!places.applicationSupport.isEmpty())
-        paths.applicationSupport = QDir(places.applicationSupport).absolutePath();
-    m_autosaveFolder = paths.autosaveFolder();
-    m_preferences.emplace(paths.preferencesFile, platform::SettingsPreferences::Writing::atOnce);
+        m_paths.applicationSupport = QDir(places.applicationSupport).absolutePath();
+    m_preferences.emplace(m_paths.preferencesFile, platform::SettingsPreferences::Writing::atOnce);
     m_store = std::make_unique<store::ProjectStore>(
         store::StoreEnvironment{
-            m_panels, *m_preferences, m_clock, m_fileIcons, m_pasteboard, paths,
+            m_panels, *m_preferences, m_clock, m_fileIcons, m_pasteboard, m_paths,
             platform::directWorkRunner(),
             [this](const QByteArray& svg) { return m_panels.importSvg(svg); },
             platform::makeDirectLatestWork, platform::takeFileLock,

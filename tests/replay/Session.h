@@ -54,9 +54,10 @@ public:
     VirtualTime& time() { return m_time; }
     platform::MemoryPasteboard& pasteboard() { return m_pasteboard; }
     ScriptedFillService& fillService() { return m_fillService; }
+    const platform::AppPaths& paths() const { return m_paths; }
     CanvasStage& canvas() { return *m_canvas; }
     /// Where the recovery file is.
-    const QString& autosaveFolder() const { return m_autosaveFolder; }
+    QString autosaveFolder() const { return m_paths.autosaveFolder(); }
 
     /// A path of a script: "~/" is the run's home, others are relative to the current directory.
     QString resolvedPath(const QString& path) const;
@@ -86,7 +87,7 @@ public:
 private:
     std::optional<QTemporaryDir> m_temporaryHome;
     QDir m_home;
-    QString m_autosaveFolder;
+    platform::AppPaths m_paths;
     VirtualTime m_time;
     ScriptClock m_clock{m_time};
     platform::NoFileIcons m_fileIcons;

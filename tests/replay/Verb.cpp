@@ -18,6 +18,7 @@ std::span<VerbTable (*const)()> verbFamilies() {
         rasterLayerVerbs,  rasterGenerativeVerbs,
         rasterTextVerbs,   intakeVerbs,
         adjustmentVerbs,   generativeFillVerbs,
+        pluginVerbs,
     };
     return families;
 }

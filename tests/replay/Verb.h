@@ -31,6 +31,7 @@ VerbTable storeSelectionVerbs();
 VerbTable intakeVerbs();
 VerbTable adjustmentVerbs();
 VerbTable generativeFillVerbs();
+VerbTable pluginVerbs();
 VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();
