@@ -17,6 +17,8 @@ constexpr int boxReach = 1;
 constexpr std::size_t boxSize = 2 * boxReach + 1;
 constexpr std::array<float, boxSize> box{1.0F, 1.0F, 1.0F};
 constexpr int rowsPerBand = 32;
+/// Of a row of a cell's pixels.
+constexpr std::size_t cellBytes = std::size_t{4} * GuidedSmoothing::cell;
 /// Below every weight that there is.
 constexpr float tiny = 1e-6F;
 
@@ -105,7 +107,7 @@ void GuidedSmoothing::repeatEdges(float* row, std::size_t planes) const {
 void GuidedSmoothing::sumCells(const raster::RasterImage& image, int first, int last) {
     const auto width = static_cast<std::size_t>(image.width());
     // Of columns of pixels; those that fill up the last cell are 0.
-    std::vector<std::uint16_t> sums(4 * cell * m_columns);
+    std::vector<std::uint16_t> sums(cellBytes * m_columns);
     for (int row = first; row < last; ++row) {
         std::ranges::fill(sums, std::uint16_t{0});
         const int end = std::min(cell * row + cell, image.height());
@@ -113,7 +115,7 @@ void GuidedSmoothing::sumCells(const raster::RasterImage& image, int first, int 
         float* const planes = m_coefficients.row(static_cast<std::size_t>(row)) + margin;
         constexpr std::array<std::size_t, 4> placeOf{colors, colors + 1, colors + 2, weight};
         for (std::size_t i = 0; i < m_columns; ++i) {
-            const std::uint16_t* const pixels = sums.data() + 4 * cell * i;
+            const std::uint16_t* const pixels = sums.data() + cellBytes * i;
             for (std::size_t c = 0; c < 4; ++c) {
                 const int sum = pixels[c] + pixels[4 + c] + pixels[8 + c] + pixels[12 + c];
                 planes[m_stride * placeOf[c] + i] = static_cast<float>(sum) / (16.0F * 255.0F);
@@ -133,7 +135,7 @@ void GuidedSmoothing::sumAround(const FloatRows& cells, int row, std::size_t pla
     addWeighted(columns, terms, box, planes * m_stride);
     // All planes at once: what runs over from one to the next falls into the margins.
     for (std::size_t k = 0; k < boxSize; ++k) terms[k] = columns + k;
-    addWeighted(to + boxReach, terms, box, planes * m_stride - 2 * boxReach);
+    addWeighted(to + boxReach, terms, box, planes * m_stride - (boxSize - 1));
 }
 
 void GuidedSmoothing::fit(int first, int last, float epsilon) {

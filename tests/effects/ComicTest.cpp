@@ -24,7 +24,8 @@ struct Grid {
     double at(int x, int y) const {
         const int column = std::clamp(x, 0, width - 1);
         const int row = std::clamp(y, 0, height - 1);
-        return values[static_cast<std::size_t>(row * width + column)];
+        return values[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
+                      static_cast<std::size_t>(column)];
     }
     /// Linearly between the places of cells of four pixels.
     double between(double x, double y) const {

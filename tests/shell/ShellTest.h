@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "effects/PluginLibraryService.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/app/WindowFactory.h"
 #include "shell/dialogs/Dialogs.h"
@@ -52,8 +53,10 @@ protected:
     void makeShell() {
         coordinator.reset();
         store = makeStore();
+        plugins = std::make_unique<effects::PluginLibraryService>(
+            effects::PluginLibraryService::defaultInstallDirectory(paths));
         coordinator = std::make_unique<WindowCoordinator>(
-            WindowEnvironment{*store, preferences, windows, dialogs});
+            WindowEnvironment{*store, preferences, windows, dialogs, *plugins});
     }
 
     QWidget* editor() const { return coordinator->window(WindowRole::editor); }
@@ -97,6 +100,7 @@ protected:
     FakeWindows windows;
     FakeDialogs dialogs;
     std::unique_ptr<store::ProjectStore> store;
+    std::unique_ptr<effects::PluginLibraryService> plugins;
     std::unique_ptr<WindowCoordinator> coordinator;
 };
 

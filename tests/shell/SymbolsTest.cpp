@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "effects/PluginCatalog.h"
 #include "model/PaintTool.h"
 #include "shell/ShellTest.h"
 #include "shell/editor/QuickToolbar.h"
@@ -15,6 +16,15 @@ TEST_F(SymbolsTest, KnowsEveryToolOfThePalette) {
         EXPECT_TRUE(Symbols::isKnown(model::symbolName(tool)))
             << qPrintable(model::symbolName(tool));
     }
+}
+
+TEST_F(SymbolsTest, KnowsEveryPluginAndCategory) {
+    for (const effects::QuillabraePlugin& plugin : effects::pluginCatalog()) {
+        EXPECT_TRUE(Symbols::isKnown(plugin.symbolName)) << qPrintable(plugin.symbolName);
+        EXPECT_FALSE(Symbols::icon(plugin.symbolName).isNull()) << qPrintable(plugin.symbolName);
+    }
+    for (const auto category : effects::allPluginCategories())
+        EXPECT_TRUE(Symbols::isKnown(symbolName(category)));
 }
 
 TEST_F(SymbolsTest, KnowsEveryButtonOfTheQuickToolbar) {

@@ -3,6 +3,7 @@
 
 #include "effects/OpenAIImageEditService.h"
 #include "effects/OpenAIKeychainService.h"
+#include "effects/PluginLibraryService.h"
 #include "persistence/SVGImportService.h"
 #include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
@@ -44,8 +45,9 @@ struct AppModel::Graph {
           recentDocuments(platform::XdgRecentDocuments::standardFile(),
                           platform::XdgRecentDocuments::standardMissing()),
           recents(store, recentDocuments),
+          plugins(effects::PluginLibraryService::defaultInstallDirectory(paths)),
           factory(store),
-          windows({store, preferences, factory, dialogs}),
+          windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
                    {.afterFirstFrame =
                         [this] {
@@ -86,6 +88,7 @@ struct AppModel::Graph {
     store::ProjectStore store;
     platform::XdgRecentDocuments recentDocuments;
     DesktopRecents recents;
+    effects::PluginLibraryService plugins;
     DesktopDialogs dialogs;
     DesktopWindows factory;
     WindowCoordinator windows;

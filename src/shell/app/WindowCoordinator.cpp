@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/WindowCoordinator.h"
 
+#include "effects/PluginLibraryService.h"
 #include "model/PaintProject.h"
 #include "model/PastedImage.h"
 #include "model/RecentProject.h"
@@ -94,6 +95,13 @@ void WindowCoordinator::showWelcomeIfNoVisibleWindows() {
 
 void WindowCoordinator::showPluginLibrary() {
     show(WindowRole::pluginLibrary);
+}
+
+void WindowCoordinator::runPlugin(const QString& id) {
+    const effects::PluginLibraryService& library = m_environment.plugins;
+    const effects::QuillabraePlugin* const plugin = library.plugin(id);
+    if (!plugin || !library.installedPluginIDs().contains(id)) return showPluginLibrary();
+    m_environment.store.applyPlugin(*plugin);
 }
 
 void WindowCoordinator::showPaintNetQuickStart() {

@@ -24,6 +24,10 @@ namespace quillabrae::platform {
 class Preferences;
 }
 
+namespace quillabrae::effects {
+class PluginLibraryService;
+}
+
 namespace quillabrae::store {
 class ProjectStore;
 struct DroppedContents;
@@ -40,6 +44,7 @@ struct WindowEnvironment {
     platform::Preferences& preferences;
     WindowFactory& factory;
     Dialogs& dialogs;
+    effects::PluginLibraryService& plugins;
 };
 
 /// Owns the program's windows and leads every command that needs one to it. Operations that run a
@@ -56,6 +61,9 @@ public:
     void showWelcome();
     void showWelcomeIfNoVisibleWindows();
     void showPluginLibrary();
+    effects::PluginLibraryService& plugins() const { return m_environment.plugins; }
+    /// Runs an installed plugin on the active project; for any other id shows the library.
+    void runPlugin(const QString& id);
     void showPaintNetQuickStart();
     /// Brings the program to the user, who has started it once more: its visible windows, or the
     /// welcome window when there are none.

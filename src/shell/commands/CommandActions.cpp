@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/commands/CommandActions.h"
 
+#include "shell/commands/PluginRows.h"
 #include "store/ProjectStore.h"
 
 #include <QAction>
@@ -71,6 +72,8 @@ void CommandActions::fill(QMenuBar& menuBar) const {
         for (const auto& [command, action] : m_entries) {
             if (command->menu == menuID) menu->addAction(action);
         }
+        if (menuID == CommandMenu::plugins)
+            new PluginRows(m_context, *action(QStringLiteral("No Plugins Installed")), *menu);
     }
 }
 
