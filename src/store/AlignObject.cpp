@@ -63,75 +63,64 @@ bool alignObject(const PaintProject& project, PaintLayer& layer, AlignObjectActi
     return Raster::moveOpaquePixels(layer, width, height, *object, place);
 }
 
+const QString cancelledAlignment = QStringLiteral("Align cancelled");
+
 } // namespace
 
 bool ProjectStore::applyAlignObject(AlignObjectAction action, AdjustmentRun run) {
-    PaintProject* project = projectToEdit();
-    PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+    PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
     if (!layer) return false;
-    if (layer->isLocked) {
-        setStatusMessage(QStringLiteral("Selected layer is locked"));
-        return false;
-    }
+    // Also where nothing is found to align.
     if (run == AdjustmentRun::recorded)
         m_lastRepeatableAction = RepeatableActions::AlignObject{action};
-    if (!alignObject(*project, *layer, action)) {
+    PaintProject& project = *projectToEdit();
+    if (!alignObject(project, *layer, action)) {
         setStatusMessage(QStringLiteral("Nothing to align"));
         return false;
     }
-    if (run == AdjustmentRun::recorded) {
-        finishAlignObject(*project, action);
-        return true;
-    }
-    Q_EMIT projectChanged(project->id);
-    if (run == AdjustmentRun::preview)
-        setStatusMessage(QStringLiteral("Previewing %1").arg(title(action)));
+    if (run == AdjustmentRun::recorded)
+        finishAlignObject(project, action);
+    else
+        AdjustmentPreviews::show(*this, project, run,
+                                 QStringLiteral("Previewing %1").arg(title(action)));
     return true;
 }
 
 void ProjectStore::finishAlignObject(PaintProject& project, AlignObjectAction action) {
-    const QUuid id = finishEdit(project);
-    setStatusMessage(QStringLiteral("%1 applied").arg(title(action)));
-    recordHistory(id, QStringLiteral("Align Object"), QStringLiteral("square.grid.3x3"));
+    AdjustmentPreviews::finish(
+        *this, project,
+        {RepeatableActions::AlignObject{action}, QStringLiteral("%1 applied").arg(title(action)),
+         QStringLiteral("Align Object"), QStringLiteral("square.grid.3x3")});
 }
 
 void ProjectStore::beginAlignObjectPreview() {
-    const PaintProject* active = activeProject();
-    if (!active) return;
-    m_previews->alignOriginal = *active;
-    m_previews->alignAction.reset();
+    AdjustmentPreviews::begin(*this, m_previews->align);
 }
 
 void ProjectStore::restoreAlignPreviewOriginal() {
-    if (m_previews->alignOriginal) restoreOriginal(*m_previews->alignOriginal);
+    if (m_previews->align.original) restoreOriginal(*m_previews->align.original);
 }
 
 bool ProjectStore::previewAlignObject(AlignObjectAction action) {
     restoreAlignPreviewOriginal();
     const bool isShown = applyAlignObject(action, AdjustmentRun::preview);
-    m_previews->alignAction = isShown ? std::optional(action) : std::nullopt;
+    m_previews->align.choice = isShown ? std::optional(action) : std::nullopt;
     return isShown;
 }
 
 std::optional<AlignObjectAction> ProjectStore::alignPreviewAction() const {
-    return m_previews->alignAction;
+    return m_previews->align.choice;
 }
 
 void ProjectStore::cancelAlignObjectPreview() {
-    restoreAlignPreviewOriginal();
-    m_previews->alignOriginal.reset();
-    m_previews->alignAction.reset();
-    setStatusMessage(QStringLiteral("Align cancelled"));
+    AdjustmentPreviews::cancel(*this, m_previews->align, cancelledAlignment);
 }
 
 void ProjectStore::commitAlignObjectPreview() {
-    const auto action = m_previews->alignAction;
-    PaintProject* project = projectToEdit();
-    if (!action || !project) return cancelAlignObjectPreview();
-    m_previews->alignOriginal.reset();
-    m_previews->alignAction.reset();
-    m_lastRepeatableAction = RepeatableActions::AlignObject{*action};
-    finishAlignObject(*project, *action);
+    AdjustmentPreviews::commit(*this, m_previews->align, cancelledAlignment,
+                               [this](PaintProject& project, AlignObjectAction action) {
+                                   finishAlignObject(project, action);
+                               });
 }
 
 } // namespace quillabrae::store

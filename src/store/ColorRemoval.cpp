@@ -57,56 +57,52 @@ std::optional<PaintLayer> coarseResult(const Attempt& attempt) {
     return layer;
 }
 
+const QString previewedRemoval = QStringLiteral("Previewing color removal");
+const QString cancelledRemoval = QStringLiteral("Color removal cancelled");
+const QString nothingToRemove = QStringLiteral("No matching color found");
+
 } // namespace
 
 bool ProjectStore::applyColorRemoval(const ColorRemovalSettings& settings, AdjustmentRun run) {
-    PaintProject* project = projectToEdit();
-    PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+    PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
     if (!layer) return false;
-    if (layer->isLocked) {
-        setStatusMessage(QStringLiteral("Selected layer is locked"));
-        return false;
-    }
-    const Attempt attempt{*layer, project->canvasWidth, project->canvasHeight, settings,
-                          colorOf(settings.preset, m_settings)};
-    const auto result = wholeResult(attempt);
+    PaintProject& project = *projectToEdit();
+    const auto result = wholeResult({*layer, project.canvasWidth, project.canvasHeight, settings,
+                                     colorOf(settings.preset, m_settings)});
     if (!result) {
-        setStatusMessage(QStringLiteral("No matching color found"));
+        setStatusMessage(nothingToRemove);
         return false;
     }
     *layer = *result;
-    if (run == AdjustmentRun::recorded) {
-        m_lastRepeatableAction = RepeatableActions::ColorRemoval{settings};
-        finishColorRemoval(*project, settings);
-        return true;
-    }
-    Q_EMIT projectChanged(project->id);
-    if (run == AdjustmentRun::preview) setStatusMessage(QStringLiteral("Previewing color removal"));
+    if (run == AdjustmentRun::recorded)
+        finishColorRemoval(project, settings);
+    else
+        AdjustmentPreviews::show(*this, project, run, previewedRemoval);
     return true;
 }
 
 void ProjectStore::finishColorRemoval(PaintProject& project, const ColorRemovalSettings& settings) {
-    const QUuid id = finishEdit(project);
-    setStatusMessage(QStringLiteral("Removed %1").arg(title(settings.preset)));
-    recordHistory(id, QStringLiteral("Color Removal"), QStringLiteral("eraser.line.dashed"));
+    AdjustmentPreviews::finish(
+        *this, project,
+        {RepeatableActions::ColorRemoval{settings},
+         QStringLiteral("Removed %1").arg(title(settings.preset)), QStringLiteral("Color Removal"),
+         QStringLiteral("eraser.line.dashed")});
 }
 
 void ProjectStore::beginColorRemovalPreview() {
-    const PaintProject* active = activeProject();
-    if (!active) return;
+    if (!hasActiveProject()) return;
     m_previews->dropWork();
-    m_previews->colorRemovalOriginal = *active;
-    m_previews->colorRemovalSettings.reset();
+    AdjustmentPreviews::begin(*this, m_previews->colorRemoval);
 }
 
 void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
     AdjustmentPreviews& previews = *m_previews;
-    if (!previews.colorRemovalOriginal) return;
-    const PaintProject& original = *previews.colorRemovalOriginal;
+    if (!previews.colorRemoval.original) return;
+    const PaintProject& original = *previews.colorRemoval.original;
     const PaintLayer* layer = original.selectedLayer();
     if (!indexOf(original.id) || !layer || layer->isLocked) {
         previews.dropWork();
-        previews.colorRemovalSettings.reset();
+        previews.colorRemoval.choice.reset();
         restoreOriginal(original);
         if (layer && layer->isLocked) setStatusMessage(QStringLiteral("Selected layer is locked"));
         return;
@@ -132,41 +128,34 @@ void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
 }
 
 void ProjectStore::showTry(const PaintLayer& layer) {
-    restoreOriginal(*m_previews->colorRemovalOriginal, &layer);
+    restoreOriginal(*m_previews->colorRemoval.original, &layer);
 }
 
 void ProjectStore::showColorRemoval(const ColorRemovalSettings& settings,
                                     const std::optional<PaintLayer>& result) {
-    m_previews->colorRemovalSettings = result ? std::optional(settings) : std::nullopt;
+    m_previews->colorRemoval.choice = result ? std::optional(settings) : std::nullopt;
     if (result)
         showTry(*result);
     else
-        restoreOriginal(*m_previews->colorRemovalOriginal);
-    setStatusMessage(result ? QStringLiteral("Previewing color removal")
-                            : QStringLiteral("No matching color found"));
+        restoreOriginal(*m_previews->colorRemoval.original);
+    setStatusMessage(result ? previewedRemoval : nothingToRemove);
 }
 
 std::optional<ColorRemovalSettings> ProjectStore::colorRemovalPreviewSettings() const {
-    return m_previews->colorRemovalSettings;
+    return m_previews->colorRemoval.choice;
 }
 
 void ProjectStore::cancelColorRemovalPreview() {
     m_previews->dropWork();
-    if (m_previews->colorRemovalOriginal) restoreOriginal(*m_previews->colorRemovalOriginal);
-    m_previews->colorRemovalOriginal.reset();
-    m_previews->colorRemovalSettings.reset();
-    setStatusMessage(QStringLiteral("Color removal cancelled"));
+    AdjustmentPreviews::cancel(*this, m_previews->colorRemoval, cancelledRemoval);
 }
 
 void ProjectStore::commitColorRemovalPreview() {
     m_previews->finishWork();
-    const auto settings = m_previews->colorRemovalSettings;
-    PaintProject* project = projectToEdit();
-    if (!settings || !project) return cancelColorRemovalPreview();
-    m_previews->colorRemovalOriginal.reset();
-    m_previews->colorRemovalSettings.reset();
-    m_lastRepeatableAction = RepeatableActions::ColorRemoval{*settings};
-    finishColorRemoval(*project, *settings);
+    AdjustmentPreviews::commit(*this, m_previews->colorRemoval, cancelledRemoval,
+                               [this](PaintProject& project, const ColorRemovalSettings& settings) {
+                                   finishColorRemoval(project, settings);
+                               });
 }
 
 } // namespace quillabrae::store

@@ -28,8 +28,30 @@ void ProjectStore::restoreOriginal(const model::PaintProject& original,
     setActiveProjectID(original.id);
 }
 
+model::PaintLayer* ProjectStore::AdjustmentPreviews::layerToAdjust(ProjectStore& store) {
+    model::PaintProject* project = store.projectToEdit();
+    model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+    if (!layer || !layer->isLocked) return layer;
+    store.setStatusMessage(QStringLiteral("Selected layer is locked"));
+    return nullptr;
+}
+
+void ProjectStore::AdjustmentPreviews::show(ProjectStore& store, const model::PaintProject& project,
+                                            AdjustmentRun run, const QString& previewStatus) {
+    Q_EMIT store.projectChanged(project.id);
+    if (run == AdjustmentRun::preview) store.setStatusMessage(previewStatus);
+}
+
+void ProjectStore::AdjustmentPreviews::finish(ProjectStore& store, model::PaintProject& project,
+                                              const Report& report) {
+    store.m_lastRepeatableAction = report.action;
+    const QUuid id = store.finishEdit(project);
+    store.setStatusMessage(report.status);
+    store.recordHistory(id, report.historyTitle, report.symbolName);
+}
+
 const model::PaintProject* ProjectStore::previewOriginal(QUuid id) const {
-    for (const auto& original : {&m_previews->alignOriginal, &m_previews->colorRemovalOriginal}) {
+    for (const auto& original : {&m_previews->align.original, &m_previews->colorRemoval.original}) {
         if (*original && (*original)->id == id) return &**original;
     }
     return nullptr;

@@ -43,11 +43,13 @@ TEST_F(CommandTableTest, StandsInItsOrder) {
                              "Edit/Undo\nEdit/Redo\nEdit/-\nEdit/Cut\nEdit/Copy\n"
                              "Edit/Select All\nEdit/Drop Selection\nEdit/Paste\n"
                              "Zoom/Zoom In\nZoom/Zoom Out\nZoom/Zoom to Fit\n"
-                             "Image/Invert\n"
+                             "Image/Resize...\nImage/Canvas Size...\nImage/Invert\n"
                              "Layers/Add New Layer\nLayers/Delete Layer\n"
                              "Layers/Duplicate Layer\nLayers/Merge Layer Down\n"
                              "Layers/Import From File...\nLayers/-\n"
                              "Layers/Flip Horizontal\nLayers/Flip Vertical\n"
+                             "Layers/Rotate / Zoom...\nLayers/-\nLayers/Layer Properties...\n"
+                             "Object/Align Object...\nObject/Repeat Last Action\n"
                              "Plugins/Plugin Library...\nPlugins/-\n"
                              "Plugins/No Plugins Installed\nHelp/Paint.NET Quick Start"));
 }
@@ -78,11 +80,29 @@ TEST_F(CommandTableTest, KeepsOnlyWhatNeedsNoProjectEnabledWithoutOne) {
           "Plugin Library...", "Paint.NET Quick Start"}) {
         EXPECT_TRUE(isEnabled(title)) << title;
     }
-    for (const auto* title :
-         {"Save", "Save As...", "Close Project", "Undo", "Redo", "Zoom to Fit", "Select All",
-          "Drop Selection", "Invert", "Add New Layer", "Delete Layer", "Duplicate Layer",
-          "Merge Layer Down", "Import From File...", "Flip Horizontal", "Flip Vertical",
-          "No Plugins Installed"}) {
+    for (const auto* title : {"Save",
+                              "Save As...",
+                              "Close Project",
+                              "Undo",
+                              "Redo",
+                              "Zoom to Fit",
+                              "Select All",
+                              "Drop Selection",
+                              "Invert",
+                              "Add New Layer",
+                              "Delete Layer",
+                              "Duplicate Layer",
+                              "Merge Layer Down",
+                              "Import From File...",
+                              "Flip Horizontal",
+                              "Flip Vertical",
+                              "Resize...",
+                              "Canvas Size...",
+                              "Rotate / Zoom...",
+                              "Layer Properties...",
+                              "Align Object...",
+                              "Repeat Last Action",
+                              "No Plugins Installed"}) {
         EXPECT_FALSE(isEnabled(title)) << title;
     }
 }
@@ -91,10 +111,28 @@ TEST_F(CommandTableTest, EnablesWhatNeedsAProjectWithOne) {
     makeProject(*store);
     for (const auto* title : {"Save", "Save As...", "Close Project", "Zoom to Fit", "Select All",
                               "Invert", "Add New Layer", "Duplicate Layer", "Import From File...",
-                              "Flip Horizontal", "Flip Vertical"}) {
+                              "Flip Horizontal", "Flip Vertical", "Resize...", "Canvas Size...",
+                              "Rotate / Zoom...", "Layer Properties...", "Align Object..."}) {
         EXPECT_TRUE(isEnabled(title)) << title;
     }
     EXPECT_FALSE(isEnabled("No Plugins Installed"));
+}
+
+TEST_F(CommandTableTest, RepeatsInAnyProjectOnceSomethingCanBeRepeated) {
+    makeProject(*store);
+    EXPECT_FALSE(isEnabled("Repeat Last Action"));
+    const CommandActions actions({*store, *coordinator});
+    const QAction* repeat = actions.action(QStringLiteral("Repeat Last Action"));
+    EXPECT_FALSE(repeat->isEnabled());
+    run("Invert");
+    runDeferred();
+    EXPECT_TRUE(repeat->isEnabled());
+    makeProject(*store);
+    EXPECT_TRUE(isEnabled("Repeat Last Action"));
+    run("Repeat Last Action");
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Inverted selected layer"));
+    store->closeAllProjects();
+    EXPECT_FALSE(isEnabled("Repeat Last Action"));
 }
 
 TEST_F(CommandTableTest, UndoesDownToTheFirstEntryAndRedoesUpToTheLast) {
@@ -187,7 +225,7 @@ TEST_F(CommandTableTest, FillsAMenuBarWithEachMenuOnce) {
     actions.fill(bar);
     QStringList menus;
     for (const QAction* menu : bar.actions()) menus << menu->text();
-    EXPECT_EQ(menus.join(u' '), QStringLiteral("File Edit Zoom Image Layers Plugins Help"));
+    EXPECT_EQ(menus.join(u' '), QStringLiteral("File Edit Zoom Image Layers Object Plugins Help"));
 }
 
 TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {
@@ -196,7 +234,8 @@ TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {
         titles << QString::fromLatin1(item.title == nullptr ? "-" : item.title);
     }
     EXPECT_EQ(titles.join(u','),
-              QStringLiteral("New Project,Open Project,Save,-,Undo,Redo,-,Toggle Pixel Grid"));
+              QStringLiteral("New Project,Open Project,Save,-,Cut,Copy,Paste,-,Resize,Align Object,"
+                             "Color Removal,Trim Whitespace,-,Undo,Redo,-,Toggle Pixel Grid"));
     const ToolbarItem& grid = quickToolbarItems().back();
     EXPECT_FALSE(grid.isEnabled(*store));
     EXPECT_STREQ(grid.symbol(*store), "grid");

@@ -42,6 +42,51 @@ public:
         parent = dialogParent;
         return newProject;
     }
+
+    std::optional<ResizeDialogRequest> resizedFrom;
+    std::optional<ResizeDialogResponse> resize;
+    std::optional<ResizeDialogResponse> requestResize(const ResizeDialogRequest& request,
+                                                      QWidget*) override {
+        resizedFrom = request;
+        return resize;
+    }
+
+    std::optional<store::RotateZoomDialogResult> rotateZoom;
+    std::optional<store::RotateZoomDialogResult> requestRotateZoom(QWidget*) override {
+        return rotateZoom;
+    }
+
+    std::optional<store::LayerPropertiesDialogResult> layerBefore;
+    std::optional<store::LayerPropertiesDialogResult> layerProperties;
+    std::optional<store::LayerPropertiesDialogResult> requestLayerProperties(
+        const store::LayerPropertiesDialogResult& layer, QWidget*) override {
+        layerBefore = layer;
+        return layerProperties;
+    }
+
+    /// What is tried in the dialog, and whether the last try is to stay.
+    std::vector<store::AlignObjectAction> alignments;
+    bool keepsAlignment = false;
+    /// Looks at the program after each try.
+    std::function<void()> whileShown = [] {};
+    bool requestAlignObject(const AlignObjectPreview& preview, QWidget*) override {
+        for (const store::AlignObjectAction action : alignments) {
+            preview(action);
+            whileShown();
+        }
+        return keepsAlignment;
+    }
+
+    std::vector<store::ColorRemovalSettings> removals;
+    std::optional<store::ColorRemovalSettings> removal;
+    std::optional<store::ColorRemovalSettings> requestColorRemoval(
+        const model::PaintAppSettings&, const ColorRemovalPreview& preview, QWidget*) override {
+        for (const store::ColorRemovalSettings& settings : removals) {
+            preview(settings);
+            whileShown();
+        }
+        return removal;
+    }
 };
 
 /// A store in a home of its own with a coordinator over empty windows.

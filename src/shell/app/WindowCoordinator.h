@@ -37,6 +37,7 @@ namespace quillabrae::shell {
 
 class Dialogs;
 class WindowFactory;
+enum class ResizeDialogMode;
 
 /// What the coordinator needs of the world. All outlive it.
 struct WindowEnvironment {
@@ -71,6 +72,11 @@ public:
 
     void createNewProject();
     void openProjectFromPanel();
+    void showResizeDialog(ResizeDialogMode mode);
+    void showRotateZoomDialog();
+    void showLayerPropertiesDialog();
+    void showAlignObjectDialog();
+    void showColorRemovalDialog();
     void openImageAsNewProject(const model::PastedImage& image);
     /// Opens a recent project; a failure is in the store's status message.
     void openRecent(const model::RecentProject& recent);
@@ -120,6 +126,11 @@ private:
     void presentNewProjectDialog();
     void presentOpenProjectFromPanel();
     void presentPasteImageFromClipboard();
+    void presentResizeDialog(ResizeDialogMode mode);
+    void presentRotateZoomDialog();
+    void presentLayerPropertiesDialog();
+    void presentAlignObjectDialog();
+    void presentColorRemovalDialog();
     bool shouldOpenClipboardImageAsProject() const;
     void showQuickStartOnce();
     /// Whether the window may close.

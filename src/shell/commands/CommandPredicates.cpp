@@ -41,4 +41,8 @@ bool canMergeLayerDown(const store::ProjectStore& store) {
     return layer != nullptr && layer != &project->layers.front();
 }
 
+bool canRepeatLastAction(const store::ProjectStore& store) {
+    return store.hasActiveProject() && store.lastRepeatableAction().has_value();
+}
+
 } // namespace quillabrae::shell::CommandPredicates

@@ -3,6 +3,7 @@
 
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/FocusedText.h"
+#include "shell/dialogs/ResizeFields.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
@@ -50,6 +51,8 @@ constexpr std::array commands{
     Command{zoom, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},
     Command{zoom, "Zoom to Fit", "Ctrl+B", hasActiveProject, zoomToFit},
 
+    Command{image, "Resize...", "Ctrl+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::image); }},
+    Command{image, "Canvas Size...", "Ctrl+Shift+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::canvas); }},
     Command{image, "Invert", "Ctrl+Shift+I", hasActiveProject, [](const Context& c) { c.store.invertActiveImage(); }},
 
     Command{layers, "Add New Layer", "Ctrl+Shift+N", hasActiveProject, [](const Context& c) { c.store.addLayer(); }},
@@ -60,6 +63,12 @@ constexpr std::array commands{
     divider(layers),
     Command{layers, "Flip Horizontal", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::horizontal); }},
     Command{layers, "Flip Vertical", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::vertical); }},
+    Command{layers, "Rotate / Zoom...", "Ctrl+Alt+Z", hasActiveProject, [](const Context& c) { c.windows.showRotateZoomDialog(); }},
+    divider(layers),
+    Command{layers, "Layer Properties...", "", hasActiveProject, [](const Context& c) { c.windows.showLayerPropertiesDialog(); }},
+
+    Command{object, "Align Object...", "Ctrl+Shift+F", hasActiveProject, [](const Context& c) { c.windows.showAlignObjectDialog(); }},
+    Command{object, "Repeat Last Action", "Ctrl+F", canRepeatLastAction, [](const Context& c) { c.store.repeatLastAction(); }},
 
     Command{plugins, "Plugin Library...", "Ctrl+Shift+P", always, [](const Context& c) { c.windows.showPluginLibrary(); }},
     divider(plugins),
@@ -69,8 +78,8 @@ constexpr std::array commands{
 };
 // clang-format on
 
-constexpr std::array<const char*, commandMenuCount> menuTitles{"File",   "Edit",    "Zoom", "Image",
-                                                               "Layers", "Plugins", "Help"};
+constexpr std::array<const char*, commandMenuCount> menuTitles{
+    "File", "Edit", "Zoom", "Image", "Layers", "Object", "Plugins", "Help"};
 
 } // namespace
 

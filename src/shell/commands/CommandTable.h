@@ -18,7 +18,7 @@ struct CommandContext {
 };
 
 /// The menus, in the order of the menu bar.
-enum class CommandMenu { file, edit, zoom, image, layers, plugins, help };
+enum class CommandMenu { file, edit, zoom, image, layers, object, plugins, help };
 
 /// One row of the menus. A row without a title is a divider.
 struct Command {
@@ -34,7 +34,7 @@ struct Command {
 std::span<const Command> commandTable();
 
 const char* title(CommandMenu menu);
-constexpr int commandMenuCount = 7;
+constexpr int commandMenuCount = 8;
 
 /// What commands ask of the store before they can run.
 namespace CommandPredicates {
@@ -48,6 +48,8 @@ bool canDropSelection(const store::ProjectStore& store);
 bool canDeleteLayer(const store::ProjectStore& store);
 /// Whether there is a layer beneath the selected one.
 bool canMergeLayerDown(const store::ProjectStore& store);
+/// Whether there is a project and something that was done to one can be done to it.
+bool canRepeatLastAction(const store::ProjectStore& store);
 } // namespace CommandPredicates
 
 /// What several places of the interface run.

@@ -13,11 +13,19 @@ NumberField::NumberField(QWidget* parent) : QDoubleSpinBox(parent) {
     setDecimals(mostDecimals);
     setRange(0.0, beyondAnyCanvas);
     setAlignment(Qt::AlignRight);
-    setLocale(QLocale::c());
+    QLocale language;
+    language.setNumberOptions(QLocale::OmitGroupSeparator | QLocale::RejectGroupSeparator);
+    setLocale(language);
 }
 
 QString NumberField::textFromValue(double value) const {
-    return QString::number(value, 'f', QLocale::FloatingPointShortest);
+    return locale().toString(value, 'f', QLocale::FloatingPointShortest);
+}
+
+QValidator::State NumberField::validate(QString& text, int& position) const {
+    for (const QChar separator : {QChar(u'.'), QChar(u',')})
+        text.replace(separator, locale().decimalPoint());
+    return QDoubleSpinBox::validate(text, position);
 }
 
 } // namespace quillabrae::shell

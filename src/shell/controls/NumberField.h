@@ -5,8 +5,9 @@
 
 namespace quillabrae::shell {
 
-/// A field for a number without a practical upper limit, shown without needless decimals. Steps are
-/// whole; at least 0.
+/// A field for a number without a practical upper limit, shown without needless decimals, as the
+/// user's language writes it. A comma and a point both begin the decimals. Steps are whole; at
+/// least 0.
 class NumberField final : public QDoubleSpinBox {
     Q_OBJECT
 
@@ -14,6 +15,7 @@ public:
     explicit NumberField(QWidget* parent = nullptr);
 
     QString textFromValue(double value) const override;
+    QValidator::State validate(QString& text, int& position) const override;
 };
 
 } // namespace quillabrae::shell

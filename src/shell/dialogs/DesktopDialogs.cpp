@@ -1,15 +1,52 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/DesktopDialogs.h"
 
+#include "shell/dialogs/AlignObjectDialog.h"
+#include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/LayerPropertiesDialog.h"
 #include "shell/dialogs/NewProjectDialog.h"
+#include "shell/dialogs/ResizeDialog.h"
+#include "shell/dialogs/RotateZoomDialog.h"
 
 namespace quillabrae::shell {
+namespace {
+
+/// What a dialog holds when the user has accepted it.
+template <typename Dialog>
+auto answered(Dialog&& dialog) -> std::optional<decltype(dialog.answer())> {
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.answer();
+}
+
+} // namespace
 
 std::optional<NewProjectDialogResult> DesktopDialogs::requestNewProject(QSizeF size,
                                                                         QWidget* parent) {
-    NewProjectDialog dialog(size, parent);
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return dialog.answer();
+    return answered(NewProjectDialog(size, parent));
+}
+
+std::optional<ResizeDialogResponse> DesktopDialogs::requestResize(
+    const ResizeDialogRequest& request, QWidget* parent) {
+    return answered(ResizeDialog(request, parent));
+}
+
+std::optional<store::RotateZoomDialogResult> DesktopDialogs::requestRotateZoom(QWidget* parent) {
+    return answered(RotateZoomDialog(parent));
+}
+
+std::optional<store::LayerPropertiesDialogResult> DesktopDialogs::requestLayerProperties(
+    const store::LayerPropertiesDialogResult& layer, QWidget* parent) {
+    return answered(LayerPropertiesDialog(layer, parent));
+}
+
+bool DesktopDialogs::requestAlignObject(const AlignObjectPreview& preview, QWidget* parent) {
+    AlignObjectDialog dialog(preview, parent);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+std::optional<store::ColorRemovalSettings> DesktopDialogs::requestColorRemoval(
+    const model::PaintAppSettings& settings, const ColorRemovalPreview& preview, QWidget* parent) {
+    return answered(ColorRemovalDialog(settings, preview, parent));
 }
 
 } // namespace quillabrae::shell

@@ -9,6 +9,15 @@ namespace quillabrae::shell {
 class DesktopDialogs final : public Dialogs {
 public:
     std::optional<NewProjectDialogResult> requestNewProject(QSizeF size, QWidget* parent) override;
+    std::optional<ResizeDialogResponse> requestResize(const ResizeDialogRequest& request,
+                                                      QWidget* parent) override;
+    std::optional<store::RotateZoomDialogResult> requestRotateZoom(QWidget* parent) override;
+    std::optional<store::LayerPropertiesDialogResult> requestLayerProperties(
+        const store::LayerPropertiesDialogResult& layer, QWidget* parent) override;
+    bool requestAlignObject(const AlignObjectPreview& preview, QWidget* parent) override;
+    std::optional<store::ColorRemovalSettings> requestColorRemoval(
+        const model::PaintAppSettings& settings, const ColorRemovalPreview& preview,
+        QWidget* parent) override;
 };
 
 } // namespace quillabrae::shell

@@ -3,47 +3,17 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
 #include <QGridLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSignalBlocker>
 
 namespace quillabrae::shell {
 namespace {
 
 constexpr QSize dialogSize{420, 250};
-constexpr int fieldWidth = 132;
-
-NumberField* addField(QGridLayout& grid, const QString& title) {
-    QWidget* parent = grid.parentWidget();
-    const int row = grid.rowCount();
-    auto* field = new NumberField(parent);
-    field->setFixedWidth(fieldWidth);
-    field->setAccessibleName(title.chopped(1));
-    QLabel* label = Labels::body(title, parent);
-    label->setBuddy(field);
-    grid.addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
-    grid.addWidget(field, row, 1);
-    grid.addWidget(Labels::muted(QStringLiteral("pixels"), parent), row, 2);
-    return field;
-}
-
-QHBoxLayout* makeButtons(QDialog& dialog) {
-    auto* import = new QPushButton(QStringLiteral("Import"), &dialog);
-    import->setDefault(true);
-    Style::markPrimary(*import);
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);
-    QObject::connect(import, &QPushButton::clicked, &dialog, &QDialog::accept);
-    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Style::grid);
-    row->addStretch();
-    row->addWidget(cancel);
-    row->addWidget(import);
-    return row;
-}
 
 /// As many decimals as there are, up to two.
 QString pixelsText(double value) {
@@ -58,27 +28,21 @@ SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
     : QDialog(parent), m_fields(naturalSize) {
     setWindowTitle(QStringLiteral("Import SVG"));
     setFixedSize(dialogSize);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
-    layout->setSpacing(Style::grid);
-    layout->addWidget(Labels::title(QStringLiteral("Import SVG"), 1.4, this));
+    QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     QLabel* text = Labels::body(
         QStringLiteral("Choose the raster size for this SVG. Aspect ratio is locked."), this);
     text->setWordWrap(true);
-    layout->addWidget(text);
-    layout->addWidget(
+    column->addWidget(text);
+    column->addWidget(
         Labels::muted(QStringLiteral("Original: %1 × %2 pixels")
                           .arg(pixelsText(naturalSize.width()), pixelsText(naturalSize.height())),
                       this));
 
-    auto* fields = new QWidget(this);
-    auto* grid = new QGridLayout(fields);
+    QGridLayout* grid = DialogParts::addGrid(*column);
     grid->setContentsMargins(0, Style::grid, 0, 0);
-    grid->setHorizontalSpacing(12);
-    grid->setVerticalSpacing(Style::grid);
-    grid->setColumnStretch(2, 1);
-    m_width = addField(*grid, QStringLiteral("Width:"));
-    m_height = addField(*grid, QStringLiteral("Height:"));
+    const auto pixels = QStringLiteral("pixels");
+    m_width = DialogParts::addNumber(*grid, QStringLiteral("Width:"), pixels);
+    m_height = DialogParts::addNumber(*grid, QStringLiteral("Height:"), pixels);
     showFields(nullptr);
     connect(m_width, &NumberField::valueChanged, this, [this](double width) {
         m_fields.editWidth(width);
@@ -88,9 +52,8 @@ SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
         m_fields.editHeight(height);
         showFields(m_height);
     });
-    layout->addWidget(fields);
-    layout->addStretch();
-    layout->addLayout(makeButtons(*this));
+    column->addStretch();
+    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Import")));
     m_width->setFocus();
     m_width->selectAll();
 }

@@ -40,7 +40,8 @@ void ColorSwatch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(Style::mutedText(palette()));
+    painter.setPen(isChecked() ? QPen(Style::accent(palette()), 2)
+                               : QPen(Style::mutedText(palette())));
     painter.setBrush(Style::raised(palette()));
     painter.drawRoundedRect(frame, 5, 5);
 

@@ -6,7 +6,8 @@
 
 namespace quillabrae::shell {
 
-/// A framed square of a colour, over a checker where the colour is not opaque.
+/// A framed square of a colour, over a checker where the colour is not opaque. The frame of a
+/// checked one has the accent.
 class ColorSwatch final : public QAbstractButton {
     Q_OBJECT
 

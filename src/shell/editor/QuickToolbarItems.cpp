@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/WindowCoordinator.h"
+#include "shell/dialogs/ResizeFields.h"
 #include "shell/editor/QuickToolbar.h"
 #include "store/ProjectStore.h"
 
@@ -27,6 +28,22 @@ constexpr std::array items{
                 [](const Store&) { return "folder.badge.plus"; }, always, [](const Context& c) { c.windows.openProjectFromPanel(); }},
     ToolbarItem{"Save", "Saves to the current file, or asks for a location the first time.",
                 [](const Store&) { return "square.and.arrow.down"; }, hasActiveProject, [](const Context& c) { c.store.saveActiveProject(); }},
+    divider,
+    ToolbarItem{"Cut", "Cuts selected canvas pixels, or cuts text when editing a field.",
+                [](const Store&) { return "scissors"; }, always, cut},
+    ToolbarItem{"Copy", "Copies selected canvas pixels, or copies text when editing a field.",
+                [](const Store&) { return "doc.on.doc"; }, always, copy},
+    ToolbarItem{"Paste", "Pastes an image from the clipboard as pixels.",
+                [](const Store&) { return "clipboard"; }, always, [](const Context& c) { c.windows.pasteImageFromClipboard(); }},
+    divider,
+    ToolbarItem{"Resize", "Stretches the active image to a new pixel size.",
+                [](const Store&) { return "arrow.up.left.and.arrow.down.right"; }, hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::image); }},
+    ToolbarItem{"Align Object", "Aligns non-transparent pixels within the selection or full canvas.",
+                [](const Store&) { return "square.grid.3x3"; }, hasActiveProject, [](const Context& c) { c.windows.showAlignObjectDialog(); }},
+    ToolbarItem{"Color Removal", "Smoothly removes a chosen color from the active layer and previews the result.",
+                [](const Store&) { return "eraser.line.dashed"; }, hasActiveProject, [](const Context& c) { c.windows.showColorRemovalDialog(); }},
+    ToolbarItem{"Trim Whitespace", "Removes transparent whitespace around the image and shrinks the canvas to fit.",
+                [](const Store&) { return "crop"; }, hasActiveProject, [](const Context& c) { c.store.trimTransparentWhitespace(); }},
     divider,
     ToolbarItem{"Undo", "Steps back to the previous history item.",
                 [](const Store&) { return "arrow.uturn.backward"; }, canUndo, undo},

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/AlignObjectDialog.h"
+
+#include "shell/controls/IconButton.h"
+#include "shell/controls/Labels.h"
+#include "shell/dialogs/DialogParts.h"
+#include "shell/looks/Style.h"
+
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QLabel>
+
+#include <span>
+#include <utility>
+
+namespace quillabrae::shell {
+namespace {
+
+constexpr QSize dialogSize{390, 440};
+constexpr int buttonsInRow = 3;
+constexpr std::size_t gridActionCount = 9;
+
+struct Section {
+    const char* title;
+    std::size_t first;
+    std::size_t count;
+};
+
+constexpr std::array sections{Section{"Position", 0, gridActionCount},
+                              Section{"Horizontal", gridActionCount, buttonsInRow},
+                              Section{"Vertical", gridActionCount + buttonsInRow, buttonsInRow}};
+
+IconButton* makeButton(store::AlignObjectAction action, QWidget* parent) {
+    constexpr int extent = 44;
+    auto* button = new IconButton({.symbolName = store::symbolName(action),
+                                   .title = title(action),
+                                   .help = {},
+                                   .extent = extent},
+                                  parent);
+    button->setCheckable(true);
+    return button;
+}
+
+} // namespace
+
+AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent)
+    : QDialog(parent) {
+    setWindowTitle(QStringLiteral("Align Object"));
+    setFixedSize(dialogSize);
+    QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
+    auto* group = new QButtonGroup(this);
+    const auto actions = store::allAlignObjectActions();
+    for (const Section& section : sections) {
+        column->addWidget(Labels::heading(QString::fromLatin1(section.title), this));
+        auto* grid = new QGridLayout;
+        grid->setSpacing(Style::grid / 2);
+        grid->setColumnStretch(buttonsInRow, 1);
+        int place = 0;
+        for (const auto action : std::span(actions).subspan(section.first, section.count)) {
+            IconButton* button = makeButton(action, this);
+            group->addButton(button, static_cast<int>(action));
+            grid->addWidget(button, place / buttonsInRow, place % buttonsInRow);
+            ++place;
+        }
+        column->addLayout(grid);
+    }
+    connect(group, &QButtonGroup::idClicked, this, [preview = std::move(preview)](int id) {
+        preview(static_cast<store::AlignObjectAction>(id));
+    });
+    column->addStretch();
+    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+}
+
+} // namespace quillabrae::shell

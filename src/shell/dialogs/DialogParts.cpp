@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/DialogParts.h"
+
+#include "shell/controls/Labels.h"
+#include "shell/controls/NumberField.h"
+#include "shell/looks/Style.h"
+
+#include <QDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace quillabrae::shell::DialogParts {
+namespace {
+
+constexpr int fieldWidth = 132;
+constexpr qreal titleFactor = 1.4;
+
+} // namespace
+
+QVBoxLayout* makeColumn(QDialog& dialog, int spacing) {
+    auto* column = new QVBoxLayout(&dialog);
+    column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
+    column->setSpacing(spacing);
+    column->addWidget(Labels::title(dialog.windowTitle(), titleFactor, &dialog));
+    return column;
+}
+
+QGridLayout* addGrid(QVBoxLayout& column) {
+    auto* rows = new QWidget(column.parentWidget());
+    auto* grid = new QGridLayout(rows);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(Style::grid);
+    grid->setColumnStretch(2, 1);
+    column.addWidget(rows);
+    return grid;
+}
+
+NumberField* addNumber(QGridLayout& grid, const QString& title, QWidget* unit) {
+    QWidget* parent = grid.parentWidget();
+    const int row = grid.rowCount();
+    auto* field = new NumberField(parent);
+    field->setFixedWidth(fieldWidth);
+    field->setAccessibleName(title.chopped(1));
+    QLabel* label = Labels::body(title, parent);
+    label->setBuddy(field);
+    grid.addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
+    grid.addWidget(field, row, 1);
+    if (unit != nullptr) grid.addWidget(unit, row, 2, Qt::AlignLeft | Qt::AlignVCenter);
+    return field;
+}
+
+NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& unit) {
+    return addNumber(grid, title, Labels::muted(unit, grid.parentWidget()));
+}
+
+QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle) {
+    auto* accept = new QPushButton(acceptTitle, &dialog);
+    accept->setDefault(true);
+    Style::markPrimary(*accept);
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);
+    QObject::connect(accept, &QPushButton::clicked, &dialog, &QDialog::accept);
+    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Style::grid);
+    row->addStretch();
+    row->addWidget(cancel);
+    row->addWidget(accept);
+    return row;
+}
+
+} // namespace quillabrae::shell::DialogParts

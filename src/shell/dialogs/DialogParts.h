@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QDialog;
+class QGridLayout;
+class QHBoxLayout;
+class QVBoxLayout;
+class QWidget;
+
+namespace quillabrae::shell {
+
+class NumberField;
+
+/// What the dialogs are put together from.
+namespace DialogParts {
+
+/// The dialog's column, within its margins and headed by its window title.
+QVBoxLayout* makeColumn(QDialog& dialog, int spacing);
+
+/// Rows of a title, a control and what follows it; ended by `addNumber` and its like.
+QGridLayout* addGrid(QVBoxLayout& column);
+
+/// A field for a number with its title before ("Width:") and its unit behind it.
+NumberField* addNumber(QGridLayout& grid, const QString& title, QWidget* unit);
+NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& unit);
+
+/// Cancel, and the button of the likeliest choice, which Return presses. They end the dialog.
+QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle);
+
+} // namespace DialogParts
+} // namespace quillabrae::shell
