@@ -172,7 +172,7 @@ void screenRow(std::uint8_t* to, const std::uint8_t* from, const float* samples,
     std::copy_n(padded.begin(), rest, to + 16 * groups);
 }
 
-/// `pixels` pixels with the first one repeated before them and the last one after them.
+/// Repeats the first of `count` pixels before them and the last one after them.
 void repeatEdges(float* pixels, std::size_t count, std::size_t before, std::size_t after) {
     for (std::size_t i = 1; i <= before; ++i) std::copy_n(pixels, channels, pixels - channels * i);
     const float* const last = pixels + channels * (count - 1);
