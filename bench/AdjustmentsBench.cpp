@@ -77,34 +77,29 @@ Settings nextSettings(int& count) {
     return {1.0, double(++count % 100), store::ColorRemovalPreset::orange};
 }
 
-void firstLook(benchmark::State& state) {
+/// What is waited for on the clock: the first change that shows, or all of it.
+enum class Look { first, whole };
+
+void removeColor(benchmark::State& state, Look look) {
     needApplication();
     Editor editor(syntheticPhoto(side));
     editor.store.beginColorRemovalPreview();
     int count = 0;
     for (auto _ : state) {
         const Settings settings = nextSettings(count);
+        const auto waitForAll = [&] {
+            while (editor.store.colorRemovalPreviewSettings() != settings)
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        };
         editor.store.previewColorRemoval(settings);
-        waitForChange(editor.store);
+        if (look == Look::first)
+            waitForChange(editor.store);
+        else
+            waitForAll();
         benchmark::DoNotOptimize(editor.shown());
         state.PauseTiming();
-        while (editor.store.colorRemovalPreviewSettings() != settings)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        waitForAll();
         state.ResumeTiming();
-    }
-}
-
-void wholeLook(benchmark::State& state) {
-    needApplication();
-    Editor editor(syntheticPhoto(side));
-    editor.store.beginColorRemovalPreview();
-    int count = 0;
-    for (auto _ : state) {
-        const Settings settings = nextSettings(count);
-        editor.store.previewColorRemoval(settings);
-        while (editor.store.colorRemovalPreviewSettings() != settings)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        benchmark::DoNotOptimize(editor.shown());
     }
 }
 
@@ -127,11 +122,11 @@ void align(benchmark::State& state) {
     }
 }
 
-BENCHMARK(firstLook)
+BENCHMARK_CAPTURE(removeColor, first, Look::first)
     ->Name("adjust/remove-color/first")
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(wholeLook)
+BENCHMARK_CAPTURE(removeColor, whole, Look::whole)
     ->Name("adjust/remove-color/whole")
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
