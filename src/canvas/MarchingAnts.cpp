@@ -220,6 +220,7 @@ void MarchingAnts::addSegment(QPointF start, QPointF end) {
     const int alongLimit = isHorizontal ? m_size.width() : m_size.height();
     if (!(across + m_casing.end > 0 && across + m_casing.first < acrossLimit)) return;
     if (!(std::max(from, to) > 0 && std::min(from, to) < alongLimit)) return;
+    if (!std::isfinite(from) || !std::isfinite(to)) return;
     // A start far off is brought near by whole patterns, which leaves the dashes where they are.
     constexpr double far = 1 << 24;
     const double held = std::clamp(from, -far, far);

@@ -28,7 +28,8 @@ public:
     /// As if made anew; memory for as many segments stays.
     void restart(QSize size, double devicePixelRatio);
 
-    /// Adds a segment that runs along one of the axes between whole device pixels.
+    /// Adds a segment that runs along one of the axes between whole device pixels. One that has no
+    /// finite ends shows nothing.
     void addSegment(QPointF start, QPointF end);
 
     /// Draws the ants that fall inside `region` (device pixels) over the pixels of `base` into

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -72,6 +73,11 @@ TEST(MarchingAnts, SegmentsFarOffCostNothingAndShowNothing) {
     MarchingAnts ants({100, 40}, 1.0);
     ants.addSegment({-1e12, 20.0}, {-1e11, 20.0});
     ants.addSegment({50.0, -1e12}, {50.0, -100.0});
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    ants.addSegment({-infinity, 20.0}, {infinity, 20.0});
+    ants.addSegment({notANumber, 20.0}, {50.0, 20.0});
+    ants.addSegment({notANumber, notANumber}, {notANumber, notANumber});
     EXPECT_TRUE(ants.region().isEmpty());
     ants.addSegment({-1e12, 20.0}, {1e12, 20.0});
     EXPECT_EQ(ants.region().boundingRect().width(), 128);
