@@ -59,7 +59,9 @@ void CanvasView::projectChanged() {
     updateLayout();
     // The canvas reports itself what its own edits have changed on screen.
     if (m_context.isEditing()) return;
+    const bool wasDrawing = m_drawing.live().isRunning();
     m_drawing.projectChanged();
+    if (wasDrawing && !m_drawing.live().isRunning()) m_rightMouse.forgetButton();
     m_selection.projectChanged();
     m_context.repaintViewport();
 }
