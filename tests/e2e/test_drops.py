@@ -24,6 +24,7 @@ class Drops(DeskCase):
         super().setUp()
         self.pictures = self.desk.home / "Pictures"
         self.pictures.mkdir()
+        self.source = None
         store_settings(self.desk, selectedTool="brush")
 
     def open_drawing(self):
@@ -56,9 +57,12 @@ class Drops(DeskCase):
 
         Returns whether the window took them.
         """
+        if self.source:
+            self.source.terminate()
+            self.source.wait(10)
         log = self.desk.folder / f"{DRAG_SOURCE.name}.log"
         log.unlink(missing_ok=True)
-        source = self.desk.spawn(DRAG_SOURCE, *(f"{kind}={file}" for kind, file in forms.items()))
+        self.source = self.desk.spawn(DRAG_SOURCE, *(f"{kind}={file}" for kind, file in forms.items()))
         until(lambda: self.desk.tool("xdotool", "search", "--name", "^Drag source$").strip().isdigit(),
               "the other program's window")
         x, y = place or editor.canvas_middle()
@@ -73,13 +77,13 @@ class Drops(DeskCase):
         time.sleep(0.2)
         self.desk.tool("xdotool", "mouseup", 1)
         said = until(lambda: self.desk.log_of(DRAG_SOURCE.name).split(), "the end of the drag")
-        source.terminate()
-        source.wait(10)
+        # It goes on until the next drag: only now does the editor fetch what was dropped.
         self.assertIn(said[-1], ("taken", "refused"))
         return said[-1] == "taken"
 
     def drop_image(self, editor, forms):
-        before = editor.recorded_edits("Paste")
+        # The opened image came in by a paste too, which is on disk from the first edit on.
+        before = max(editor.recorded_edits("Paste"), 1)
         self.assertTrue(self.drop(editor, forms))
         editor.wait_for_status("Pasted image as selected pixels")
         until(lambda: editor.recorded_edits("Paste") > before, "the paste to be recorded", 60)
@@ -136,11 +140,9 @@ class Drops(DeskCase):
         editor.desk.type(str(saved.with_suffix("")))
         self.desk.keys("Return")
         editor.wait_for_status("Saved boat.quillabrae", 60)
-        self.desk.keys("ctrl+w")
-        welcome = editor.wait_for_window("Welcome to Quillabrae")
-        self.assertTrue(self.drop(editor, self.files(saved), welcome.middle))
-        editor.wait_for_window("boat - Quillabrae v")
+        self.assertTrue(self.drop(editor, self.files(saved)))
         editor.wait_for_status("Opened boat")
+        editor.wait_for_window("boat - Quillabrae v")
 
     def test_an_image_on_the_welcome_window_is_a_project(self):
         editor = self.start()

@@ -50,8 +50,7 @@ SliderRow::SliderRow(const QString& title, const QString& unit, Range range, QWi
     connect(m_slider, &QSlider::valueChanged, this, &SliderRow::slide);
     connect(m_slider, &QSlider::sliderReleased, this, &SliderRow::settle);
     connect(m_field, &NumberField::valueChanged, this, [this](double value) {
-        const QSignalBlocker silence(m_slider);
-        m_slider->setValue(qRound((value - m_range.minimum) / m_range.step));
+        placeSlider(value);
         settle();
     });
 }
@@ -64,6 +63,13 @@ void SliderRow::showValue(double value) {
     const QSignalBlocker silence(this);
     m_field->setValue(value);
     m_settled = m_field->value();
+    // The field may have had this value before the slider was ever placed.
+    placeSlider(m_settled);
+}
+
+void SliderRow::placeSlider(double value) {
+    const QSignalBlocker silence(m_slider);
+    m_slider->setValue(qRound((value - m_range.minimum) / m_range.step));
 }
 
 void SliderRow::slide(int position) {

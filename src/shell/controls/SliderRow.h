@@ -34,6 +34,7 @@ Q_SIGNALS:
 
 private:
     void slide(int position);
+    void placeSlider(double value);
     void settle();
 
     Range m_range;

@@ -31,12 +31,11 @@ constexpr std::array sections{Section{"Position", 0, gridActionCount},
                               Section{"Vertical", gridActionCount + buttonsInRow, buttonsInRow}};
 
 IconButton* makeButton(store::AlignObjectAction action, QWidget* parent) {
-    constexpr int extent = 44;
-    auto* button = new IconButton({.symbolName = store::symbolName(action),
-                                   .title = title(action),
-                                   .help = {},
-                                   .extent = extent},
-                                  parent);
+    // Three of them fill the dialog's width, so that each stands where it sends the object.
+    constexpr QSize face{104, 40};
+    auto* button = new IconButton(
+        {.symbolName = store::symbolName(action), .title = title(action), .help = {}}, parent);
+    button->setFixedSize(face);
     button->setCheckable(true);
     return button;
 }
@@ -54,7 +53,6 @@ AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent
         column->addWidget(Labels::heading(QString::fromLatin1(section.title), this));
         auto* grid = new QGridLayout;
         grid->setSpacing(Style::grid / 2);
-        grid->setColumnStretch(buttonsInRow, 1);
         int place = 0;
         for (const auto action : std::span(actions).subspan(section.first, section.count)) {
             IconButton* button = makeButton(action, this);

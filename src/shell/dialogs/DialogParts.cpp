@@ -14,6 +14,8 @@ namespace quillabrae::shell::DialogParts {
 namespace {
 
 constexpr int fieldWidth = 132;
+/// Enough for the longest title, so that the grids of one dialog stand in line.
+constexpr int titleWidth = 80;
 constexpr qreal titleFactor = 1.4;
 
 } // namespace
@@ -32,6 +34,7 @@ QGridLayout* addGrid(QVBoxLayout& column) {
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(12);
     grid->setVerticalSpacing(Style::grid);
+    grid->setColumnMinimumWidth(0, titleWidth);
     grid->setColumnStretch(2, 1);
     column.addWidget(rows);
     return grid;

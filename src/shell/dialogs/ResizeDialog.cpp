@@ -56,7 +56,7 @@ ResizeDialog::ResizeDialog(const ResizeDialogRequest& request, QWidget* parent)
     setFixedSize(dialogSize);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
-    column->setSpacing(2 * Style::grid);
+    column->setSpacing(3 * Style::grid);
     addModes(*column);
     addBasis(*column);
     addPixelSize(*column);

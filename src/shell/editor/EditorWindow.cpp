@@ -20,7 +20,9 @@ namespace quillabrae::shell {
 
 EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
                            const CommandActions& actions)
-    : m_windows(windows), m_workspace(new Workspace({store, {}}, this)) {
+    : m_windows(windows),
+      m_workspace(
+          new Workspace({store, [&windows] { windows.showLayerPropertiesDialog(); }}, this)) {
     setAcceptDrops(true);
     ProjectTabAccessible::install();
     auto* menuBar = new QMenuBar(this);
