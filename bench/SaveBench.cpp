@@ -136,9 +136,10 @@ void makePdf(benchmark::State& state) {
 void exportPicture(benchmark::State& state, ImageWriter write) {
     picture();
     const Folder folder;
+    platform::WorkControl control;
     for (auto _ : state) {
         writeFileAtomically(platform::systemFileOperations(), folder.file(),
-                            [&](platform::DurableFile& file) { write(picture(), file, {}); });
+                            [&](platform::DurableFile& file) { write(picture(), file, control); });
     }
 }
 

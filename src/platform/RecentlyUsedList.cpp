@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/RecentlyUsedList.h"
 
+#include <QDir>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -19,8 +20,16 @@ const QString modified = QStringLiteral("modified");
 const QString visited = QStringLiteral("visited");
 
 bool isSameFile(QStringView href, const QUrl& file) {
-    return QUrl(href.toString()).adjusted(QUrl::NormalizePathSegments) ==
-           file.adjusted(QUrl::NormalizePathSegments);
+    // The same path can be written with more or fewer of its characters escaped.
+    const QUrl noted(href.toString());
+    return noted.isLocalFile() &&
+           QDir::cleanPath(noted.toLocalFile()) == QDir::cleanPath(file.toLocalFile());
+}
+
+/// With the characters escaped that GLib escapes: to its programs other addresses are other files.
+QString addressOf(const QUrl& file) {
+    return QStringLiteral("file://") +
+           QString::fromLatin1(QUrl::toPercentEncoding(file.toLocalFile(), "!$&'()*+,/:=@"));
 }
 
 QString timeText(const QDateTime& time) {
@@ -184,8 +193,7 @@ private:
         writer().writeCharacters(QStringLiteral("  "));
         writer().writeStartElement(QStringLiteral("bookmark"));
         const QString time = timeText(m_use.time);
-        writer().writeAttribute(QStringLiteral("href"),
-                                QString::fromLatin1(m_use.file.toEncoded(QUrl::FullyEncoded)));
+        writer().writeAttribute(QStringLiteral("href"), addressOf(m_use.file));
         for (const QString& name : {QStringLiteral("added"), modified, visited})
             writer().writeAttribute(name, time);
         writeInfo();

@@ -6,7 +6,9 @@
 #include <isa-l/crc.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <span>
 
 namespace quillabrae::raster {
 namespace {
@@ -60,11 +62,30 @@ std::optional<PngHeader> headerFrom(const PngChunk& chunk) {
     return header;
 }
 
-void enterColors(PngLayout& layout, std::uint32_t type) {
-    // A file that says sRGB states the gamma and chromaticities of sRGB for those who know it not.
-    if (type == pngChunkType("sRGB")) layout.isSrgb = true;
-    if (type == pngChunkType("iCCP") || type == pngChunkType("gAMA") ||
-        type == pngChunkType("cHRM"))
+/// Whether the numbers of a chunk are these, in hundred thousandths, as near as matters.
+bool isNear(ByteSpan data, std::span<const std::uint32_t> numbers, std::uint32_t tolerance) {
+    if (data.size() != numbers.size() * sizeof(std::uint32_t)) return false;
+    const std::uint8_t* at = data.data();
+    return std::ranges::all_of(numbers, [&](std::uint32_t number) {
+        const std::uint32_t stated = readBigEndian32(at);
+        at += sizeof number;
+        return stated + tolerance >= number && stated <= number + tolerance;
+    });
+}
+
+void enterColors(PngLayout& layout, const PngChunk& chunk) {
+    // Programs state the gamma and the chromaticities of sRGB for those who do not know sRGB, with
+    // the chunk that names it or without.
+    constexpr std::array<std::uint32_t, 1> gamma{45455};
+    constexpr std::array<std::uint32_t, 8> chromaticities{31270, 32900, 64000, 33000,
+                                                          30000, 60000, 15000, 6000};
+    constexpr std::uint32_t gammaTolerance = 500;
+    constexpr std::uint32_t chromaticityTolerance = 1000;
+    if (chunk.type == pngChunkType("sRGB")) layout.isSrgb = true;
+    if (chunk.type == pngChunkType("iCCP") ||
+        (chunk.type == pngChunkType("gAMA") && !isNear(chunk.data, gamma, gammaTolerance)) ||
+        (chunk.type == pngChunkType("cHRM") &&
+         !isNear(chunk.data, chromaticities, chromaticityTolerance)))
         layout.statesColors = true;
 }
 
@@ -77,7 +98,7 @@ bool enterChunk(PngLayout& layout, const PngChunk& chunk, bool followsImageData)
         return true;
     }
     if (!chunk.hasValidCrc()) return false;
-    enterColors(layout, chunk.type);
+    enterColors(layout, chunk);
     if (chunk.type == bandIndexType) layout.bandIndex = chunk.data;
     if (chunk.type == pngChunkType("tRNS")) layout.transparency = chunk.data;
     if (!chunk.isCritical()) return true;

@@ -201,17 +201,11 @@ TEST_F(ImageLoading, AHeicOfWiderColoursIsBroughtToSrgb) {
     // The red of sRGB in the colours of Display P3.
     QImage picture(64, 48, QImage::Format_RGB32);
     picture.fill(QColor(234, 51, 35));
-    ASSERT_TRUE(picture.save(path("plain.png")));
-    run("heif-enc",
-        {QStringLiteral("-q"), QStringLiteral("98"), QStringLiteral("-p"),
-         QStringLiteral("chroma=444"), QStringLiteral("--colour_primaries"), QStringLiteral("12"),
-         QStringLiteral("--transfer_characteristic"), QStringLiteral("13"), path("plain.png"),
-         QStringLiteral("-o"), path("numbers.heic")});
     picture.setColorSpace(QColorSpace::DisplayP3);
     ASSERT_TRUE(picture.save(path("profile.jpg"), "jpeg", 100));
     run("heif-enc", {QStringLiteral("-q"), QStringLiteral("98"), path("profile.jpg"),
                      QStringLiteral("-o"), path("profile.heic")});
-    for (const char* name : {"numbers.heic", "profile.heic", "profile.jpg"}) {
+    for (const char* name : {"profile.heic", "profile.jpg"}) {
         const auto image = loadImageFile(path(name));
         ASSERT_TRUE(image) << name;
         SCOPED_TRACE(name);

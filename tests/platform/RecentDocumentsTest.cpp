@@ -72,7 +72,8 @@ std::vector<Entry> entriesOf(const QByteArray& list, const QUrl& file = boat) {
         reader.readNext();
         if (!reader.isStartElement()) continue;
         if (reader.qualifiedName() == u"bookmark") {
-            isHere = QUrl(QString::fromStdString(value("href"))) == file;
+            isHere =
+                QUrl(QString::fromStdString(value("href"))).toLocalFile() == file.toLocalFile();
             if (isHere) entries.push_back({{}, value("modified"), value("added"), {}});
         }
         if (!isHere) continue;
@@ -131,6 +132,17 @@ TEST(RecentlyUsed, ANewListHoldsTheFileWithItsProgram) {
     EXPECT_EQ(entries[0].added, entries[0].modified);
     EXPECT_EQ(entries[0].type, "application/x-quillabrae-project");
     EXPECT_TRUE(list->contains("href=\"file:///home/me/a%20b/boat%20&amp;%20co.quillabrae\""));
+}
+
+TEST(RecentlyUsed, AddressesAreEscapedAsGlibEscapesThem) {
+    const QUrl odd = QUrl::fromLocalFile(QStringLiteral("/a;b [1]#?%/é~-_.!$&'()*+,:=@"));
+    const auto list = withUse({}, use(odd));
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(
+        list->contains("href=\"file:///a%3Bb%20%5B1%5D%23%3F%25/%C3%A9~-_.!$&amp;'()*+,:=@\""))
+        << list->toStdString();
+    EXPECT_EQ(entriesOf(*list, odd).size(), 1U);
+    EXPECT_TRUE(withoutUses(*list, odd, us));
 }
 
 TEST(RecentlyUsed, AnotherUseCountsAndKeepsWhenItWasAdded) {

@@ -111,6 +111,26 @@ TEST(ImageReader, APngThatSaysSrgbKeepsItsVeryBytes) {
     EXPECT_TRUE(*image == decodePng(model::PngBytes(file)));
 }
 
+TEST(ImageReader, APngOfTheGammaAndPrimariesOfSrgbKeepsItsVeryBytes) {
+    QByteArray ofSrgb;
+    for (const std::uint32_t number : {31270, 32900, 64000, 33000, 30000, 60000, 15000, 6000})
+        ofSrgb += bigEndian32(number);
+    const QByteArray file = encodePng(*readImage(written(patches(), "png"))).toByteArray();
+    const auto withColors = [&](std::uint32_t gamma, const QByteArray& primaries) {
+        constexpr qsizetype afterHeader = 33;
+        QByteArray stated = file;
+        return readImage(stated.insert(
+            afterHeader, chunk("gAMA", bigEndian32(gamma)) + chunk("cHRM", primaries)));
+    };
+    const auto plain = decodePng(model::PngBytes(file));
+    const auto ordinary = withColors(45455, ofSrgb);
+    ASSERT_TRUE(ordinary);
+    EXPECT_TRUE(*ordinary == plain);
+    const auto linear = withColors(100000, ofSrgb);
+    ASSERT_TRUE(linear);
+    EXPECT_FALSE(*linear == plain);
+}
+
 TEST(ImageReader, TranslucentPixelsComePremultiplied) {
     QImage picture(4, 4, QImage::Format_ARGB32);
     picture.fill(QColor(255, 128, 0, 128));
