@@ -62,9 +62,13 @@ struct Step {
 } // namespace
 
 struct JsonReader::State {
-    explicit State(QByteArray document) : json(padded(std::move(document))) {}
+    explicit State(QByteArray document)
+        : owned(padded(std::move(document))),
+          json(owned.constData(), static_cast<std::size_t>(owned.size())) {}
+    explicit State(std::string_view document) : json(document) {}
 
-    QByteArray json;
+    QByteArray owned;
+    std::string_view json;
     ondemand::parser parser;
     ondemand::document document;
     // The value that the reader stands at; null for the document itself.
@@ -77,10 +81,18 @@ JsonReader::JsonReader(QByteArray json)
 
 JsonReader::JsonReader(QByteArray json, std::shared_ptr<PngInterner> interner)
     : m_interner(std::move(interner)), m_state(std::make_unique<State>(std::move(json))) {
-    const QByteArray& text = m_state->json;
-    const auto size = static_cast<std::size_t>(text.size());
+    begin();
+}
+
+JsonReader::JsonReader(std::string_view json)
+    : m_interner(std::make_shared<PngInterner>()), m_state(std::make_unique<State>(json)) {
+    begin();
+}
+
+void JsonReader::begin() {
+    const std::string_view text = m_state->json;
     const auto fault =
-        m_state->parser.iterate(text.constData(), size, size + simdjson::SIMDJSON_PADDING)
+        m_state->parser.iterate(text.data(), text.size(), text.size() + simdjson::SIMDJSON_PADDING)
             .get(m_state->document);
     if (fault != simdjson::SUCCESS) fail(messageFor(fault));
 }

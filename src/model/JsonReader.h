@@ -27,6 +27,9 @@ public:
     static constexpr qsizetype padding = 64;
 
     explicit JsonReader(QByteArray json);
+    /// Reads in place. `padding` bytes behind `json` can be read as well and are zero, and all of
+    /// it outlives the reader.
+    explicit JsonReader(std::string_view json);
     /// Shares pictures with other documents that were read with the same interner.
     JsonReader(QByteArray json, std::shared_ptr<PngInterner> interner);
     ~JsonReader();
@@ -66,6 +69,7 @@ private:
     auto base64Text(Use use);
     template <typename Value>
     Value wellFormed(std::optional<Value> found);
+    void begin();
 
     std::shared_ptr<PngInterner> m_interner;
     std::unique_ptr<State> m_state;

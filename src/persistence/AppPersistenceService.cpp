@@ -3,10 +3,13 @@
 
 #include "model/RecordCoding.h"
 #include "persistence/FileError.h"
+#include "persistence/PictureCheck.h"
 #include "persistence/RecoverySessionCoding.h"
 #include "persistence/RewrittenFile.h"
 #include "platform/FileOperations.h"
+#include "platform/MappedFile.h"
 #include "platform/Preferences.h"
+#include "platform/WriteBack.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -38,7 +41,7 @@ void storeValue(platform::Preferences& preferences, const QString& key, const Va
     }
 }
 
-// A file with room behind its bytes for the JSON reader.
+// A file that cannot be mapped, with room behind its bytes for the JSON reader.
 std::optional<QByteArray> readForJson(const QString& path) {
     if (!QFileInfo(path).isFile()) return std::nullopt;
     QFile file(path);
@@ -50,15 +53,24 @@ std::optional<QByteArray> readForJson(const QString& path) {
     return bytes;
 }
 
+PaintAutosaveSession sessionFrom(model::JsonReader& reader) {
+    PaintAutosaveSession session;
+    session.savedAt = QDateTime::currentDateTimeUtc();
+    model::decodeOnto(session, reader);
+    return session;
+}
+
 std::optional<PaintAutosaveSession> readSession(const QString& path) {
+    static_assert(platform::MappedFile::padding >= std::size_t{model::JsonReader::padding});
     try {
+        if (const auto file = platform::MappedFile::open(path)) {
+            model::JsonReader reader(file->text());
+            return sessionFrom(reader);
+        }
         std::optional<QByteArray> json = readForJson(path);
         if (!json) return std::nullopt;
-        PaintAutosaveSession session;
-        session.savedAt = QDateTime::currentDateTimeUtc();
         model::JsonReader reader(*std::exchange(json, std::nullopt));
-        model::decodeOnto(session, reader);
-        return session;
+        return sessionFrom(reader);
     } catch (const model::JsonError&) {
         return std::nullopt;
     } catch (const std::bad_alloc&) {
@@ -129,8 +141,13 @@ std::optional<PaintAutosaveSession> AppPersistenceService::loadAutosavedSession(
 std::optional<PaintAutosaveSession> AppPersistenceService::recoverAutosavedSession(
     const QString& file) {
     if (!QFileInfo(file).isFile()) return std::nullopt;
-    if (auto session = readSession(file)) return session;
+    auto session = readSession(file);
+    const bool isTorn =
+        session && platform::isFromBeforeSystemStart(file) && !hasWholePictures(*session);
+    if (session && !isTorn) return session;
     auto replaced = readSession(replacedContentOf(file));
+    // Work with a torn picture in it is better than none.
+    if (session && !(replaced && hasWholePictures(*replaced))) return session;
     setAside(file, replaced ? Successor::replacedContent : Successor::none);
     return replaced;
 }

@@ -5,6 +5,7 @@
 #include "persistence/OrdinaryUser.h"
 #include "persistence/RecoverySessionCoding.h"
 #include "platform/MemoryPreferences.h"
+#include "raster/PngCodec.h"
 #include "support/FullDisk.h"
 #include "support/RandomRecords.h"
 
@@ -291,6 +292,50 @@ TEST_F(AutosavedSession, ATornFileGivesWayToTheOneThatItReplaced) {
     EXPECT_THAT(names(), UnorderedElementsAre(QStringLiteral("Recovery.quillabraesession"),
                                               QStringLiteral("Unreadable.quillabraesession")));
     EXPECT_EQ(contentOf(QStringLiteral("Unreadable.quillabraesession")), torn);
+}
+
+// What a cut of power leaves of a file that was being written over another of the same length: all
+// of it is JSON and base64, but of a picture there is only a part.
+TEST_F(AutosavedSession, OnePictureOfWhichWasTornBeforeTheSystemStartedGivesWayToo) {
+    const auto sessionOf = [](const QString& title) {
+        PaintAutosaveSession session;
+        PaintProject project;
+        project.id = QUuid(QStringLiteral("7c9e6679-7425-40de-944b-e07fc1f90ae7"));
+        project.title = title;
+        project.lastModified = QDateTime::fromSecsSinceEpoch(60, Qt::UTC);
+        model::PaintLayer layer;
+        layer.bitmapPNGData = raster::encodePng(raster::RasterImage(64, 64));
+        project.layers = {layer};
+        session.projects = {project};
+        session.savedAt = project.lastModified;
+        return session;
+    };
+    const PaintAutosaveSession before = sessionOf(QStringLiteral("before"));
+    const PaintAutosaveSession after = sessionOf(QStringLiteral("after"));
+    Service::saveAutosavedSession(before, file());
+    Service::saveAutosavedSession(after, file());
+    QByteArray torn = stored();
+    const QByteArray picture = after.projects[0].layers[0].bitmapPNGData->toByteArray().toBase64();
+    const qsizetype place = torn.indexOf(picture) + picture.size() / 2;
+    torn[place] = torn[place] == 'A' ? 'B' : 'A';
+
+    store(torn);
+    EXPECT_EQ(Service::recoverAutosavedSession(file())->projects[0].title, QStringLiteral("after"));
+    const auto makeOld = [this] {
+        QFile old(file());
+        ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(old.setFileTime(QDateTime::fromSecsSinceEpoch(60, Qt::UTC),
+                                    QFileDevice::FileModificationTime));
+    };
+    makeOld();
+    EXPECT_EQ(Service::recoverAutosavedSession(file()), before);
+    EXPECT_EQ(contentOf(QStringLiteral("Unreadable.quillabraesession")), torn);
+
+    // Without a whole one beside it, it is what there is.
+    store(torn);
+    makeOld();
+    EXPECT_EQ(Service::recoverAutosavedSession(file())->projects[0].title, QStringLiteral("after"));
+    EXPECT_TRUE(QFile::exists(file()));
 }
 
 TEST_F(AutosavedSession, WhatCannotBeReadIsSetAsideOnceAndNeverOverwritten) {
