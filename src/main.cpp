@@ -12,6 +12,9 @@ using quillabrae::platform::ProgramInstance;
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    // A stroke goes through every place that the pointer was seen at, however long painting takes.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
     QCoreApplication::setApplicationName(QStringLiteral("Quillabrae"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLABRAE_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("quillabrae"));

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPixmap>
 
+#include <variant>
+
 namespace quillabrae::canvas {
 namespace {
 
@@ -28,7 +30,47 @@ QCursor magnifier(bool zoomsOut) {
     return QCursor(pixmap, center, center);
 }
 
+Qt::CursorShape resizeShape(SelectionHandle handle) {
+    switch (handle) {
+        case SelectionHandle::topLeft:
+        case SelectionHandle::bottomRight:
+            return Qt::SizeFDiagCursor;
+        case SelectionHandle::topRight:
+        case SelectionHandle::bottomLeft:
+            return Qt::SizeBDiagCursor;
+        case SelectionHandle::top:
+        case SelectionHandle::bottom:
+            return Qt::SizeVerCursor;
+        case SelectionHandle::left:
+        case SelectionHandle::right:
+            return Qt::SizeHorCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
+Qt::CursorShape draftHandleShape(const DraftHandle& handle) {
+    if (const auto* side = std::get_if<SelectionHandle>(&handle.action)) return resizeShape(*side);
+    const auto* axis = std::get_if<TextDraftResizeAxis>(&handle.action);
+    if (axis == nullptr) return Qt::SizeAllCursor;
+    switch (*axis) {
+        case TextDraftResizeAxis::horizontal:
+            return Qt::SizeHorCursor;
+        case TextDraftResizeAxis::vertical:
+            return Qt::SizeVerCursor;
+        case TextDraftResizeAxis::both:
+            return Qt::SizeFDiagCursor;
+    }
+    return Qt::ArrowCursor;
+}
+
 } // namespace
+
+std::optional<QCursor> grabCursor(const GrabTarget& target) {
+    if (target.draftHandle != nullptr) return draftHandleShape(*target.draftHandle);
+    if (target.isText) return Qt::IBeamCursor;
+    if (target.selectionHandle) return resizeShape(*target.selectionHandle);
+    return std::nullopt;
+}
 
 QCursor toolCursor(model::PaintTool tool, PointerIntent intent) {
     using model::PaintTool;

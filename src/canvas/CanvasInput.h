@@ -40,7 +40,7 @@ struct RightMouseEvent {
 };
 
 /// The keys that the canvas itself answers.
-enum class CanvasKey { left, right, up, down, escape };
+enum class CanvasKey { left, right, up, down, escape, space, enter };
 
 /// The modifier keys that are down. Command is Ctrl and option is Alt on a PC keyboard.
 struct Modifiers {

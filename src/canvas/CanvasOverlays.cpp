@@ -18,6 +18,10 @@ constexpr double eraserInnerWidth = 1.0;
 /// White at opacity 0.92, and black at 0.72.
 constexpr QColor eraserOuterColor(255, 255, 255, 235);
 constexpr QColor eraserInnerColor(0, 0, 0, 184);
+/// The frame around the keyboard's pixel: no smaller than it can be seen, with a dark line inside a
+/// white one, and a bar across each side that points at the pixel.
+constexpr double keyboardFrameLeast = 11.0;
+constexpr double keyboardFrameReach = 8.0;
 
 QRect aligned(const QRectF& rect) {
     return rect.toAlignedRect();
@@ -30,6 +34,18 @@ QRectF scaledRect(const QRectF& rect, double factor) {
 /// Where a rectangle of the canvas shows.
 QRectF shown(const QRectF& rect, const CanvasFrame& frame) {
     return scaledRect(rect, frame.zoomScale).translated(frame.canvasOrigin);
+}
+
+/// On whole device pixels, around the pixel and never over it.
+QRectF keyboardFrame(QPoint pixel, const CanvasFrame& frame) {
+    QRectF rect = shown(QRectF(QPointF(pixel), QSizeF(1.0, 1.0)), frame);
+    const double grow = std::max(1.0, (keyboardFrameLeast - rect.width()) / 2.0);
+    rect.adjust(-grow, -grow, grow, grow);
+    const auto snapped = [&](double value) {
+        return std::round(value * frame.devicePixelRatio) / frame.devicePixelRatio;
+    };
+    return {QPointF(snapped(rect.left()), snapped(rect.top())),
+            QPointF(snapped(rect.right()), snapped(rect.bottom()))};
 }
 
 } // namespace
@@ -51,6 +67,10 @@ void CanvasOverlays::prepare(const CanvasFrame& frame, const OverlayState& state
         m_eraserCircle =
             QRectF(center - QPointF(diameter, diameter) / 2.0, QSizeF(diameter, diameter));
     }
+    m_isKeyboardPressed = state.isKeyboardPressed;
+    m_keyboardFrame = state.keyboardPixel
+                          ? std::optional(keyboardFrame(*state.keyboardPixel, frame))
+                          : std::nullopt;
     if (!state.selection) {
         m_key.reset();
         m_ants.reset();
@@ -127,6 +147,10 @@ QRegion CanvasOverlays::region() const {
         const QRect circle = aligned(m_eraserCircle->adjusted(-2.0, -2.0, 2.0, 2.0));
         region += circle;
     }
+    if (m_keyboardFrame) {
+        constexpr double reach = keyboardFrameReach + 3.0;
+        region += aligned(m_keyboardFrame->adjusted(-reach, -reach, reach, reach));
+    }
     return region;
 }
 
@@ -160,7 +184,31 @@ void CanvasOverlays::paintMarks(QPainter& painter, const QColor& accent) const {
         painter.setPen(QPen(eraserInnerColor, eraserInnerWidth));
         painter.drawEllipse(*m_eraserCircle);
     }
+    if (m_keyboardFrame) paintKeyboardFrame(painter, accent);
     painter.restore();
+}
+
+void CanvasOverlays::paintKeyboardFrame(QPainter& painter, const QColor& accent) const {
+    const QRectF& frame = *m_keyboardFrame;
+    const QPointF middle = frame.center();
+    const QPointF across(keyboardFrameReach, 0.0);
+    const QPointF along(0.0, keyboardFrameReach);
+    painter.setBrush(Qt::NoBrush);
+    const QPen casing(Qt::white, 4.0, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    const QPen line(m_isKeyboardPressed ? accent : QColor(Qt::black), 2.0, Qt::SolidLine,
+                    Qt::FlatCap, Qt::MiterJoin);
+    for (const QPen& pen : {casing, line}) {
+        painter.setPen(pen);
+        painter.drawRect(frame);
+        const QPointF left(frame.left(), middle.y());
+        const QPointF right(frame.right(), middle.y());
+        const QPointF top(middle.x(), frame.top());
+        const QPointF bottom(middle.x(), frame.bottom());
+        painter.drawLine(left - across, left);
+        painter.drawLine(right, right + across);
+        painter.drawLine(top - along, top);
+        painter.drawLine(bottom, bottom + along);
+    }
 }
 
 } // namespace quillabrae::canvas

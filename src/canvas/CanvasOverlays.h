@@ -9,6 +9,7 @@
 #include <QColor>
 #include <QImage>
 #include <QPainter>
+#include <QPoint>
 #include <QPointF>
 #include <QRectF>
 #include <QRegion>
@@ -27,12 +28,15 @@ struct OverlayState {
     /// Where the eraser would erase, and how wide (canvas pixels).
     std::optional<model::CanvasPoint> eraserCenter;
     double eraserDiameter = 0.0;
+    /// The pixel that the keyboard points at, and whether it has the tool pressed there.
+    std::optional<QPoint> keyboardPixel;
+    bool isKeyboardPressed = false;
 
     friend bool operator==(const OverlayState&, const OverlayState&) = default;
 };
 
-/// Paints the marching ants, the selection's handles and the eraser's circle over a frame of the
-/// canvas. Coordinates are points of the viewport.
+/// Paints the marching ants, the selection's handles, the eraser's circle and the keyboard's pixel
+/// over a frame of the canvas. Coordinates are points of the viewport.
 class CanvasOverlays {
 public:
     /// Takes in what the next paint is to show. Costs little when nothing has changed.
@@ -47,7 +51,7 @@ public:
     /// painted, all of which is.
     void paintAnts(QPainter& painter, const QImage& base, const QRegion& exposed, int phase,
                    const QColor& accent);
-    /// Draws the handles and the eraser's circle.
+    /// Draws the handles, the eraser's circle and the keyboard's pixel.
     void paintMarks(QPainter& painter, const QColor& accent) const;
 
 private:
@@ -66,6 +70,7 @@ private:
     void addRectSegments(const QRectF& rect);
     void addMaskSegments(const SelectionMaskOutlinePlan& plan, const QRectF& rect);
     QRectF handleRect(QPointF center) const;
+    void paintKeyboardFrame(QPainter& painter, const QColor& accent) const;
 
     SelectionMaskOutlineCache m_outlines;
     std::optional<AntsKey> m_key;
@@ -74,6 +79,8 @@ private:
     /// The selection's rectangle.
     QRectF m_selectionRect;
     std::optional<QRectF> m_eraserCircle;
+    std::optional<QRectF> m_keyboardFrame;
+    bool m_isKeyboardPressed = false;
     /// Where ants are drawn before they go to the screen, valid where that happened last.
     QImage m_painted;
 };

@@ -5,6 +5,7 @@
 #include "canvas/PointerState.h"
 #include "canvas/Scroller.h"
 #include "canvas/SelectionEdit.h"
+#include "canvas/SelectionHandle.h"
 
 #include <cmath>
 #include <tuple>
@@ -23,7 +24,8 @@ constexpr double magnifyMargin = 80.0;
 } // namespace
 
 CanvasView::CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerState& pointer)
-    : m_context(host, timers, pointer),
+    : m_modifiers(pointer),
+      m_context(host, timers, m_modifiers),
       m_zoom(m_context),
       m_pan(m_context),
       m_cursor(m_context, m_zoom),
@@ -34,7 +36,12 @@ CanvasView::CanvasView(CanvasHost& host, CanvasTimers& timers, const PointerStat
                   [this](QPointF documentPoint) { m_cursor.hoverOverWorkspace(documentPoint); }),
       m_drags(m_context, {m_zoom, m_pan, m_cursor, m_drawing, m_text, m_selection}),
       m_rightMouse(m_context, m_zoom, m_drawing),
-      m_keys(m_context, {m_drawing, m_text, m_drafts, m_selection}),
+      m_keyboard(m_context, m_zoom, m_cursor,
+                 {[this](QPointF location) { keyboardWillPress(location); },
+                  [this](const DragValue& value) { dragByKeyboard(value); },
+                  [this](const DragValue& value) { dragByKeyboardEnded(value); },
+                  [this](const DragValue& value) { dragByKeyboardCancelled(value); }}),
+      m_keys(m_context, pointer, {m_drawing, m_text, m_drafts, m_selection, m_keyboard}),
       m_settings(host.settings()) {}
 
 // Surroundings
@@ -59,6 +66,7 @@ void CanvasView::projectChanged() {
     updateLayout();
     // The canvas reports itself what its own edits have changed on screen.
     if (m_context.isEditing()) return;
+    m_keyboard.projectChangedElsewhere();
     const bool wasDrawing = m_drawing.live().isRunning();
     m_drawing.projectChanged();
     if (wasDrawing && !m_drawing.live().isRunning()) m_rightMouse.forgetButton();
@@ -67,6 +75,9 @@ void CanvasView::projectChanged() {
 }
 
 void CanvasView::activeProjectChanged() {
+    m_keyboard.projectChangedElsewhere();
+    m_keyboard.cancel();
+    m_keyboard.leave();
     cancelDrawing();
     m_drawing.projectChanged();
     m_selection.reset();
@@ -90,6 +101,7 @@ void CanvasView::settingsChanged() {
 }
 
 void CanvasView::toolChanged(PaintTool former) {
+    m_keyboard.cancel();
     m_drags.toolChanged(former);
     m_selection.toolChanged(selectedTool());
     if (selectedTool() != PaintTool::text) m_text.commitActiveText();
@@ -157,6 +169,8 @@ OverlayState CanvasView::overlays() const {
         state.eraserCenter = m_cursor.hoveredCanvasPoint();
         state.eraserDiameter = m_context.host.settings().brushSize;
     }
+    state.keyboardPixel = m_keyboard.pixel();
+    state.isKeyboardPressed = m_keyboard.isPressed();
     return state;
 }
 
@@ -170,8 +184,39 @@ QPointF CanvasView::localPoint(Surface surface, QPointF documentPoint) const {
     return geometry().localPoint(surface, documentPoint, currentZoom());
 }
 
+GrabTarget CanvasView::grabTargetAt(QPointF documentPoint) const {
+    GrabTarget target;
+    if (!hasProject() || surfaceAt(documentPoint) == Surface::workspace) return target;
+    const QPointF location = localPoint(Surface::interactiveView, documentPoint);
+    target.draftHandle = m_drafts.handleAt(location);
+    if (target.draftHandle != nullptr) return target;
+    target.isText = m_drafts.isInText(location);
+    const PaintTool tool = selectedTool();
+    const auto selection = selectionInForce(m_context);
+    const bool takesHandles =
+        tool == PaintTool::moveSelection || tool == PaintTool::moveSelectedPixels;
+    if (target.isText || !takesHandles || !selection) return target;
+    const double zoom = currentZoom();
+    const QRectF rect = rectOf(*selection);
+    const QRectF shown(geometry().interactiveViewPoint({rect.x(), rect.y()}, zoom),
+                       rect.size() * zoom);
+    if (const auto mode = selectionDragMode(location, shown)) target.selectionHandle = mode->handle;
+    return target;
+}
+
+void CanvasView::hover(QPointF documentPoint) {
+    if (m_keyboard.isPressed()) return;
+    m_keyboard.leave();
+    m_cursor.hover(documentPoint);
+}
+
+void CanvasView::hoverEnded() {
+    if (!m_keyboard.isShown()) m_cursor.hoverEnded();
+}
+
 void CanvasView::dragChanged(Surface surface, const DragValue& value) {
     if (m_context.host.project() == nullptr) return;
+    m_keyboard.leave();
     if (surface == Surface::interactiveView && m_drafts.dragChanged(value)) return;
     m_drags.dragChanged(surface, value);
 }
@@ -180,6 +225,37 @@ void CanvasView::dragEnded(Surface surface, const DragValue& value) {
     if (m_context.host.project() == nullptr) return;
     if (surface == Surface::interactiveView && m_drafts.dragEnded(value)) return;
     m_drags.dragEnded(surface, value);
+}
+
+bool CanvasView::handleRightMouseEvent(const RightMouseEvent& event) {
+    m_keyboard.leave();
+    return m_rightMouse.handleRightMouseEvent(event);
+}
+
+void CanvasView::keyboardWillPress(QPointF location) {
+    // A new shape ends the draft there is, which no cancelling takes back.
+    if (m_drafts.handleAt(location) == nullptr && !m_drafts.isInText(location))
+        m_drawing.commitActiveShape();
+}
+
+void CanvasView::dragByKeyboard(const DragValue& value) {
+    if (!m_drafts.dragChanged(value)) m_drags.dragChanged(Surface::interactiveView, value);
+    m_modifiers.isKeyboardDrawing = true;
+}
+
+void CanvasView::dragByKeyboardEnded(const DragValue& value) {
+    if (!m_drafts.dragEnded(value)) m_drags.dragEnded(Surface::interactiveView, value);
+    m_modifiers.isKeyboardDrawing = false;
+}
+
+void CanvasView::dragByKeyboardCancelled(const DragValue& value) {
+    m_modifiers.isKeyboardDrawing = false;
+    // A handle goes back to where it was.
+    if (m_drafts.dragEnded(value)) return;
+    m_drags.dragCancelled();
+    m_pan.finish();
+    m_selection.cancel();
+    cancelDrawing();
 }
 
 void CanvasView::scrollBy(QPointF distance) {
@@ -197,13 +273,16 @@ void CanvasView::cancelDrawing() {
 }
 
 void CanvasView::disappear() {
+    m_keyboard.leave();
     m_text.commitActiveText();
     m_drawing.commitActiveShape();
 }
 
 void CanvasView::modifiersChanged() {
-    const bool isShiftDown = m_context.pointer.modifiers().shift;
-    if (std::exchange(m_isShiftDown, isShiftDown) == isShiftDown) return;
+    const Modifiers now = m_context.pointer.modifiers();
+    const Modifiers before = std::exchange(m_reportedModifiers, now);
+    if (now.option && !before.option) m_selection.optionPressed();
+    if (now.shift == before.shift) return;
     m_drawing.modifiersChanged();
     m_selection.modifiersChanged();
 }

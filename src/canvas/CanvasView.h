@@ -9,6 +9,8 @@
 #include "canvas/CanvasRenderer.h"
 #include "canvas/DraftGestures.h"
 #include "canvas/DrawingGestures.h"
+#include "canvas/GrabTarget.h"
+#include "canvas/KeyboardPointer.h"
 #include "canvas/PanGesture.h"
 #include "canvas/RightMouseDrawing.h"
 #include "canvas/SelectionGestures.h"
@@ -54,6 +56,8 @@ public:
     Surface surfaceAt(QPointF documentPoint) const;
     /// A point in document coordinates in the surface's own.
     QPointF localPoint(Surface surface, QPointF documentPoint) const;
+    /// What a press of the left button at a point in document coordinates would take hold of.
+    GrabTarget grabTargetAt(QPointF documentPoint) const;
     void dragChanged(Surface surface, const DragValue& value);
     void dragEnded(Surface surface, const DragValue& value);
     /// A drag that scrolls whatever the tool: space bar or middle button.
@@ -62,13 +66,11 @@ public:
     /// Scrolls by a distance in screen points, as far as the document goes.
     void scrollBy(QPointF distance);
     /// The pointer, no button down, in document coordinates.
-    void hover(QPointF documentPoint) { m_cursor.hover(documentPoint); }
-    void hoverEnded() { m_cursor.hoverEnded(); }
+    void hover(QPointF documentPoint);
+    void hoverEnded();
     /// Whether the event was taken.
     bool handleMagnifyEvent(const MagnifyEvent& event);
-    bool handleRightMouseEvent(const RightMouseEvent& event) {
-        return m_rightMouse.handleRightMouseEvent(event);
-    }
+    bool handleRightMouseEvent(const RightMouseEvent& event);
     /// A turn of the zooming wheel, in notches.
     bool applyWheelZoom(double notches) { return m_zoom.applyWheelZoom(notches); }
     /// Gives up the drawing gesture that runs, with what it drew. A draft stays.
@@ -77,17 +79,22 @@ public:
     void disappear();
     /// To be called when the modifier keys have changed, the pointer still or not.
     void modifiersChanged();
-    /// Whether the key was taken. Escape ends the text draft, or else the shape draft, as pixels.
-    /// Arrows move the selection by a canvas pixel, with Command by 20, and with the tool for it
-    /// its pixels as well.
+    /// Whether the key was taken.
     bool handleKey(CanvasKey key) { return m_keys.handleKey(key); }
+    /// Whether the key would be taken for the keyboard's pixel, ahead of everything else.
+    bool isKeyboardPointerKey(CanvasKey key) const { return m_keys.isKeyboardPointerKey(key); }
+    /// To be called when the keys go elsewhere: what the keyboard has pressed is let go.
+    void keyboardLeft() { m_keyboard.leave(); }
     bool canNudgeSelectionWithArrowKeys() const { return m_keys.canNudgeSelectionWithArrowKeys(); }
     /// Two quick presses at a point of the interactive view. Whether a draft took them.
     bool draftDoubleClick(QPointF location) { return m_drafts.doubleClick(location); }
 
     // State
 
-    bool hasProject() const { return m_context.host.project() != nullptr; }
+    /// The active project; null when there is none.
+    const model::PaintProject* project() const { return m_context.host.project(); }
+    bool hasProject() const { return project() != nullptr; }
+    model::PaintTool selectedTool() const;
     double currentZoom() const { return m_zoom.currentZoom(); }
     /// The canvas's top left corner in the viewport's points, on a whole device pixel.
     QPointF canvasOriginInViewport(double devicePixelRatio) const;
@@ -108,16 +115,21 @@ public:
     TextDraft& textDraft() { return m_text; }
     const TextDraft& textDraft() const { return m_text; }
     const SelectionGestures& selection() const { return m_selection; }
+    const KeyboardPointer& keyboardPointer() const { return m_keyboard; }
     ZoomController& zoom() { return m_zoom; }
     const ZoomController& zoom() const { return m_zoom; }
 
 private:
-    model::PaintTool selectedTool() const;
     void updateLayout();
 
     void toolChanged(model::PaintTool former);
+    void keyboardWillPress(QPointF location);
+    void dragByKeyboard(const DragValue& value);
+    void dragByKeyboardEnded(const DragValue& value);
+    void dragByKeyboardCancelled(const DragValue& value);
     void draftStyleChanged(const model::PaintAppSettings& before);
 
+    GestureModifiers m_modifiers;
     CanvasContext m_context;
     ZoomController m_zoom;
     PanGesture m_pan;
@@ -128,10 +140,11 @@ private:
     SelectionGestures m_selection;
     ToolDrags m_drags;
     RightMouseDrawing m_rightMouse;
+    KeyboardPointer m_keyboard;
     CanvasKeys m_keys;
     /// As they were when last reported.
     model::PaintAppSettings m_settings;
-    bool m_isShiftDown = false;
+    Modifiers m_reportedModifiers;
 };
 
 } // namespace quillabrae::canvas

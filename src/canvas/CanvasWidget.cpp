@@ -7,6 +7,7 @@
 #include "canvas/CanvasRenderer.h"
 #include "canvas/CanvasShadow.h"
 #include "canvas/CanvasView.h"
+#include "canvas/CanvasWidgetAccessible.h"
 #include "canvas/CanvasWidgetInput.h"
 #include "canvas/CanvasWidgetScroller.h"
 #include "canvas/CanvasWidgetText.h"
@@ -25,6 +26,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPinchGesture>
+#include <QTabletEvent>
 #include <QTimerEvent>
 
 #include <cmath>
@@ -47,7 +49,7 @@ struct CanvasWidget::Parts final : CanvasDisplay {
           host(store),
           scroller(widget),
           view(host, timers, pointer),
-          input(view, scroller, pointer) {}
+          input(host, view, scroller, pointer) {}
 
     void repaintCanvasPixels(const QRect& rect) override {
         const CanvasFrame frame = view.frame(widget.viewport()->devicePixelRatioF());
@@ -104,6 +106,8 @@ struct CanvasWidget::Parts final : CanvasDisplay {
 
 CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     : QAbstractScrollArea(parent), m_store(store), m_parts(std::make_unique<Parts>(*this, store)) {
+    // Ahead of anything that makes it known.
+    CanvasWidgetAccessible::install();
     setAccessibleName(tr("Canvas"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
@@ -111,6 +115,7 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     // The right button draws.
     setContextMenuPolicy(Qt::PreventContextMenu);
     viewport()->setMouseTracking(true);
+    viewport()->setTabletTracking(true);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->grabGesture(Qt::PinchGesture);
     m_parts->clock.start();
@@ -120,6 +125,7 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     connect(&store, &store::ProjectStore::settingsChanged, this, &CanvasWidget::updateCursor);
     connect(&store, &store::ProjectStore::activeProjectChanged, this, &CanvasWidget::updateCursor);
     updateCursor();
+    m_announcer = new CanvasAnnouncer(*this, store);
 }
 
 CanvasWidget::~CanvasWidget() = default;
@@ -193,6 +199,10 @@ bool CanvasWidget::viewportEvent(QEvent* event) {
             return m_parts->input.nativeGesture(*static_cast<QNativeGestureEvent*>(event));
         case QEvent::Gesture:
             return gestureEvent(*static_cast<QGestureEvent*>(event));
+        case QEvent::TabletPress:
+        case QEvent::TabletMove:
+        case QEvent::TabletRelease:
+            return penEvent(*static_cast<QTabletEvent*>(event));
         case QEvent::Leave:
             m_parts->input.leave();
             break;
@@ -209,6 +219,12 @@ bool CanvasWidget::gestureEvent(QGestureEvent& event) {
     return m_parts->input.pinch(*pinch, center);
 }
 
+bool CanvasWidget::penEvent(QTabletEvent& event) {
+    event.setAccepted(m_parts->input.tablet(event));
+    updateCursor();
+    return event.isAccepted();
+}
+
 void CanvasWidget::mousePressEvent(QMouseEvent* event) {
     event->setAccepted(m_parts->input.mousePress(*event));
     updateCursor();
@@ -216,6 +232,7 @@ void CanvasWidget::mousePressEvent(QMouseEvent* event) {
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
     event->setAccepted(m_parts->input.mouseMove(*event));
+    updateCursor();
 }
 
 void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
@@ -240,7 +257,8 @@ bool CanvasWidget::event(QEvent* event) {
         const DraftGestures& drafts = m_parts->view.drafts();
         const bool isEscape = key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
         if ((drafts.hasText() && isTextKey(key)) ||
-            (isEscape && (drafts.hasText() || drafts.hasShape()))) {
+            (isEscape && (drafts.hasText() || drafts.hasShape())) ||
+            m_parts->input.isKeyboardPointerKey(key)) {
             event->accept();
             return true;
         }
@@ -280,6 +298,8 @@ bool CanvasWidget::focusNextPrevChild(bool isNext) {
 void CanvasWidget::keyPressEvent(QKeyEvent* event) {
     event->setAccepted(m_parts->input.keyPress(*event));
     updateCursor();
+    // Whether the tool is pressed is no news to the store.
+    m_announcer->mayHaveChanged();
 }
 
 void CanvasWidget::keyReleaseEvent(QKeyEvent* event) {
@@ -301,7 +321,7 @@ void CanvasWidget::hideEvent(QHideEvent* event) {
 
 void CanvasWidget::updateCursor() {
     if (!m_store.hasActiveProject()) return viewport()->unsetCursor();
-    const model::PaintTool tool = m_store.settings().selectedTool;
+    const model::PaintTool tool = m_parts->view.selectedTool();
     const CanvasWidgetInput& input = m_parts->input;
     PointerIntent intent = PointerIntent::useTool;
     if (input.isPanning() || (tool == model::PaintTool::pan && input.isDragging())) {
@@ -311,7 +331,24 @@ void CanvasWidget::updateCursor() {
     } else if (m_parts->pointer.modifiers().option) {
         intent = PointerIntent::useToolBackwards;
     }
-    viewport()->setCursor(toolCursor(tool, intent));
+    const bool isBusy = input.isDragging() || input.isPanning() || input.isReadyToPan();
+    const GrabTarget target = isBusy ? GrabTarget() : input.grabTarget();
+    // What is held keeps its cursor.
+    if (input.isDragging() && intent != PointerIntent::panning) return;
+    viewport()->setCursor(grabCursor(target).value_or(toolCursor(tool, intent)));
+}
+
+std::optional<CanvasHandle> CanvasWidget::handleAt(QPointF place) const {
+    if (m_parts->input.isDragging()) return std::nullopt;
+    const CanvasView& view = m_parts->view;
+    const DraftHandle* handle =
+        view.grabTargetAt(m_parts->scroller.clipBounds().topLeft() + place).draftHandle;
+    if (handle == nullptr) return std::nullopt;
+    QRectF mark = handle->mark(view.drafts().box(handle->draft));
+    mark.translate(canvasOriginInViewport() -
+                   QPointF(selectionHandleGutter, selectionHandleGutter));
+    return CanvasHandle{QString::fromLatin1(handle->tooltipTitle),
+                        QString::fromLatin1(handle->tooltipText), mark.toAlignedRect()};
 }
 
 } // namespace quillabrae::canvas

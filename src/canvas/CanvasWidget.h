@@ -2,11 +2,15 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QRect>
+#include <QString>
 
 #include <memory>
+#include <optional>
 
 class QGestureEvent;
 class QPainter;
+class QTabletEvent;
 
 namespace quillabrae::store {
 class ProjectStore;
@@ -14,7 +18,15 @@ class ProjectStore;
 
 namespace quillabrae::canvas {
 
+class CanvasAnnouncer;
 class CanvasView;
+
+/// What a handle on the canvas does. `mark` is in the viewport's coordinates.
+struct CanvasHandle {
+    QString title;
+    QString text;
+    QRect mark;
+};
 
 /// The scrolling canvas of the editor window, standing on the store's active project. Turns Qt
 /// events into the canvas's input model and paints; it decides nothing. The store outlives it.
@@ -30,6 +42,8 @@ public:
     QPointF canvasOriginInViewport() const;
     /// Whether the marching ants stand still, for people who do not want motion.
     void setReducedMotion(bool isReduced);
+    /// The handle of a draft at a point of the viewport, if no drag is on.
+    std::optional<CanvasHandle> handleAt(QPointF place) const;
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 protected:
@@ -57,9 +71,11 @@ private:
     void updateCursor();
     void paintCanvas(QPainter& painter, const QRect& exposed) const;
     bool gestureEvent(QGestureEvent& event);
+    bool penEvent(QTabletEvent& event);
 
     store::ProjectStore& m_store;
     std::unique_ptr<Parts> m_parts;
+    CanvasAnnouncer* m_announcer = nullptr;
 };
 
 } // namespace quillabrae::canvas

@@ -4,12 +4,14 @@
 #include "canvas/CanvasView.h"
 #include "canvas/CanvasWidgetText.h"
 #include "canvas/Scroller.h"
+#include "canvas/StoreCanvasHost.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPinchGesture>
+#include <QTabletEvent>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -45,9 +47,9 @@ void CanvasWidgetPointer::setModifiers(Qt::KeyboardModifiers down) {
                    down.testFlag(Qt::AltModifier), down.testFlag(Qt::ControlModifier)};
 }
 
-CanvasWidgetInput::CanvasWidgetInput(CanvasView& view, Scroller& scroller,
+CanvasWidgetInput::CanvasWidgetInput(StoreCanvasHost& host, CanvasView& view, Scroller& scroller,
                                      CanvasWidgetPointer& pointer)
-    : m_view(view), m_scroller(scroller), m_pointer(pointer) {
+    : m_host(host), m_view(view), m_scroller(scroller), m_pointer(pointer) {
     m_clock.start();
 }
 
@@ -66,6 +68,52 @@ DragValue CanvasWidgetInput::dragValue(QPointF inViewport) const {
 }
 
 bool CanvasWidgetInput::mousePress(const QMouseEvent& event) {
+    usePenEnd(PenEnd::tip);
+    return press(event);
+}
+
+bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
+    usePenEnd(PenEnd::tip);
+    return move(event);
+}
+
+bool CanvasWidgetInput::mouseRelease(const QMouseEvent& event) {
+    return release(event);
+}
+
+bool CanvasWidgetInput::tablet(const QTabletEvent& event) {
+    static constexpr std::array<std::pair<QEvent::Type, QEvent::Type>, 3> types{{
+        {QEvent::TabletPress, QEvent::MouseButtonPress},
+        {QEvent::TabletMove, QEvent::MouseMove},
+        {QEvent::TabletRelease, QEvent::MouseButtonRelease},
+    }};
+    usePenEnd(event.pointerType() == QPointingDevice::PointerType::Eraser ? PenEnd::eraser
+                                                                          : PenEnd::tip);
+    const auto* row = std::ranges::find(types, event.type(),
+                                        [](const auto& candidate) { return candidate.first; });
+    if (row == types.end()) return false;
+    const QMouseEvent mouse(row->second, event.position(), event.globalPosition(), event.button(),
+                            event.buttons(), event.modifiers());
+    // Taken in any case: what is not would come again as the mouse's.
+    if (mouse.type() == QEvent::MouseButtonPress) {
+        press(mouse);
+    } else if (mouse.type() == QEvent::MouseMove) {
+        move(mouse);
+    } else {
+        release(mouse);
+    }
+    return true;
+}
+
+/// Takes up another end of the pen, or the mouse, unless the one in use has a button down.
+void CanvasWidgetInput::usePenEnd(PenEnd end) {
+    if (isDragging() || isPanning() || std::exchange(m_penEnd, end) == end) return;
+    m_host.setHeldTool(end == PenEnd::eraser ? std::optional(model::PaintTool::eraser)
+                                             : std::nullopt);
+    m_view.settingsChanged();
+}
+
+bool CanvasWidgetInput::press(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
     takeModifiers(event.modifiers());
@@ -82,7 +130,7 @@ bool CanvasWidgetInput::mousePress(const QMouseEvent& event) {
     return true;
 }
 
-bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
+bool CanvasWidgetInput::move(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
     takeModifiers(event.modifiers());
@@ -101,7 +149,7 @@ bool CanvasWidgetInput::mouseMove(const QMouseEvent& event) {
     return true;
 }
 
-bool CanvasWidgetInput::mouseRelease(const QMouseEvent& event) {
+bool CanvasWidgetInput::release(const QMouseEvent& event) {
     const QPointF at = event.position();
     m_pointer.setLocation(at);
     takeModifiers(event.modifiers());
@@ -128,28 +176,50 @@ bool CanvasWidgetInput::doubleClick(const QMouseEvent& event) {
            m_view.draftDoubleClick(m_view.localPoint(Surface::interactiveView, document));
 }
 
+GrabTarget CanvasWidgetInput::grabTarget() const {
+    const auto place = m_pointer.viewportLocation();
+    return place ? m_view.grabTargetAt(documentPoint(*place)) : GrabTarget();
+}
+
 void CanvasWidgetInput::leave() {
     m_pointer.setLocation(std::nullopt);
     m_view.hoverEnded();
 }
 
-bool CanvasWidgetInput::keyPress(const QKeyEvent& event) {
-    static constexpr std::array<std::pair<int, CanvasKey>, 5> keys{{
+std::optional<CanvasKey> canvasKey(int key) {
+    static constexpr std::array<std::pair<int, CanvasKey>, 8> keys{{
         {Qt::Key_Escape, CanvasKey::escape},
         {Qt::Key_Left, CanvasKey::left},
         {Qt::Key_Right, CanvasKey::right},
         {Qt::Key_Up, CanvasKey::up},
         {Qt::Key_Down, CanvasKey::down},
+        {Qt::Key_Space, CanvasKey::space},
+        {Qt::Key_Return, CanvasKey::enter},
+        {Qt::Key_Enter, CanvasKey::enter},
     }};
+    const auto* row =
+        std::ranges::find(keys, key, [](const auto& candidate) { return candidate.first; });
+    if (row == keys.end()) return std::nullopt;
+    return row->second;
+}
+
+bool CanvasWidgetInput::isKeyboardPointerKey(const QKeyEvent& event) {
+    takeModifiers(event.modifiers());
+    const auto key = canvasKey(event.key());
+    return key && m_view.isKeyboardPointerKey(*key);
+}
+
+bool CanvasWidgetInput::keyPress(const QKeyEvent& event) {
     takeModifiers(event.modifiers());
     if (m_view.drafts().hasText() && applyTextKey(m_view.textDraft(), event)) return true;
-    if (event.key() == Qt::Key_Space) {
+    const auto key = canvasKey(event.key());
+    if (key == CanvasKey::space && !m_view.isKeyboardPointerKey(*key)) {
         m_isSpaceDown = true;
         return true;
     }
-    const auto* row =
-        std::ranges::find(keys, event.key(), [](const auto& candidate) { return candidate.first; });
-    return row != keys.end() && m_view.handleKey(row->second);
+    // A key that is held down presses the tool once.
+    const bool repeatsPress = event.isAutoRepeat() && key == CanvasKey::space;
+    return key && (repeatsPress || m_view.handleKey(*key));
 }
 
 bool CanvasWidgetInput::keyRelease(const QKeyEvent& event) {
@@ -162,6 +232,7 @@ bool CanvasWidgetInput::keyRelease(const QKeyEvent& event) {
 void CanvasWidgetInput::focusOut() {
     m_isSpaceDown = false;
     takeModifiers(Qt::NoModifier);
+    m_view.keyboardLeft();
 }
 
 bool CanvasWidgetInput::wheel(const QWheelEvent& event) {

@@ -51,8 +51,8 @@ QSizeF canvasSize(const CanvasContext& context) {
 void RegionSelectionGesture::beginSelectionCreation(CanvasPoint point) {
     commitFloatingSelectionIfNeeded(m_context);
     m_selectionCombineOperation = combineOperation(m_context.pointer.modifiers());
-    m_selectionCombineBase =
-        m_selectionCombineOperation ? m_context.host.project()->pixelSelection : std::nullopt;
+    m_selectionAtStart = m_context.host.project()->pixelSelection;
+    m_selectionCombineBase = m_selectionCombineOperation ? m_selectionAtStart : std::nullopt;
     m_selectionCreationStartPoint = point;
     m_currentSelectionCreationPoint = point;
     m_selectionCreationPath = {point};
@@ -71,6 +71,13 @@ void RegionSelectionGesture::updateSelectionCreation(CanvasPoint point) {
     m_didCreateSelection = rect.width() >= 1.0 && rect.height() >= 1.0;
     if (!m_didCreateSelection) return restoreBase();
     show(selectionAfterCombining(selectionOf(rect)));
+}
+
+void RegionSelectionGesture::optionPressed() {
+    if (!isRunning() || m_selectionCombineOperation) return;
+    m_selectionCombineOperation = SelectionCombineOperation::subtract;
+    m_selectionCombineBase = m_selectionAtStart;
+    refresh();
 }
 
 void RegionSelectionGesture::refresh() {

@@ -23,6 +23,9 @@ public:
     bool isRunning() const { return m_selectionCreationStartPoint.has_value(); }
     void beginSelectionCreation(model::CanvasPoint point);
     void updateSelectionCreation(model::CanvasPoint point);
+    /// To be called when Option goes down: a plain drag subtracts from then on, from what it began
+    /// on. A window manager may keep drags that begin with that key for itself.
+    void optionPressed();
     /// Runs the latest sample again, with the modifiers as they are now.
     void refresh();
     /// `dragDistance`: in screen points, from press to release.
@@ -50,6 +53,8 @@ private:
     std::vector<model::CanvasPoint> m_selectionCreationPath;
     /// What the drag adds to or takes from.
     std::optional<model::PixelSelection> m_selectionCombineBase;
+    /// What was selected when the drag began.
+    std::optional<model::PixelSelection> m_selectionAtStart;
     std::optional<model::SelectionCombineOperation> m_selectionCombineOperation;
     bool m_didCreateSelection = false;
     /// What the drag has made so far.

@@ -125,12 +125,16 @@ void SelectionGestures::projectChanged() {
     m_pixels.giveUpIfStale();
 }
 
-void SelectionGestures::reset() {
+void SelectionGestures::cancel() {
     m_autoPan.stopSelectionAutoPan();
     m_region.cancel();
-    m_wand.forgetSeed();
     m_outline.reset();
     m_pixels.reset();
+}
+
+void SelectionGestures::reset() {
+    cancel();
+    m_wand.forgetSeed();
 }
 
 } // namespace quillabrae::canvas

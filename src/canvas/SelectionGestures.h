@@ -37,6 +37,8 @@ public:
     void nudgeSelection(QSizeF delta);
     /// To be called when the shift key goes down or up.
     void modifiersChanged();
+    /// To be called when the option key goes down.
+    void optionPressed() { m_region.optionPressed(); }
     /// To be called when the wand's match percentage has changed.
     void wandMatchChanged() { m_wand.refreshMagicWandSelectionForMatchChange(); }
     /// Ends the drag that runs, if any, as its release here would.
@@ -47,7 +49,9 @@ public:
     /// To be called when something else has changed the active project: a drag of what is no more
     /// is given up.
     void projectChanged();
-    /// Gives up whatever runs.
+    /// Gives up the drag that runs.
+    void cancel();
+    /// Gives up whatever runs, and forgets what was last picked.
     void reset();
 
     const PixelTransformGesture& pixels() const { return m_pixels; }

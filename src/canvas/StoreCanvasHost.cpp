@@ -15,7 +15,10 @@ void StoreCanvasHost::editProject(const std::function<void(model::PaintProject&)
 }
 
 const model::PaintAppSettings& StoreCanvasHost::settings() const {
-    return m_store.settings();
+    if (!m_heldTool) return m_store.settings();
+    m_heldSettings = m_store.settings();
+    m_heldSettings.selectedTool = *m_heldTool;
+    return m_heldSettings;
 }
 
 QDateTime StoreCanvasHost::now() const {

@@ -2,6 +2,9 @@
 #pragma once
 
 #include "canvas/CanvasHost.h"
+#include "model/PaintTool.h"
+
+#include <optional>
 
 class QObject;
 
@@ -28,8 +31,14 @@ public:
     void pickPrimaryColor(const model::ColorValue& color) override;
     void recordHistory(const QString& title, const QString& symbolName) override;
 
+    /// Uses that tool instead of the chosen one, for as long as it is set.
+    void setHeldTool(std::optional<model::PaintTool> tool) { m_heldTool = tool; }
+
 private:
     store::ProjectStore& m_store;
+    std::optional<model::PaintTool> m_heldTool;
+    /// The store's, with the held tool.
+    mutable model::PaintAppSettings m_heldSettings;
 };
 
 /// Tells the canvas of every change of the store that concerns it, as long as `context` lives.

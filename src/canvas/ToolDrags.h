@@ -34,6 +34,8 @@ public:
 
     void dragChanged(Surface surface, const DragValue& value);
     void dragEnded(Surface surface, const DragValue& value);
+    /// To be called when the drag that runs is given up.
+    void dragCancelled() { m_surface.reset(); }
     /// To be called when another tool has been chosen after `former`. A drag on a surface where the
     /// new tool does nothing ends as it stands.
     void toolChanged(model::PaintTool former);

@@ -73,7 +73,7 @@ TEST_P(CanvasRendererScales, PaintsAPartAsItPaintsTheWhole) {
 
 INSTANTIATE_TEST_SUITE_P(EveryScale, CanvasRendererScales,
                          testing::Combine(testing::Values(0.1, 0.37, 1.0, 1.25, 3.0, 8.0, 64.0),
-                                          testing::Values(1.0, 1.25, 1.5, 2.0)));
+                                          testing::Values(1.0, 1.25, 1.5, 1.75, 2.0)));
 
 TEST(CanvasRenderer, ComposesEmptyAndOpaqueRegionsAsItDoesAllOthers) {
     std::mt19937 random(14);

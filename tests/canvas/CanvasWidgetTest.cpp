@@ -1,18 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "canvas/CanvasView.h"
-#include "canvas/CanvasWidget.h"
-#include "raster/DecodeCache.h"
-#include "store/StoreTest.h"
-
-#include <QApplication>
-#include <QColor>
-#include <QImage>
-#include <QNativeGestureEvent>
-#include <QPaintEvent>
-#include <QPointingDevice>
-#include <QScrollBar>
-#include <QTest>
-#include <QWheelEvent>
+#include "canvas/CanvasWidgetFixture.h"
 
 #include <cmath>
 
@@ -21,122 +8,6 @@ namespace {
 
 using model::CanvasPoint;
 using model::PaintTool;
-
-/// Notes what is painted of a widget.
-class PaintWatch final : public QObject {
-public:
-    explicit PaintWatch(QWidget& widget) { widget.installEventFilter(this); }
-
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) region |= static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-    QRegion region;
-};
-
-class WidgetTest : public store::StoreTest {
-protected:
-    WidgetTest() {
-        projects->editSettings([](model::PaintAppSettings& settings) {
-            settings.primaryColor = {1.0, 0.0, 0.0, 1.0};
-            settings.secondaryColor = {0.0, 0.0, 1.0, 1.0};
-            settings.brushSize = 8.0;
-        });
-    }
-
-    /// A white project of 200 by 100, shown at zoom 2 in the middle of a viewport.
-    void showProject() {
-        projects->createUntitledProject(200, 100, 96);
-        widget.resize(900, 700);
-        widget.show();
-        QTest::qWait(0);
-        setZoom(2.0);
-        widget.view().zoom().centerCanvasInViewport();
-        settle();
-    }
-    void setZoom(double zoomScale) {
-        projects->editSettings([=](auto& settings) { settings.zoomScale = zoomScale; });
-    }
-    void useTool(PaintTool tool) {
-        projects->editSettings([=](auto& settings) { settings.selectedTool = tool; });
-    }
-    static void settle() {
-        QApplication::processEvents();
-        QApplication::processEvents();
-    }
-
-    QWidget* viewport() { return widget.viewport(); }
-    /// Where a canvas point shows, in the viewport's coordinates.
-    QPointF shown(CanvasPoint point) {
-        return widget.canvasOriginInViewport() +
-               QPointF(point.x, point.y) * widget.view().currentZoom();
-    }
-    QPoint at(CanvasPoint point) { return shown(point).toPoint(); }
-    /// The canvas point under a place of the viewport.
-    CanvasPoint under(QPointF place) {
-        const QPointF distance = place - widget.canvasOriginInViewport();
-        return {distance.x() / widget.view().currentZoom(),
-                distance.y() / widget.view().currentZoom()};
-    }
-    void expectUnder(QPointF place, CanvasPoint expected) {
-        const double pixel = 1.0 / widget.view().currentZoom();
-        EXPECT_NEAR(under(place).x, expected.x, pixel);
-        EXPECT_NEAR(under(place).y, expected.y, pixel);
-    }
-
-    /// The canvas stands on a whole device pixel, so within one of where it should be.
-    void expectOrigin(QPointF expected) {
-        const double devicePixel = 1.0 / viewport()->devicePixelRatioF();
-        EXPECT_NEAR(widget.canvasOriginInViewport().x(), expected.x(), devicePixel - 1e-6);
-        EXPECT_NEAR(widget.canvasOriginInViewport().y(), expected.y(), devicePixel - 1e-6);
-    }
-
-    QColor stored(int x, int y) {
-        const auto& bytes = projects->activeProject()->layers.front().bitmapPNGData;
-        return raster::decodedImage(*bytes).toQImage().pixelColor(x, y);
-    }
-    QColor onScreen(QPointF place) {
-        const QImage image = viewport()->grab().toImage();
-        const QPointF device = place * image.devicePixelRatio();
-        return image.pixelColor(static_cast<int>(device.x()), static_cast<int>(device.y()));
-    }
-    std::vector<QString> historyTitles() {
-        std::vector<QString> titles;
-        for (const auto& entry : projects->history(*projects->activeProjectID()).entries) {
-            titles.push_back(entry.title);
-        }
-        return titles;
-    }
-
-    void drag(Qt::MouseButton button, std::initializer_list<CanvasPoint> points,
-              Qt::KeyboardModifiers keys = {}) {
-        QTest::mousePress(viewport(), button, keys, at(*points.begin()));
-        for (const CanvasPoint point : points) move(button, at(point));
-        QTest::mouseRelease(viewport(), button, keys, at(*(points.end() - 1)));
-    }
-    /// A move with a button held, which QTest's own move does not do.
-    void move(Qt::MouseButtons buttons, QPointF place) {
-        QMouseEvent event(QEvent::MouseMove, place, viewport()->mapToGlobal(place), Qt::NoButton,
-                          buttons, Qt::NoModifier);
-        QApplication::sendEvent(viewport(), &event);
-    }
-    void wheel(QPointF place, QPoint angle, Qt::KeyboardModifiers keys = {}, QPoint pixels = {}) {
-        QWheelEvent event(place, viewport()->mapToGlobal(place), pixels, angle, Qt::NoButton, keys,
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(viewport(), &event);
-    }
-    void pinch(QPointF place, double magnification, quint64 milliseconds) {
-        QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(),
-                                  2, place, place, viewport()->mapToGlobal(place), magnification,
-                                  {});
-        event.setTimestamp(milliseconds);
-        QApplication::sendEvent(viewport(), &event);
-    }
-
-    std::unique_ptr<store::ProjectStore> projects = makeStore();
-    CanvasWidget widget{*projects};
-};
 
 TEST_F(WidgetTest, WithoutAProjectItPaintsTheEmptyWorkspaceAndTakesAnyInput) {
     widget.resize(300, 200);
@@ -287,6 +158,64 @@ TEST_F(WidgetTest, TheSpaceBarAndTheMiddleButtonPanWhateverTheTool) {
     expectOrigin(origin);
     EXPECT_EQ(viewport()->cursor().shape(), Qt::CrossCursor);
     EXPECT_EQ(historyTitles().size(), 1U);
+}
+
+TEST_F(WidgetTest, TheKeyboardAloneDrawsAndItsPixelShows) {
+    showProject();
+    constexpr Qt::KeyboardModifiers moving = Qt::ControlModifier | Qt::AltModifier;
+    QTest::keyClick(&widget, Qt::Key_Right, moving);
+    ASSERT_EQ(widget.view().keyboardPointer().pixel(), QPoint(101, 50));
+    EXPECT_EQ(onScreen(shown({101.5, 50.5})), QColor(255, 255, 255));
+    QTest::keyClick(&widget, Qt::Key_Left, moving | Qt::ShiftModifier);
+    QTest::keyClick(&widget, Qt::Key_Space);
+    QTest::keyClick(&widget, Qt::Key_Left, moving | Qt::ShiftModifier);
+    QTest::keyClick(&widget, Qt::Key_Left, moving | Qt::ShiftModifier);
+    EXPECT_EQ(viewport()->cursor().shape(), Qt::CrossCursor);
+    QTest::keyClick(&widget, Qt::Key_Space);
+    EXPECT_EQ(stored(80, 50), QColor(255, 0, 0));
+    EXPECT_EQ(stored(60, 50), QColor(255, 255, 255));
+    EXPECT_THAT(historyTitles(),
+                testing::ElementsAre(QStringLiteral("New Project"), QStringLiteral("Paintbrush")));
+    EXPECT_EQ(projects->canvasCursorPosition(), (CanvasPoint{71.0, 50.0}));
+    QTest::keyClick(&widget, Qt::Key_Escape);
+    EXPECT_FALSE(widget.view().keyboardPointer().pixel());
+    QTest::keyPress(&widget, Qt::Key_Space);
+    EXPECT_EQ(viewport()->cursor().shape(), Qt::OpenHandCursor);
+    QTest::keyRelease(&widget, Qt::Key_Space);
+}
+
+TEST_F(WidgetTest, AHeldSpaceBarPressesTheToolOnce) {
+    showProject();
+    QTest::keyClick(&widget, Qt::Key_Right, Qt::ControlModifier | Qt::AltModifier);
+    for (const bool isRepeat : {false, true, true}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "),
+                        isRepeat);
+        QApplication::sendEvent(&widget, &press);
+        EXPECT_TRUE(widget.view().keyboardPointer().isPressed());
+    }
+}
+
+TEST_F(WidgetTest, TheKeyboardPixelsKeysAreNoShortcutsOfTheWindow) {
+    showProject();
+    const auto isHeldBack = [&](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        QKeyEvent event(QEvent::ShortcutOverride, key, modifiers);
+        event.ignore();
+        QApplication::sendEvent(&widget, &event);
+        return event.isAccepted();
+    };
+    constexpr Qt::KeyboardModifiers moving = Qt::ControlModifier | Qt::AltModifier;
+    EXPECT_TRUE(isHeldBack(Qt::Key_Up, moving));
+    EXPECT_FALSE(isHeldBack(Qt::Key_Space, {}));
+    EXPECT_FALSE(isHeldBack(Qt::Key_Escape, {}));
+    QTest::keyClick(&widget, Qt::Key_Right, moving);
+    EXPECT_TRUE(isHeldBack(Qt::Key_Space, {}));
+    EXPECT_FALSE(isHeldBack(Qt::Key_Return, {}));
+    QTest::keyClick(&widget, Qt::Key_Space);
+    EXPECT_TRUE(isHeldBack(Qt::Key_Return, {}));
+    EXPECT_TRUE(isHeldBack(Qt::Key_Escape, {}));
+    QTest::keyClick(&widget, Qt::Key_Escape);
+    projects->selectAllCanvas();
+    EXPECT_FALSE(isHeldBack(Qt::Key_Up, moving));
 }
 
 TEST_F(WidgetTest, TheHandPansWithoutJitter) {

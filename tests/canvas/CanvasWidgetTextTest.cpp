@@ -153,6 +153,35 @@ TEST_F(WritingTest, TheCaretStandsOnTheScreenWhereTheLinesSay) {
     EXPECT_EQ(onScreen(shown.center()), QColor(Qt::red));
 }
 
+TEST_F(WritingTest, WhatIsComposedShowsOnTheScreen) {
+    EXPECT_NE(onScreen(at(30, 20)), QColor(Qt::red));
+    QInputMethodEvent composing(QString::fromUtf8("\u2588\u2588"), {});
+    QApplication::sendEvent(&widget, &composing);
+    EXPECT_EQ(onScreen(at(30, 20)), QColor(Qt::red));
+    EXPECT_EQ(text(), QString());
+    QInputMethodEvent given;
+    QApplication::sendEvent(&widget, &given);
+    EXPECT_NE(onScreen(at(30, 20)), QColor(Qt::red));
+}
+
+TEST_F(WritingTest, CaretAndGlyphsAgreeWithinACanvasPixelAtAnyZoom) {
+    widget.view().textDraft().edit([](TextEditing& editing, const raster::TextLayout&) {
+        editing.insert(QString::fromUtf8("\u2588\u2588\u2588"));
+    });
+    for (const double zoom : {0.5, 1.0, 1.7, 3.3, 8.0, 32.0}) {
+        projects->editSettings([=](auto& settings) { settings.zoomScale = zoom; });
+        QApplication::processEvents();
+        const QImage glyphs = widget.view().textDraft().preview().toQImage();
+        int inkEnd = 0;
+        for (int x = 0; x < glyphs.width(); ++x)
+            if (qAlpha(glyphs.pixel(x, 12)) > 127) inkEnd = x + 1;
+        ASSERT_GT(inkEnd, 20);
+        const QRectF caret = draftCaretRect(widget.view(), widget.canvasOriginInViewport());
+        const double shown = (caret.center().x() - widget.canvasOriginInViewport().x()) / zoom;
+        EXPECT_NEAR(shown, 20.0 + inkEnd, 1.0) << zoom;
+    }
+}
+
 TEST_F(WritingTest, TheTextShowsOnTheScreenAsACommitWillLeaveIt) {
     widget.view().textDraft().edit([](TextEditing& editing, const raster::TextLayout&) {
         editing.insert(QString::fromUtf8("\u2588\u2588"));

@@ -44,6 +44,7 @@ QJsonObject canvasState(Session& session) {
     const QPointF origin = stage.scroller().clipBounds().topLeft();
     const QSizeF document = stage.scroller().documentSize();
     const auto hovered = view.hoveredCanvasPoint();
+    const auto keyboardPixel = view.keyboardPointer().pixel();
     const auto liveZoom = view.zoom().liveZoomScale();
     const model::PaintProject* project = session.store().activeProject();
     return {
@@ -53,6 +54,9 @@ QJsonObject canvasState(Session& session) {
         {QStringLiteral("documentSize"), QJsonArray{document.width(), document.height()}},
         {QStringLiteral("hoveredPoint"),
          hovered ? QJsonValue(QJsonArray{hovered->x, hovered->y}) : QJsonValue()},
+        {QStringLiteral("keyboardPixel"),
+         keyboardPixel ? QJsonValue(QJsonArray{keyboardPixel->x(), keyboardPixel->y()})
+                       : QJsonValue()},
         {QStringLiteral("isDrawing"), view.drawing().isRunning()},
         {QStringLiteral("shapeDraft"), shapeJson(view.shapeDraft().activeShapeDraft())},
         {QStringLiteral("textDraft"), textJson(view.textDraft())},

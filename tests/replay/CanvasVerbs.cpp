@@ -135,12 +135,14 @@ QJsonValue modifiers(Session& session, const Arguments& arguments) {
 /// Whether the canvas took the key.
 QJsonValue key(Session& session, const Arguments& arguments) {
     using canvas::CanvasKey;
-    static constexpr std::array<std::pair<QLatin1StringView, CanvasKey>, 5> keys{{
+    static constexpr std::array<std::pair<QLatin1StringView, CanvasKey>, 7> keys{{
         {QLatin1StringView("escape"), CanvasKey::escape},
         {QLatin1StringView("left"), CanvasKey::left},
         {QLatin1StringView("right"), CanvasKey::right},
         {QLatin1StringView("up"), CanvasKey::up},
         {QLatin1StringView("down"), CanvasKey::down},
+        {QLatin1StringView("space"), CanvasKey::space},
+        {QLatin1StringView("enter"), CanvasKey::enter},
     }};
     takeModifiers(session, arguments);
     const QString name = arguments.text("key");
