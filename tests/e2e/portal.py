@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A desktop's settings service with one setting, whether the desktop is light or dark."""
+"""A desktop's settings service: whether the desktop is light or dark, and whether things move."""
 
 import threading
 
@@ -9,8 +9,11 @@ from gi.repository import Gio, GLib
 NAME = "org.freedesktop.portal.Desktop"
 PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.Settings"
-SETTING = ("org.freedesktop.appearance", "color-scheme")
-VALUES = {"light": 2, "dark": 1}
+SCHEME = ("org.freedesktop.appearance", "color-scheme")
+ANIMATIONS = ("org.gnome.desktop.interface", "enable-animations")
+VALUES = {"light": GLib.Variant("u", 2), "dark": GLib.Variant("u", 1),
+          "moving": GLib.Variant("b", True), "still": GLib.Variant("b", False)}
+SETTINGS = {"light": SCHEME, "dark": SCHEME, "moving": ANIMATIONS, "still": ANIMATIONS}
 DESCRIPTION = f"""
 <node><interface name="{INTERFACE}">
   <method name="Read">
@@ -23,8 +26,9 @@ DESCRIPTION = f"""
 class Portal:
     """Answers from a thread of its own until the bus goes."""
 
-    def __init__(self, bus_address, scheme):
-        self._scheme = scheme
+    def __init__(self, bus_address, *words):
+        """Each word is one of VALUES. What no word tells is no setting of this desktop."""
+        self._values = {SETTINGS[word]: VALUES[word] for word in words}
         self._context = GLib.MainContext()
         self._bus = None
         ready = threading.Event()
@@ -32,16 +36,13 @@ class Portal:
         if not ready.wait(20):
             raise RuntimeError("the settings service did not start")
 
-    def change(self, scheme):
-        self._scheme = scheme
+    def change(self, word):
+        self._values[SETTINGS[word]] = VALUES[word]
         self._bus.emit_signal(None, PATH, INTERFACE, "SettingChanged",
-                              GLib.Variant("(ssv)", (*SETTING, self._value())))
+                              GLib.Variant("(ssv)", (*SETTINGS[word], VALUES[word])))
 
     def close(self):
         self._bus.close_sync(None)
-
-    def _value(self):
-        return GLib.Variant("u", VALUES[self._scheme])
 
     def _run(self, bus_address, ready):
         self._context.push_thread_default()
@@ -54,8 +55,9 @@ class Portal:
         GLib.MainLoop.new(self._context, False).run()
 
     def _answer(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
-        if arguments.unpack() == SETTING:
+        value = self._values.get(arguments.unpack())
+        if value is not None:
             # As it has always been: a variant in a variant.
-            invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", self._value()),)))
+            invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", value),)))
         else:
             invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")

@@ -1,12 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Light and dark, as the desktop is."""
+"""Light and dark, moving and still, as the desktop is."""
 
+import time
 import unittest
 
 from PIL import Image, ImageStat
 
 from case import DeskCase
 from desk import until
+from editor import store_settings
 from portal import Portal
 
 
@@ -43,6 +45,33 @@ class Looks(DeskCase):
         second = Portal(bus, "dark")
         second.change("light")
         until(lambda: not self.is_dark(editor), "the window to turn light")
+
+    def ants_move(self, editor):
+        """Whether the marching ants around the whole canvas look different within a second."""
+        left, top, width, height = editor.wait_for_control("Canvas").box
+        seen = set()
+        for _ in range(6):
+            with Image.open(editor.screenshot("13-ants")) as shot:
+                seen.add(shot.crop((left, top, left + width, top + height)).tobytes())
+            time.sleep(0.15)
+        return len(seen) > 1
+
+    def test_the_ants_stand_still_when_the_desktop_wants_no_motion(self):
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "light", "still")
+        store_settings(self.desk, selectedTool="brush")
+        drawing = self.desk.home / "drawing.png"
+        Image.new("RGB", (400, 300), "white").save(drawing)
+        editor = self.start(drawing)
+        editor.wait_for_window("drawing - Quillabrae v")
+        editor.wait_for_status("Opened drawing.png")
+        self.desk.move(editor.canvas_middle())
+        self.desk.keys("ctrl+a")
+        editor.wait_for_status("Selected canvas pixels")
+        until(lambda: not self.ants_move(editor), "the ants to stand still")
+        portal.change("moving")
+        until(lambda: self.ants_move(editor), "the ants to march")
+        portal.change("still")
+        until(lambda: not self.ants_move(editor), "the ants to stand still again")
 
 
 if __name__ == "__main__":

@@ -24,6 +24,7 @@
 #include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/looks/Symbols.h"
 #include "shell/looks/SystemColorScheme.h"
+#include "shell/looks/SystemMotion.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
@@ -46,7 +47,7 @@ struct AppModel::Graph {
                           platform::XdgRecentDocuments::standardMissing()),
           recents(store, recentDocuments),
           plugins(effects::PluginLibraryService::defaultInstallDirectory(paths)),
-          factory(store),
+          factory(store, motion),
           windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
                    {.afterFirstFrame =
@@ -55,6 +56,7 @@ struct AppModel::Graph {
                                 Symbols::icon(QStringLiteral("quillabrae.project")));
                             registration.claimProjectType();
                             colorScheme.followSystem();
+                            motion.followSystem();
                         },
                     .quit = [] { QCoreApplication::exit(); }}) {
         application.installEventFilter(&delegate);
@@ -83,6 +85,7 @@ struct AppModel::Graph {
     effects::OpenAIImageEditService imageEdit{http,
                                               QUrl(QStringLiteral(QUILLABRAE_IMAGE_EDIT_URL))};
     SystemColorScheme colorScheme;
+    SystemMotion motion;
     DesktopProjectPanels panels;
     DesktopWorkRunner work;
     store::ProjectStore store;

@@ -4,6 +4,7 @@
 #include "shell/app/PlaceholderWindow.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/editor/EditorWindow.h"
+#include "shell/looks/SystemMotion.h"
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
 
@@ -46,7 +47,8 @@ void placeOnScreen(QWidget& window, const WindowTraits& traits) {
 
 } // namespace
 
-DesktopWindows::DesktopWindows(store::ProjectStore& store) : m_store(store) {}
+DesktopWindows::DesktopWindows(store::ProjectStore& store, const SystemMotion& motion)
+    : m_store(store), m_motion(motion) {}
 
 DesktopWindows::~DesktopWindows() = default;
 
@@ -68,11 +70,19 @@ std::unique_ptr<QWidget> DesktopWindows::makeWindow(WindowRole role,
     return window;
 }
 
+std::unique_ptr<QWidget> DesktopWindows::makeEditor(WindowCoordinator& coordinator) {
+    auto window = std::make_unique<EditorWindow>(m_store, coordinator, actions(coordinator));
+    window->setReducedMotion(m_motion.isReduced());
+    QObject::connect(&m_motion, &SystemMotion::changed, window.get(),
+                     &EditorWindow::setReducedMotion);
+    return window;
+}
+
 std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
                                                      WindowCoordinator& coordinator) {
     switch (role) {
         case WindowRole::editor:
-            return std::make_unique<EditorWindow>(m_store, coordinator, actions(coordinator));
+            return makeEditor(coordinator);
         case WindowRole::welcome:
             return std::make_unique<WelcomePanel>(m_store, coordinator, actions(coordinator));
         case WindowRole::pluginLibrary:

@@ -10,20 +10,24 @@ class ProjectStore;
 namespace quillabrae::shell {
 
 class CommandActions;
+class SystemMotion;
 
 /// The program's real windows, centred on the screen.
 class DesktopWindows final : public WindowFactory {
 public:
-    explicit DesktopWindows(store::ProjectStore& store);
+    /// `motion` outlives the windows.
+    DesktopWindows(store::ProjectStore& store, const SystemMotion& motion);
     ~DesktopWindows() override;
 
     std::unique_ptr<QWidget> makeWindow(WindowRole role, WindowCoordinator& coordinator) override;
 
 private:
     std::unique_ptr<QWidget> makeContent(WindowRole role, WindowCoordinator& coordinator);
+    std::unique_ptr<QWidget> makeEditor(WindowCoordinator& coordinator);
     const CommandActions& actions(WindowCoordinator& coordinator);
 
     store::ProjectStore& m_store;
+    const SystemMotion& m_motion;
     std::unique_ptr<CommandActions> m_actions;
 };
 

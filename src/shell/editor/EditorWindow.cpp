@@ -44,6 +44,10 @@ void EditorWindow::showEvent(QShowEvent* event) {
     m_workspace->focusCanvas();
 }
 
+void EditorWindow::setReducedMotion(bool isReduced) {
+    m_workspace->setReducedMotion(isReduced);
+}
+
 void EditorWindow::dragEnterEvent(QDragEnterEvent* event) {
     if (store::isDropWelcome(platform::QtMimeSource(*event->mimeData())))
         event->acceptProposedAction();

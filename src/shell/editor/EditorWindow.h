@@ -22,6 +22,9 @@ public:
     EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
                  const CommandActions& actions);
 
+    /// Whether things are to stand still, for people who do not want motion.
+    void setReducedMotion(bool isReduced);
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;

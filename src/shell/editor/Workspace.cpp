@@ -3,6 +3,7 @@
 
 #include "canvas/CanvasWidget.h"
 #include "shell/controls/FloatingPanel.h"
+#include "shell/controls/HoverTooltip.h"
 #include "shell/editor/ColorStack.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/panels/HistoryPanel.h"
@@ -28,10 +29,20 @@ FloatingPanel* makeColorPanel(store::ProjectStore& store, QWidget* parent) {
     return panel;
 }
 
+void tellWhatHandlesDo(canvas::CanvasWidget& canvas) {
+    auto* tooltip = new HoverTooltip(canvas.viewport(), {}, HoverTooltipPlacement::below);
+    tooltip->setParts([&canvas](QPoint at) -> std::optional<HoverTooltipPart> {
+        const auto handle = canvas.handleAt(at);
+        if (!handle) return std::nullopt;
+        return HoverTooltipPart{handle->mark, {handle->title, handle->text}};
+    });
+}
+
 } // namespace
 
 Workspace::Workspace(PanelContext context, QWidget* parent)
     : QWidget(parent), m_canvas(new canvas::CanvasWidget(context.store, this)) {
+    tellWhatHandlesDo(*m_canvas);
     setFocusProxy(m_canvas);
     addPanel(new ToolsPalette(context.store, this), PanelCorner::topLeft);
     addPanel(makeColorPanel(context.store, this), PanelCorner::bottomLeft);
@@ -51,6 +62,10 @@ void Workspace::addPanel(FloatingPanel* panel, PanelCorner corner) {
 
 void Workspace::focusCanvas() {
     m_canvas->setFocus();
+}
+
+void Workspace::setReducedMotion(bool isReduced) {
+    m_canvas->setReducedMotion(isReduced);
 }
 
 void Workspace::resizeEvent(QResizeEvent*) {

@@ -8,6 +8,10 @@
 
 #include <vector>
 
+namespace quillabrae::canvas {
+class CanvasWidget;
+}
+
 namespace quillabrae::shell {
 
 class FloatingPanel;
@@ -22,6 +26,8 @@ public:
 
     /// Gives the keyboard to the canvas.
     void focusCanvas();
+    /// Whether things are to stand still, for people who do not want motion.
+    void setReducedMotion(bool isReduced);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -38,7 +44,7 @@ private:
     void placePanels();
     void movePanel(FloatingPanel* panel, QPoint topLeft);
 
-    QWidget* m_canvas;
+    canvas::CanvasWidget* m_canvas;
     std::vector<Floating> m_panels;
     FloatingPanel* m_history;
     FloatingPanel* m_layers;

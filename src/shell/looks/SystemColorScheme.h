@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/looks/DesktopSetting.h"
 #include "shell/looks/Style.h"
 
-// Whole, since the bus finds the slot below by its argument types.
-#include <QDBusVariant>
 #include <QObject>
 
 namespace quillabrae::platform {
@@ -24,16 +23,14 @@ public:
 
     /// Asks the desktop and follows it from then on. Does not wait; without a settings service the
     /// scheme stays as it is.
-    void followSystem();
-
-private Q_SLOTS:
-    void settingChanged(const QString& nameSpace, const QString& key, const QDBusVariant& value);
+    void followSystem() { m_setting.follow(); }
 
 private:
     void use(ColorScheme scheme);
     void take(const QVariant& value);
 
     platform::Preferences& m_preferences;
+    DesktopSetting m_setting;
     ColorScheme m_scheme;
 };
 
