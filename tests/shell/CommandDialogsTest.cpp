@@ -188,8 +188,8 @@ protected:
 TEST_F(ColorRemovalDialogTest, StartsWithThePrimaryColorAndShowsEachChoice) {
     EXPECT_EQ(dialog.size(), QSize(520, 310));
     EXPECT_EQ(dialog.answer(), (ColorRemovalSettings{1, 0, ColorRemovalPreset::primary}));
-    EXPECT_EQ(dialog.findChildren<ColorSwatch*>().size(), 12);
-    named<ColorSwatch>(dialog, QStringLiteral("White"))->click();
+    EXPECT_EQ(dialog.findChildren<ColorButton*>().size(), 12);
+    named<ColorButton>(dialog, QStringLiteral("White"))->click();
     type(dialog, QStringLiteral("Color tolerance"), QStringLiteral("2"));
     named<QSlider>(dialog, QStringLiteral("Consider transparent any alpha smaller than"))
         ->triggerAction(QAbstractSlider::SliderToMaximum);

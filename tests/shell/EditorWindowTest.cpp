@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasView.h"
+#include "canvas/CanvasWidget.h"
+#include "canvas/DraftGestures.h"
 #include "shell/ShellTest.h"
 #include "shell/commands/CommandActions.h"
-#include "shell/controls/LabeledSlider.h"
+#include "shell/controls/FloatingPanel.h"
 #include "shell/editor/ColorStack.h"
 #include "shell/editor/EditorWindow.h"
+#include "shell/editor/EmptyWorkspace.h"
 #include "shell/editor/ProjectTab.h"
-#include "shell/editor/ToolOptions.h"
 #include "shell/editor/ToolsPalette.h"
+#include "shell/editor/Workspace.h"
+#include "shell/panels/HistoryList.h"
+#include "shell/panels/LayerList.h"
 
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
-#include <QSlider>
+#include <QTest>
 
 namespace quillabrae::shell {
 namespace {
@@ -41,6 +48,14 @@ protected:
         auto buttons = window->findChild<ToolsPalette*>()->findChildren<QAbstractButton*>();
         buttons.removeIf([](const QAbstractButton* button) { return !button->isCheckable(); });
         return buttons;
+    }
+    /// An outline around a part of the canvas, as the rectangle tool leaves it.
+    void selectPixels() const {
+        store->editActiveProject([](model::PaintProject& project) {
+            project.isCanvasSelected = true;
+            project.pixelSelection =
+                model::PixelSelection{.x = 1, .y = 1, .width = 3, .height = 2, .maskPNGData = {}};
+        });
     }
     QAbstractButton* tool(const char* rawText) const {
         return window->findChild<ToolsPalette*>()->findChild<QAbstractButton*>(
@@ -107,34 +122,6 @@ TEST_F(EditorWindowTest, SelectsToolsBothWays) {
     EXPECT_FALSE(tool("pencil")->isChecked());
 }
 
-TEST_F(EditorWindowTest, ShowsTheOptionsThatTheToolHeeds) {
-    const auto sliders = window->findChild<ToolOptions*>()->findChildren<LabeledSlider*>();
-    ASSERT_EQ(sliders.size(), 2);
-    tool("brush")->click();
-    EXPECT_TRUE(sliders.first()->isVisible());
-    EXPECT_FALSE(sliders.last()->isVisible());
-    tool("pencil")->click();
-    EXPECT_TRUE(sliders.last()->isVisible());
-    tool("hand")->click();
-    EXPECT_FALSE(sliders.first()->isVisible());
-    tool("shapes")->click();
-    EXPECT_FALSE(sliders.first()->isVisible());
-}
-
-TEST_F(EditorWindowTest, WritesSlidersToTheSettingsAndBack) {
-    QSlider* size = window->findChild<ToolOptions*>()
-                        ->findChildren<LabeledSlider*>()
-                        .first()
-                        ->findChild<QSlider*>();
-    EXPECT_EQ(size->minimum(), 1);
-    EXPECT_EQ(size->maximum(), 512);
-    size->setValue(40);
-    EXPECT_EQ(store->settings().brushSize, 40);
-    store->editSettings([](auto& settings) { settings.brushSize = 7.6; });
-    EXPECT_EQ(size->value(), 8);
-    EXPECT_EQ(store->settings().brushSize, 7.6);
-}
-
 TEST_F(EditorWindowTest, SwapsTheColorsAndBack) {
     auto* stack = window->findChild<ColorStack*>();
     const auto before = store->settings();
@@ -155,6 +142,133 @@ TEST_F(EditorWindowTest, TellsTheStatusAndThePointersPlace) {
     EXPECT_EQ(text("cursorPosition"), QStringLiteral("12 x -1"));
     store->setCanvasCursorPosition(std::nullopt);
     EXPECT_EQ(text("cursorPosition"), QString());
+}
+
+TEST_F(EditorWindowTest, TellsTheZoom) {
+    EXPECT_EQ(text("zoom"), QStringLiteral("100 %"));
+    store->editSettings([](auto& settings) { settings.zoomScale = 64.0; });
+    EXPECT_EQ(text("zoom"), QStringLiteral("6400 %"));
+    store->editSettings([](auto& settings) { settings.zoomScale = 0.125; });
+    EXPECT_EQ(text("zoom"), QStringLiteral("12.5 %"));
+}
+
+TEST_F(EditorWindowTest, OffersAProjectWhereNoneIsOpen) {
+    const auto* empty = window->findChild<EmptyWorkspace*>();
+    EXPECT_TRUE(empty->isVisible());
+    EXPECT_FALSE(window->findChild<ToolsPalette*>()->isVisible());
+    makeProject(*store);
+    EXPECT_FALSE(empty->isVisible());
+    EXPECT_TRUE(window->findChild<ToolsPalette*>()->isVisible());
+    store->closeAllProjects();
+    EXPECT_TRUE(empty->isVisible());
+}
+
+TEST_F(EditorWindowTest, KeepsItsPanelsInsideAtEverySize) {
+    makeProject(*store);
+    auto* workspace = window->findChild<Workspace*>();
+    const auto panels = window->findChildren<FloatingPanel*>();
+    ASSERT_EQ(panels.size(), 4);
+    for (const QSize size : {QSize(1100, 760), QSize(1600, 1200), QSize(1100, 760)}) {
+        window->resize(size);
+        runDeferred();
+        for (const FloatingPanel* panel : panels) {
+            EXPECT_TRUE(workspace->rect().contains(panel->geometry()))
+                << qPrintable(panel->accessibleName());
+            for (const FloatingPanel* other : panels) {
+                const bool isOver = other->geometry().intersects(panel->geometry());
+                EXPECT_EQ(isOver, other == panel);
+            }
+        }
+    }
+}
+
+TEST_F(EditorWindowTest, FitsItsLeastSize) {
+    makeProject(*store);
+    for (const model::PaintTool tool : model::allPaintTools()) {
+        store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
+        runDeferred();
+        EXPECT_LE(window->minimumSizeHint().width(), 1100) << qPrintable(model::title(tool));
+        EXPECT_LE(window->minimumSizeHint().height(), 760);
+    }
+}
+
+TEST_F(EditorWindowTest, MovesAPanelAndKeepsItThereWhenTheWindowGrows) {
+    makeProject(*store);
+    auto* tools = window->findChild<ToolsPalette*>();
+    Q_EMIT tools->moveRequested({5000, 5000});
+    const QPoint fromEdge =
+        QPoint(tools->parentWidget()->width(), tools->parentWidget()->height()) -
+        tools->geometry().bottomRight();
+    EXPECT_TRUE(tools->parentWidget()->rect().contains(tools->geometry()));
+    window->resize(1500, 1000);
+    runDeferred();
+    EXPECT_EQ(QPoint(tools->parentWidget()->width(), tools->parentWidget()->height()) -
+                  tools->geometry().bottomRight(),
+              fromEdge);
+}
+
+// Keys
+
+TEST_F(EditorWindowTest, MovesTheCaretAndNotTheSelectionWhileANameIsTyped) {
+    makeProject(*store);
+    store->selectAllCanvas();
+    window->activateWindow();
+    auto* list = window->findChild<LayerList*>();
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_F2);
+    auto* editor = list->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    editor->setText(QStringLiteral("Sky"));
+    const auto before = *store->activeProject();
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Left, Qt::Key_Up, Qt::Key_Down})
+        QTest::keyClick(editor, key);
+    EXPECT_EQ(editor->cursorPosition(), 1);
+    EXPECT_EQ(*store->activeProject(), before);
+}
+
+TEST_F(EditorWindowTest, NudgesTheSelectionWhereAnArrowKeyHasNoOtherUse) {
+    makeProject(*store);
+    selectPixels();
+    window->activateWindow();
+    QTest::keyClick(window.get(), Qt::Key_Right);
+    EXPECT_EQ(store->activeProject()->pixelSelection->x, 2.0);
+    QTest::keyClick(window->findChild<FloatingPanel*>(), Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(store->activeProject()->pixelSelection->y, 21.0);
+}
+
+TEST_F(EditorWindowTest, DropsTheSelectionOnEscapeAloneAndNotWithAModifier) {
+    makeProject(*store);
+    store->selectAllCanvas();
+    ASSERT_TRUE(store->canDropSelection());
+    window->activateWindow();
+    runDeferred();
+    QTest::keyClick(window.get(), Qt::Key_Escape, Qt::ControlModifier);
+    EXPECT_TRUE(store->canDropSelection());
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_FALSE(store->canDropSelection());
+}
+
+TEST_F(EditorWindowTest, CommitsAShapeOnEscapeAndLeavesTheSelectionToTheNext) {
+    store->createUntitledProject(400, 300, 96);
+    store->editSettings([](auto& settings) { settings.selectedTool = model::PaintTool::shapes; });
+    window->activateWindow();
+    runDeferred();
+    auto* canvas = window->findChild<canvas::CanvasWidget*>();
+    const QPoint at = (canvas->canvasOriginInViewport() + QPointF(150, 100)).toPoint();
+    QTest::mousePress(canvas->viewport(), Qt::LeftButton, {}, at);
+    QTest::mouseMove(canvas->viewport(), at + QPoint(60, 40));
+    QTest::mouseRelease(canvas->viewport(), Qt::LeftButton, {}, at + QPoint(60, 40));
+    ASSERT_TRUE(canvas->view().drafts().hasShape());
+    store->editActiveProject([](model::PaintProject& project) { project.isCanvasSelected = true; });
+    ASSERT_TRUE(store->canDropSelection());
+    // Wherever the keyboard is.
+    window->findChild<HistoryList*>()->setFocus();
+    QTest::keyClick(window->findChild<HistoryList*>(), Qt::Key_Escape);
+    EXPECT_FALSE(canvas->view().drafts().hasShape());
+    EXPECT_TRUE(store->canDropSelection());
+    runDeferred();
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_FALSE(store->canDropSelection());
 }
 
 TEST_F(EditorWindowTest, TakesADropAndPastesItsPicture) {

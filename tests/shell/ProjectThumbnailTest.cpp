@@ -25,5 +25,23 @@ TEST_F(ProjectThumbnailTest, ShowsVisibleLayersAtTheirOpacity) {
     EXPECT_EQ(projectThumbnail(project, {40, 30}).pixelColor(5, 5).alpha(), 0);
 }
 
+TEST_F(ProjectThumbnailTest, ShowsFloatingPixelsWhereTheyStand) {
+    const auto store = makeStore(store::Persistence::off);
+    model::PaintProject project = store->createUntitledProject(40, 30, 96);
+    project.layers.front().bitmapPNGData.reset();
+    const auto red = store->createProject(writePicture(QStringLiteral("red.png")));
+    project.floatingSelection = model::FloatingPixelSelection{
+        .pngData = *red->layers.front().bitmapPNGData, .layerID = project.layers.front().id};
+    project.pixelSelection =
+        model::PixelSelection{.x = 20.7, .y = 10, .width = 10, .height = 8, .maskPNGData = {}};
+    const QImage shown = projectThumbnail(project, {40, 30});
+    EXPECT_EQ(shown.pixelColor(20, 10), QColor(Qt::red));
+    EXPECT_EQ(shown.pixelColor(29, 17), QColor(Qt::red));
+    EXPECT_EQ(shown.pixelColor(30, 10).alpha(), 0);
+    EXPECT_EQ(shown.pixelColor(19, 10).alpha(), 0);
+    project.layers.front().isVisible = false;
+    EXPECT_EQ(projectThumbnail(project, {40, 30}).pixelColor(25, 12).alpha(), 0);
+}
+
 } // namespace
 } // namespace quillabrae::shell

@@ -10,4 +10,7 @@ namespace quillabrae::shell::FocusedText {
 /// Nothing for a null widget or one that has no such slot.
 void invoke(QWidget* control, const char* slot);
 
+/// Whether the control is one that text is typed into; false for a null widget.
+bool isIn(const QWidget* control);
+
 } // namespace quillabrae::shell::FocusedText

@@ -70,6 +70,13 @@ void FloatingPanel::setCollapsed(bool isCollapsed) {
     Q_EMIT sizeChanged();
 }
 
+void FloatingPanel::fitContent() {
+    m_content->activate();
+    m_body->updateGeometry();
+    layout()->activate();
+    Q_EMIT sizeChanged();
+}
+
 void FloatingPanel::setExpandedHeight(int height) {
     m_expandedHeight = height;
 }

@@ -34,6 +34,8 @@ Q_SIGNALS:
     void sizeChanged();
 
 protected:
+    /// To be called when a part of the content has been shown or hidden.
+    void fitContent();
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -13,11 +13,12 @@ namespace quillabrae::shell {
 IconButton::IconButton(const Face& face, QWidget* parent)
     : QAbstractButton(parent),
       m_symbolName(face.symbolName),
+      m_help(face.help),
+      m_tooltip(new HoverTooltip(this, {face.title, face.help}, face.tooltipPlacement)),
       m_extent(face.extent),
       m_iconExtent(face.iconExtent) {
     setFocusPolicy(Qt::TabFocus);
     setFixedSize(m_extent, m_extent);
-    new HoverTooltip(this, {face.title, face.help}, face.tooltipPlacement);
 }
 
 QSize IconButton::sizeHint() const {
@@ -29,6 +30,10 @@ void IconButton::setSymbolName(const QString& symbolName) {
     m_symbolName = symbolName;
     m_icon = {};
     update();
+}
+
+void IconButton::setTitle(const QString& title) {
+    m_tooltip->setText({title, m_help});
 }
 
 QColor IconButton::faceColor() const {

@@ -27,6 +27,8 @@ public:
 
     QSize sizeHint() const override;
     void setSymbolName(const QString& symbolName);
+    /// Another title, with the help that the button has.
+    void setTitle(const QString& title);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -38,6 +40,8 @@ private:
     QColor faceColor() const;
 
     QString m_symbolName;
+    QString m_help;
+    HoverTooltip* m_tooltip;
     QIcon m_icon;
     int m_extent;
     int m_iconExtent;

@@ -22,14 +22,14 @@ constexpr std::chrono::milliseconds settlingTime{500};
 
 LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget* parent)
     : QWidget(parent),
+      m_label(Labels::muted(text.title, this)),
       m_slider(new QSlider(Qt::Horizontal, this)),
       m_valueText(Labels::body({}, this)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid);
-    QLabel* title = Labels::muted(text.title, this);
-    title->setBuddy(m_slider);
+    m_label->setBuddy(m_slider);
     m_slider->setRange(range.minimum, range.maximum);
     m_slider->setSingleStep(1);
     // The canvas keeps the keyboard when the slider is dragged.
@@ -39,7 +39,7 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     m_valueText->setFixedWidth(
         m_valueText->fontMetrics().horizontalAdvance(QString::number(range.maximum)) + 2);
     m_valueText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    layout->addWidget(title);
+    layout->addWidget(m_label);
     layout->addWidget(m_slider);
     layout->addWidget(m_valueText);
     new HoverTooltip(m_slider, text, HoverTooltipPlacement::below);
@@ -52,6 +52,10 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     m_quiet.setInterval(settlingTime);
     connect(&m_quiet, &QTimer::timeout, this, &LabeledSlider::valueSettled);
     connect(m_slider, &QSlider::sliderReleased, this, &LabeledSlider::valueSettled);
+}
+
+void LabeledSlider::setLabel(const QString& label) {
+    m_label->setText(label);
 }
 
 void LabeledSlider::stretchTrack() {

@@ -25,6 +25,8 @@ public:
 
     /// Shows `value` rounded and inside the range, without a signal.
     void showValue(double value);
+    /// The text before the track, where it is not the tooltip's title.
+    void setLabel(const QString& label);
     /// Makes the track as wide as there is room.
     void stretchTrack();
 
@@ -37,6 +39,7 @@ Q_SIGNALS:
 private:
     void setValueText(int value);
 
+    QLabel* m_label;
     QSlider* m_slider;
     QLabel* m_valueText;
     QTimer m_quiet;

@@ -56,9 +56,8 @@ QWidget* ColorRemovalDialog::makeSwatches(const model::PaintAppSettings& setting
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid);
     for (const store::ColorRemovalPreset preset : store::allColorRemovalPresets()) {
-        auto* swatch = new ColorSwatch(title(preset), {}, row);
+        auto* swatch = new ColorButton(toQColor(colorOf(preset, settings)), title(preset), row);
         swatch->setFixedSize(extent, extent);
-        swatch->setColor(toQColor(colorOf(preset, settings)));
         swatch->setCheckable(true);
         m_swatches->addButton(swatch, static_cast<int>(preset));
         layout->addWidget(swatch);

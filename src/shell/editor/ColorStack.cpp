@@ -5,8 +5,6 @@
 #include "shell/editor/ColorSwatch.h"
 #include "store/ProjectStore.h"
 
-#include <QColorDialog>
-
 #include <utility>
 
 namespace quillabrae::shell {
@@ -49,15 +47,6 @@ ColorStack::ColorStack(store::ProjectStore& store, QWidget* parent)
                                  .tooltipPlacement = HoverTooltipPlacement::trailing},
                                 this);
     swap->move(swapPlace);
-    setTabOrder(m_primary, m_secondary);
-    setTabOrder(m_secondary, swap);
-
-    using model::PaintAppSettings;
-    connect(m_primary, &QAbstractButton::clicked, this,
-            [this] { choose(&PaintAppSettings::primaryColor, QStringLiteral("Primary Color")); });
-    connect(m_secondary, &QAbstractButton::clicked, this, [this] {
-        choose(&PaintAppSettings::secondaryColor, QStringLiteral("Secondary Color"));
-    });
     connect(swap, &QAbstractButton::clicked, this, &ColorStack::swapColors);
     connect(&m_store, &store::ProjectStore::settingsChanged, this, &ColorStack::showColors);
     showColors();
@@ -71,15 +60,6 @@ void ColorStack::swapColors() {
     m_store.editSettings([](model::PaintAppSettings& settings) {
         std::swap(settings.primaryColor, settings.secondaryColor);
     });
-}
-
-void ColorStack::choose(Which which, const QString& title) {
-    const QColor color =
-        QColorDialog::getColor(toQColor(m_store.settings().*which), window(), title,
-                               QColorDialog::ShowAlphaChannel | QColorDialog::DontUseNativeDialog);
-    if (!color.isValid()) return;
-    m_store.editSettings(
-        [&](model::PaintAppSettings& settings) { settings.*which = toColorValue(color); });
 }
 
 void ColorStack::showColors() {

@@ -18,7 +18,6 @@ QColor toQColor(const model::ColorValue& color);
 model::ColorValue toColorValue(const QColor& color);
 
 /// The primary colour over the secondary one, with a button at their corner that exchanges them.
-/// A press on a swatch opens a dialog for its colour.
 class ColorStack final : public QWidget {
     Q_OBJECT
 
@@ -30,10 +29,6 @@ public:
     void swapColors();
 
 private:
-    /// Which of the two colours a swatch stands for, as a member of the settings.
-    using Which = model::ColorValue model::PaintAppSettings::*;
-
-    void choose(Which which, const QString& title);
     void showColors();
 
     store::ProjectStore& m_store;

@@ -3,30 +3,16 @@
 
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/HoverTooltip.h"
+#include "shell/looks/Checker.h"
 #include "shell/looks/Style.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
 namespace quillabrae::shell {
-namespace {
-
-void paintChecker(QPainter& painter, const QRect& area) {
-    constexpr int cell = 5;
-    painter.fillRect(area, Qt::white);
-    for (int y = 0; y * cell < area.height(); ++y) {
-        for (int x = y % 2; x * cell < area.width(); x += 2) {
-            painter.fillRect(QRect(area.left() + x * cell, area.top() + y * cell, cell, cell),
-                             QColor(0xcc, 0xcc, 0xcc));
-        }
-    }
-}
-
-} // namespace
 
 ColorSwatch::ColorSwatch(const QString& title, const QString& help, QWidget* parent)
-    : QAbstractButton(parent) {
-    setFocusPolicy(Qt::TabFocus);
+    : QWidget(parent) {
     new HoverTooltip(this, {title, help}, HoverTooltipPlacement::trailing);
 }
 
@@ -40,19 +26,55 @@ void ColorSwatch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(isChecked() ? QPen(Style::accent(palette()), 2)
-                               : QPen(Style::mutedText(palette())));
+    painter.setPen(Style::mutedText(palette()));
     painter.setBrush(Style::raised(palette()));
     painter.drawRoundedRect(frame, 5, 5);
 
     QPainterPath face;
     face.addRoundedRect(frame.adjusted(2.5, 2.5, -2.5, -2.5), 3, 3);
-    painter.save();
     painter.setClipPath(face);
-    if (m_color.alpha() < 255) paintChecker(painter, rect());
+    if (m_color.alpha() < 255) paintAlphaChecker(painter, rect());
     painter.fillPath(face, m_color);
-    painter.restore();
-    if (hasFocus()) paintFocusRing(painter, frame, palette());
+}
+
+ColorButton::ColorButton(const QColor& color, const QString& title, QWidget* parent)
+    : QAbstractButton(parent), m_color(color) {
+    setFocusPolicy(Qt::TabFocus);
+    setFixedSize(extent, extent);
+    new HoverTooltip(this, {title, {}}, HoverTooltipPlacement::above);
+    setAccessibleDescription(color.name().toUpper());
+}
+
+void ColorButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF face = QRectF(rect()).adjusted(1.0, 1.0, -1.0, -1.0);
+    QPainterPath outline;
+    outline.addRoundedRect(face, 3, 3);
+    if (m_color.alpha() < 255) {
+        painter.save();
+        painter.setClipPath(outline);
+        paintAlphaChecker(painter, rect());
+        painter.restore();
+    }
+    painter.fillPath(outline, m_color);
+    painter.strokePath(outline, framePen());
+    if (hasFocus()) paintFocusRing(painter, face, palette());
+}
+
+QPen ColorButton::framePen() const {
+    if (isChecked()) return {Style::accent(palette()), 2};
+    return {underMouse() ? palette().color(QPalette::WindowText) : Style::line(palette()), 1};
+}
+
+void ColorButton::enterEvent(QEnterEvent* event) {
+    update();
+    QAbstractButton::enterEvent(event);
+}
+
+void ColorButton::leaveEvent(QEvent* event) {
+    update();
+    QAbstractButton::leaveEvent(event);
 }
 
 } // namespace quillabrae::shell

@@ -13,6 +13,7 @@
 #include "store/ProjectStore.h"
 
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QVBoxLayout>
 
@@ -20,9 +21,7 @@ namespace quillabrae::shell {
 
 EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
                            const CommandActions& actions)
-    : m_windows(windows),
-      m_workspace(
-          new Workspace({store, [&windows] { windows.showLayerPropertiesDialog(); }}, this)) {
+    : m_windows(windows) {
     setAcceptDrops(true);
     ProjectTabAccessible::install();
     auto* menuBar = new QMenuBar(this);
@@ -35,6 +34,9 @@ EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& window
     layout->setMenuBar(menuBar);
     layout->addWidget(new ProjectTabBar(store, windows, this));
     layout->addWidget(new QuickToolbar({store, windows}, this));
+    // After what is above it: the Tab key follows the order of making.
+    m_workspace = new Workspace(
+        {store, windows}, [&windows] { windows.showLayerPropertiesDialog(); }, this);
     layout->addWidget(m_workspace, 1);
     layout->addWidget(new StatusBar(store, this));
 }
@@ -46,6 +48,21 @@ void EditorWindow::showEvent(QShowEvent* event) {
 
 void EditorWindow::setReducedMotion(bool isReduced) {
     m_workspace->setReducedMotion(isReduced);
+}
+
+/// A key of the canvas is no shortcut, wherever the keyboard is.
+bool EditorWindow::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        m_workspace->isCanvasKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void EditorWindow::keyPressEvent(QKeyEvent* event) {
+    m_workspace->giveKeyToCanvas(*event);
+    if (!event->isAccepted()) QWidget::keyPressEvent(event);
 }
 
 void EditorWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -26,13 +26,15 @@ public:
     void setReducedMotion(bool isReduced);
 
 protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     WindowCoordinator& m_windows;
-    Workspace* m_workspace;
+    Workspace* m_workspace = nullptr;
 };
 
 } // namespace quillabrae::shell

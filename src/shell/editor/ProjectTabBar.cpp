@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/ProjectTabBar.h"
 
+#include "platform/LatestWork.h"
+#include "raster/DecodeCache.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/controls/IconButton.h"
 #include "shell/editor/ProjectTab.h"
@@ -22,7 +24,7 @@ namespace {
 
 constexpr int barHeight = 48;
 /// Pictures follow a little behind the work, so that a run of edits makes one.
-constexpr std::chrono::milliseconds thumbnailDelay{150};
+constexpr std::chrono::milliseconds thumbnailDelay{60};
 
 /// As wide as its content, where there is room.
 class FittingScroller final : public QScrollArea {
@@ -49,7 +51,10 @@ QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
 
 ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
                              QWidget* parent)
-    : QWidget(parent), m_store(store), m_windows(windows) {
+    : QWidget(parent),
+      m_store(store),
+      m_windows(windows),
+      m_thumbnailWork(platform::makeThreadedLatestWork()) {
     setFixedHeight(barHeight);
     setAccessibleName(QStringLiteral("Open projects"));
     auto* content = new QWidget;
@@ -77,6 +82,8 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     followStore();
     matchProjects();
 }
+
+ProjectTabBar::~ProjectTabBar() = default;
 
 void ProjectTabBar::followStore() {
     using store::ProjectStore;
@@ -151,15 +158,39 @@ void ProjectTabBar::projectChanged(const QUuid& id) {
     refreshTabs();
 }
 
+/// A picture and the project that it shows, as it was.
+struct ProjectTabBar::Thumbnail {
+    model::PaintProject project;
+    QSize room;
+    QImage picture;
+};
+
 void ProjectTabBar::refreshThumbnails() {
-    for (ProjectTab* tab : m_tabs) {
+    std::vector<Thumbnail> thumbnails;
+    for (const ProjectTab* tab : m_tabs) {
         const QUuid id = tab->projectID();
         if (!std::ranges::count(m_staleThumbnails, id)) continue;
-        if (const model::PaintProject* project = m_store.project(id)) {
-            tab->setThumbnail(projectThumbnail(*project, tab->thumbnailRoom()));
-        }
+        if (const model::PaintProject* project = m_store.project(id))
+            thumbnails.push_back({*project, tab->thumbnailRoom(), {}});
     }
-    m_staleThumbnails.clear();
+    m_thumbnailWork->run([this, thumbnails = std::move(thumbnails)]() mutable {
+        // A look at all layers must not push out those that are worked on.
+        const raster::DecodeCacheReadOnly readOnly;
+        for (Thumbnail& thumbnail : thumbnails)
+            thumbnail.picture = projectThumbnail(thumbnail.project, thumbnail.room);
+        return [this, thumbnails = std::move(thumbnails)] { takeThumbnails(thumbnails); };
+    });
+}
+
+void ProjectTabBar::takeThumbnails(const std::vector<Thumbnail>& thumbnails) {
+    for (const Thumbnail& thumbnail : thumbnails) {
+        const QUuid id = thumbnail.project.id;
+        const auto tab = std::ranges::find(m_tabs, id, &ProjectTab::projectID);
+        if (tab == m_tabs.end()) continue;
+        (*tab)->setThumbnail(thumbnail.picture);
+        const model::PaintProject* project = m_store.project(id);
+        if (project != nullptr && *project == thumbnail.project) std::erase(m_staleThumbnails, id);
+    }
 }
 
 void ProjectTabBar::paintEvent(QPaintEvent*) {

@@ -6,9 +6,14 @@
 #include <QUuid>
 #include <QWidget>
 
+#include <memory>
 #include <vector>
 
 class QHBoxLayout;
+
+namespace quillabrae::platform {
+class LatestWork;
+}
 
 namespace quillabrae::store {
 class ProjectStore;
@@ -26,6 +31,7 @@ class ProjectTabBar final : public QWidget {
 public:
     ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
                   QWidget* parent = nullptr);
+    ~ProjectTabBar() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -37,6 +43,8 @@ private:
     ProjectTab* makeTab(const QUuid& id);
     void refreshTabs();
     void refreshThumbnails();
+    struct Thumbnail;
+    void takeThumbnails(const std::vector<Thumbnail>& thumbnails);
     void projectChanged(const QUuid& id);
 
     const store::ProjectStore& m_store;
@@ -47,6 +55,7 @@ private:
     /// Tabs whose picture is behind their project.
     std::vector<QUuid> m_staleThumbnails;
     QTimer m_thumbnailTimer;
+    std::unique_ptr<platform::LatestWork> m_thumbnailWork;
 };
 
 } // namespace quillabrae::shell

@@ -6,6 +6,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 namespace quillabrae::shell {
 namespace {
 
@@ -29,6 +32,23 @@ QImage layerPicture(const model::PaintLayer& layer, QSizeF canvas, QSize size) {
     return pixels.isNull() ? QImage() : shrunk(pixels.toQImage(), size);
 }
 
+/// Where floating pixels stand: whole canvas pixels, as they are put down.
+QRectF floatingTarget(const model::PixelSelection& selection) {
+    const QRectF rect =
+        QRectF(selection.x, selection.y, selection.width, selection.height).normalized();
+    return {std::trunc(rect.x()), std::trunc(rect.y()), std::max(1.0, std::trunc(rect.width())),
+            std::max(1.0, std::trunc(rect.height()))};
+}
+
+void paintFloating(QPainter& painter, const model::PaintProject& project, QSize size) {
+    const raster::RasterImage pixels = raster::decodedImage(project.floatingSelection->pngData);
+    if (pixels.isNull()) return;
+    const double scale = size.width() / project.canvasWidth;
+    const QRectF target = floatingTarget(*project.pixelSelection);
+    const QRect place = QRectF(target.topLeft() * scale, target.size() * scale).toAlignedRect();
+    painter.drawImage(place.topLeft(), shrunk(pixels.toQImage(), place.size()));
+}
+
 } // namespace
 
 QImage layerThumbnail(const model::PaintLayer& layer, QSizeF canvas, QSize room) {
@@ -43,10 +63,12 @@ QImage projectThumbnail(const model::PaintProject& project, QSize room) {
     QPainter painter(&thumbnail);
     for (const model::PaintLayer& layer : project.layers) {
         if (!layer.isVisible) continue;
-        const QImage picture = layerPicture(layer, canvas, size);
-        if (picture.isNull()) continue;
         painter.setOpacity(layer.opacity);
-        painter.drawImage(0, 0, picture);
+        const QImage picture = layerPicture(layer, canvas, size);
+        if (!picture.isNull()) painter.drawImage(0, 0, picture);
+        const auto& floating = project.floatingSelection;
+        if (floating && floating->layerID == layer.id && project.pixelSelection)
+            paintFloating(painter, project, size);
     }
     return thumbnail;
 }

@@ -12,7 +12,7 @@ class ProjectStore;
 namespace quillabrae::shell {
 
 /// The bottom line of the editor window: the store's status message at the left, the pointer's
-/// place on the canvas at the right.
+/// place on the canvas and the zoom at the right.
 class StatusBar final : public QWidget {
     Q_OBJECT
 
@@ -25,10 +25,12 @@ protected:
 private:
     void showMessage();
     void showPosition();
+    void showZoom();
 
     const store::ProjectStore& m_store;
     QLabel* m_message;
     QLabel* m_position;
+    QLabel* m_zoom;
 };
 
 } // namespace quillabrae::shell

@@ -1,60 +1,154 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/ToolOptions.h"
 
-#include "model/PaintAppSettings.h"
+#include "shell/controls/FontFamilyPicker.h"
+#include "shell/controls/HoverTooltip.h"
+#include "shell/controls/IconButton.h"
 #include "shell/controls/LabeledSlider.h"
+#include "shell/controls/Labels.h"
+#include "shell/editor/ToolOptionTable.h"
 #include "shell/looks/Style.h"
+#include "shell/looks/Symbols.h"
 #include "store/ProjectStore.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 
 namespace quillabrae::shell {
 namespace {
 
 using model::PaintAppSettings;
-using model::PaintTool;
 
-bool usesBrushSize(PaintTool tool) {
-    return tool != PaintTool::shapes &&
-           (model::drawsContinuousStroke(tool) || model::drawsFromEndpoints(tool));
+constexpr int buttonExtent = 28;
+constexpr int menuHeight = 28;
+
+HoverTooltipText tooltip(const OptionText& text) {
+    return {QString::fromLatin1(text.title), QString::fromLatin1(text.help)};
+}
+
+/// A menu as the toolbar has it: the canvas keeps the keyboard when it is pressed.
+void prepareMenu(QComboBox& menu, const OptionText& text) {
+    menu.setFocusPolicy(Qt::TabFocus);
+    menu.setFixedHeight(menuHeight);
+    new HoverTooltip(&menu, tooltip(text), HoverTooltipPlacement::below);
+}
+
+void addLabel(const OptionText& text, QWidget& control, QHBoxLayout& layout) {
+    const QString label = QString::fromLatin1(text.label);
+    if (label.isEmpty()) return;
+    QLabel* beside = Labels::muted(label, control.parentWidget());
+    beside->setBuddy(&control);
+    layout.addWidget(beside);
 }
 
 } // namespace
 
 ToolOptions::ToolOptions(store::ProjectStore& store, QWidget* parent)
-    : QWidget(parent),
-      m_store(store),
-      m_brushSize(new LabeledSlider(
-          {QStringLiteral("Size"), QStringLiteral("Sets the width of the mark in pixels.")},
-          {1, 512}, this)),
-      m_hardness(new LabeledSlider(
-          {QStringLiteral("Hardness"), QStringLiteral("Sets how crisp the edge of the mark is.")},
-          {0, 100}, this)) {
+    : QWidget(parent), m_store(store) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid / 2, 0, 0, 0);
-    layout->setSpacing(2 * Style::grid);
-    layout->addWidget(m_brushSize);
-    layout->addWidget(m_hardness);
-
-    connect(m_brushSize, &LabeledSlider::valueChosen, this, [this](int value) {
-        m_store.editSettings([value](PaintAppSettings& settings) { settings.brushSize = value; });
-    });
-    connect(m_hardness, &LabeledSlider::valueChosen, this, [this](int value) {
-        m_store.editSettings(
-            [value](PaintAppSettings& settings) { settings.pencilHardness = value; });
-    });
     connect(&m_store, &store::ProjectStore::settingsChanged, this, &ToolOptions::showSettings);
     showSettings();
 }
 
 void ToolOptions::showSettings() {
     const PaintAppSettings& settings = m_store.settings();
-    const bool hasSize = usesBrushSize(settings.selectedTool);
-    m_brushSize->showValue(settings.brushSize);
-    m_hardness->showValue(settings.pencilHardness);
-    m_brushSize->setVisible(hasSize);
-    m_hardness->setVisible(hasSize && model::usesHardnessControl(settings.selectedTool));
+    const ToolOptionGroup* chosen = nullptr;
+    for (const ToolOptionGroup& candidate : toolOptionGroups()) {
+        if (chosen == nullptr && candidate.isShown(settings.selectedTool)) chosen = &candidate;
+    }
+    for (auto& [table, made] : m_groups) {
+        if (table != chosen) made.widget->hide();
+    }
+    if (chosen == nullptr) return;
+    const Group& shown = group(*chosen);
+    for (const Show& show : shown.controls) show(settings);
+    shown.widget->show();
+}
+
+ToolOptions::Group& ToolOptions::group(const ToolOptionGroup& table) {
+    const auto [place, isNew] = m_groups.try_emplace(&table);
+    Group& made = place->second;
+    if (!isNew) return made;
+    made.widget = new QWidget(this);
+    made.widget->setAccessibleName(QString::fromLatin1(table.title));
+    auto* layout = new QHBoxLayout(made.widget);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Style::grid / 2);
+    for (const ToolOption& option : table.options) {
+        made.controls.push_back(
+            std::visit([&](const auto& row) { return makeControl(row, *layout); }, option));
+    }
+    this->layout()->addWidget(made.widget);
+    return made;
+}
+
+ToolOptions::Show ToolOptions::makeControl(const SliderOption& option, QHBoxLayout& layout) {
+    auto* slider = new LabeledSlider(tooltip(option.text), {option.minimum, option.maximum},
+                                     layout.parentWidget());
+    slider->setLabel(QString::fromLatin1(option.text.label));
+    connect(slider, &LabeledSlider::valueChosen, this, [this, field = option.field](int value) {
+        m_store.editSettings([&](PaintAppSettings& settings) { settings.*field = value; });
+    });
+    if (layout.count() > 0) layout.addSpacing(Style::grid);
+    layout.addWidget(slider);
+    return [slider, &option](const PaintAppSettings& settings) {
+        slider->showValue(settings.*option.field);
+        slider->setVisible(option.isHeeded(settings.selectedTool));
+    };
+}
+
+ToolOptions::Show ToolOptions::makeControl(const MenuOption& option, QHBoxLayout& layout) {
+    auto* menu = new QComboBox(layout.parentWidget());
+    for (const MenuItem& item : option.items()) {
+        if (item.symbolName.isEmpty())
+            menu->addItem(item.title);
+        else
+            menu->addItem(Symbols::icon(item.symbolName), item.title);
+    }
+    prepareMenu(*menu, option.text);
+    if (layout.count() > 0) layout.addSpacing(Style::grid / 2);
+    addLabel(option.text, *menu, layout);
+    layout.addWidget(menu);
+    connect(menu, &QComboBox::activated, this, [this, &option](int item) {
+        m_store.editSettings([&](PaintAppSettings& settings) { option.choose(settings, item); });
+    });
+    return [menu, &option](const PaintAppSettings& settings) {
+        menu->setCurrentIndex(option.current(settings));
+        menu->setPlaceholderText(option.otherValue(settings));
+    };
+}
+
+ToolOptions::Show ToolOptions::makeControl(const FontFamilyOption& option, QHBoxLayout& layout) {
+    auto* picker = new RefreshingFontFamilyPicker(&store::ProjectStore::availableTextFontFamilies,
+                                                  layout.parentWidget());
+    prepareMenu(*picker, option.text);
+    layout.addWidget(picker);
+    connect(picker, &RefreshingFontFamilyPicker::familyChosen, this, [this](const QString& family) {
+        m_store.editSettings([&](PaintAppSettings& settings) { settings.textFontFamily = family; });
+    });
+    return
+        [picker](const PaintAppSettings& settings) { picker->showFamily(settings.textFontFamily); };
+}
+
+ToolOptions::Show ToolOptions::makeControl(const ToggleOption& option, QHBoxLayout& layout) {
+    auto* button = new IconButton({.symbolName = QString::fromLatin1(option.symbol),
+                                   .title = QString::fromLatin1(option.text.title),
+                                   .help = QString::fromLatin1(option.text.help),
+                                   .extent = buttonExtent,
+                                   .iconExtent = Style::smallIcon},
+                                  layout.parentWidget());
+    button->setCheckable(true);
+    connect(button, &QAbstractButton::clicked, this, [this, button, &option] {
+        m_store.editSettings([&](PaintAppSettings& settings) { option.press(settings); });
+        // Pressing what is on already changes nothing and must not look so.
+        button->setChecked(option.isOn(m_store.settings()));
+    });
+    layout.addWidget(button);
+    return [button, &option](const PaintAppSettings& settings) {
+        button->setChecked(option.isOn(settings));
+    };
 }
 
 } // namespace quillabrae::shell

@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/Workspace.h"
 
+#include "canvas/CanvasView.h"
 #include "canvas/CanvasWidget.h"
+#include "canvas/DraftGestures.h"
+#include "shell/commands/FocusedText.h"
 #include "shell/controls/FloatingPanel.h"
 #include "shell/controls/HoverTooltip.h"
-#include "shell/editor/ColorStack.h"
+#include "shell/editor/EmptyWorkspace.h"
 #include "shell/editor/ToolsPalette.h"
+#include "shell/panels/ColorPanel.h"
 #include "shell/panels/HistoryPanel.h"
 #include "shell/panels/LayersPanel.h"
+#include "store/ProjectStore.h"
 
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -23,10 +31,9 @@ constexpr int tallestLayers = 440;
 /// The history's share of the column that it has with the layers, in percent.
 constexpr int historyShare = 40;
 
-FloatingPanel* makeColorPanel(store::ProjectStore& store, QWidget* parent) {
-    auto* panel = new FloatingPanel(QStringLiteral("Colors"), parent);
-    panel->content()->addWidget(new ColorStack(store, panel));
-    return panel;
+bool hasDraft(canvas::CanvasWidget& canvas) {
+    const canvas::DraftGestures& drafts = canvas.view().drafts();
+    return drafts.hasText() || drafts.hasShape();
 }
 
 void tellWhatHandlesDo(canvas::CanvasWidget& canvas) {
@@ -40,17 +47,33 @@ void tellWhatHandlesDo(canvas::CanvasWidget& canvas) {
 
 } // namespace
 
-Workspace::Workspace(PanelContext context, QWidget* parent)
-    : QWidget(parent), m_canvas(new canvas::CanvasWidget(context.store, this)) {
+Workspace::Workspace(const CommandContext& context, std::function<void()> configureLayer,
+                     QWidget* parent)
+    : QWidget(parent),
+      m_store(context.store),
+      m_canvas(new canvas::CanvasWidget(context.store, this)),
+      m_empty(new EmptyWorkspace(context, this)) {
     tellWhatHandlesDo(*m_canvas);
     setFocusProxy(m_canvas);
     addPanel(new ToolsPalette(context.store, this), PanelCorner::topLeft);
-    addPanel(makeColorPanel(context.store, this), PanelCorner::bottomLeft);
-    m_history = new HistoryPanel(context, this);
-    m_layers = new LayersPanel(std::move(context), this);
+    addPanel(new ColorPanel(context.store, this), PanelCorner::bottomLeft);
+    const PanelContext panels{context.store, std::move(configureLayer)};
+    m_history = new HistoryPanel(panels, this);
+    m_layers = new LayersPanel(panels, this);
     for (FloatingPanel* panel : {m_history, m_layers}) panel->setFixedWidth(listPanelWidth);
     addPanel(m_history, PanelCorner::topRight);
     addPanel(m_layers, PanelCorner::bottomRight);
+    using store::ProjectStore;
+    connect(&m_store, &ProjectStore::activeProjectChanged, this, &Workspace::showProject);
+    connect(&m_store, &ProjectStore::openProjectsChanged, this, &Workspace::showProject);
+    showProject();
+}
+
+/// Without a project there is nothing for the panels to work on.
+void Workspace::showProject() {
+    const bool hasProject = m_store.hasActiveProject();
+    m_empty->setHidden(hasProject);
+    for (const Floating& floating : m_panels) floating.panel->setVisible(hasProject);
 }
 
 void Workspace::addPanel(FloatingPanel* panel, PanelCorner corner) {
@@ -70,6 +93,9 @@ void Workspace::setReducedMotion(bool isReduced) {
 
 void Workspace::resizeEvent(QResizeEvent*) {
     m_canvas->setGeometry(rect());
+    QRect empty(QPoint(), m_empty->sizeHint());
+    empty.moveCenter(rect().center());
+    m_empty->setGeometry(empty);
     shareHeight();
     placePanels();
 }
@@ -100,6 +126,41 @@ void Workspace::movePanel(FloatingPanel* panel, QPoint topLeft) {
     const QRect place = insideRoom({topLeft, panel->size()}, room());
     panel->setGeometry(place);
     std::ranges::find(m_panels, panel, &Floating::panel)->place = panelPlace(place, room());
+}
+
+// Keys
+
+bool Workspace::isCanvasKey(const QKeyEvent& key) const {
+    switch (key.key()) {
+        case Qt::Key_Escape:
+            return key.modifiers() == Qt::NoModifier && hasDraft(*m_canvas);
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            return !FocusedText::isIn(QApplication::focusWidget());
+        default:
+            return false;
+    }
+}
+
+void Workspace::giveKeyToCanvas(QKeyEvent& key) {
+    key.ignore();
+    // What the canvas has no use for comes back here.
+    if (m_isGivingKey || m_canvas->hasFocus() || !isCanvasKey(key)) return;
+    const QScopedValueRollback giving(m_isGivingKey, true);
+    QKeyEvent given(key.type(), key.key(), key.modifiers(), key.text(), key.isAutoRepeat());
+    QCoreApplication::sendEvent(m_canvas, &given);
+    key.setAccepted(given.isAccepted());
+}
+
+/// Enter and Escape that a panel's field has taken or left give the keyboard back to the canvas.
+void Workspace::keyPressEvent(QKeyEvent* event) {
+    const bool isDone = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                        event->key() == Qt::Key_Escape;
+    if (isDone && !m_isGivingKey && !m_canvas->hasFocus() && !isCanvasKey(*event))
+        return focusCanvas();
+    QWidget::keyPressEvent(event);
 }
 
 } // namespace quillabrae::shell

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "shell/panels/PanelButtons.h"
+#include "shell/commands/CommandTable.h"
 #include "shell/panels/PanelPlacement.h"
 
 #include <QWidget>
 
+#include <functional>
 #include <vector>
+
+class QKeyEvent;
 
 namespace quillabrae::canvas {
 class CanvasWidget;
@@ -22,14 +25,22 @@ class Workspace final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Workspace(PanelContext context, QWidget* parent = nullptr);
+    /// `configureLayer` opens the properties of the selected layer.
+    Workspace(const CommandContext& context, std::function<void()> configureLayer,
+              QWidget* parent = nullptr);
 
     /// Gives the keyboard to the canvas.
     void focusCanvas();
     /// Whether things are to stand still, for people who do not want motion.
     void setReducedMotion(bool isReduced);
+    /// Whether a key belongs to the canvas wherever the keyboard is in the window: Escape to a
+    /// draft, and the arrow keys, except to a text that is being typed.
+    bool isCanvasKey(const QKeyEvent& key) const;
+    /// Gives the canvas a key that nothing else had a use for; accepts it where it had one.
+    void giveKeyToCanvas(QKeyEvent& key);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
@@ -39,12 +50,16 @@ private:
     };
 
     void addPanel(FloatingPanel* panel, PanelCorner corner);
+    void showProject();
     QSize room() const;
     void shareHeight();
     void placePanels();
     void movePanel(FloatingPanel* panel, QPoint topLeft);
 
+    const store::ProjectStore& m_store;
     canvas::CanvasWidget* m_canvas;
+    QWidget* m_empty;
+    bool m_isGivingKey = false;
     std::vector<Floating> m_panels;
     FloatingPanel* m_history;
     FloatingPanel* m_layers;

@@ -11,4 +11,7 @@ namespace quillabrae::shell {
 /// faint wash of the text's colour.
 void paintLabelChecker(QPainter& painter, const QRect& area, const QPalette& palette);
 
+/// The checker under colours that are not opaque, the same in every scheme.
+void paintAlphaChecker(QPainter& painter, const QRect& area);
+
 } // namespace quillabrae::shell

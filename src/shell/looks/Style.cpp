@@ -21,7 +21,7 @@ constexpr std::array tones{
     Tone{QPalette::Base, 0xffffffff, 0xff1b1d20},
     Tone{QPalette::AlternateBase, 0xfff6f7f8, 0xff212327},
     Tone{QPalette::Text, 0xff1d2126, 0xffe7e9ec},
-    Tone{QPalette::PlaceholderText, 0xff7b828b, 0xff8a9099},
+    Tone{QPalette::PlaceholderText, 0xff666d76, 0xff8a9099},
     Tone{QPalette::Button, 0xfffafbfc, 0xff33363b},
     Tone{QPalette::ButtonText, 0xff1d2126, 0xffe7e9ec},
     Tone{QPalette::BrightText, 0xffffffff, 0xffffffff},
@@ -32,8 +32,8 @@ constexpr std::array tones{
     Tone{QPalette::Mid, 0xffc9cdd2, 0xff17191b},
     Tone{QPalette::Dark, 0xffaeb4bb, 0xff131517},
     Tone{QPalette::Shadow, 0xff6c737b, 0xff000000},
-    Tone{QPalette::Highlight, 0xff1f7487, 0xff2c8ba0},
-    Tone{QPalette::HighlightedText, 0xffffffff, 0xffffffff},
+    Tone{QPalette::Highlight, 0xff1f7487, 0xff3899af},
+    Tone{QPalette::HighlightedText, 0xffffffff, 0xff0e1518},
     Tone{QPalette::Link, 0xff1b6a7c, 0xff6cc4d8},
     Tone{QPalette::LinkVisited, 0xff6a55b8, 0xffa898ea},
 };
@@ -82,8 +82,8 @@ void markPrimary(QPushButton& button) {
     const QColor face = accent(own);
     own.setColor(QPalette::Active, QPalette::Button, face);
     own.setColor(QPalette::Inactive, QPalette::Button, face);
-    own.setColor(QPalette::Active, QPalette::ButtonText, Qt::white);
-    own.setColor(QPalette::Inactive, QPalette::ButtonText, Qt::white);
+    own.setColor(QPalette::Active, QPalette::ButtonText, own.color(QPalette::HighlightedText));
+    own.setColor(QPalette::Inactive, QPalette::ButtonText, own.color(QPalette::HighlightedText));
     button.setPalette(own);
 }
 
@@ -91,7 +91,7 @@ QColor line(const QPalette& palette) {
     return veil(palette, 36);
 }
 QColor mutedText(const QPalette& palette) {
-    return veil(palette, 168);
+    return veil(palette, 176);
 }
 QColor hover(const QPalette& palette) {
     return veil(palette, 20);
@@ -106,7 +106,7 @@ QColor accent(const QPalette& palette) {
 
 QColor accentWash(const QPalette& palette) {
     QColor wash = accent(palette);
-    wash.setAlpha(schemeOf(palette) == ColorScheme::dark ? 90 : 46);
+    wash.setAlpha(schemeOf(palette) == ColorScheme::dark ? 64 : 46);
     return wash;
 }
 

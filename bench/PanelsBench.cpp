@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What an edit costs the panels: following the store and painting, with 30 layers and 200 steps of
+// history, at one and two device pixels a point. A program of its own, since widgets need another
+// application object than the other benchmarks have.
+#include "NoPanels.h"
+#include "SyntheticImages.h"
+#include "platform/Clock.h"
+#include "platform/FileIcons.h"
+#include "platform/MemoryPasteboard.h"
+#include "platform/MemoryPreferences.h"
+#include "raster/DecodeCache.h"
+#include "shell/looks/Style.h"
+#include "shell/looks/Symbols.h"
+#include "shell/panels/HistoryPanel.h"
+#include "shell/panels/LayerList.h"
+#include "shell/panels/LayerListModel.h"
+#include "shell/panels/LayersPanel.h"
+#include "store/ProjectStore.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace quillabrae::bench {
+namespace {
+
+using store::ProjectStore;
+
+constexpr int side = 2048;
+constexpr int layerCount = 30;
+constexpr int stepCount = 200;
+
+/// A store with a full project, and the two panels that follow it.
+struct Editor {
+    Editor() {
+        store.createUntitledProject(side, side, 96);
+        const raster::RasterImage picture = syntheticDrawing(side);
+        store.editActiveProject([&](model::PaintProject& project) {
+            project.layers.resize(layerCount);
+            for (model::PaintLayer& layer : project.layers) {
+                layer.id = QUuid::createUuid();
+                layer.name = QStringLiteral("Layer");
+                layer.bitmapPNGData = raster::encodedImage(picture);
+            }
+            project.selectedLayerID = project.layers.back().id;
+        });
+        for (int step = 0; step < stepCount; ++step) edit();
+        layers.resize(236, 440);
+        history.resize(236, 280);
+        layers.show();
+        history.show();
+    }
+
+    /// An edit of the selected layer, as a stroke ends.
+    void edit() {
+        store.editActiveProject([&](model::PaintProject& project) {
+            project.layers.back().bitmapPNGData = pictures[++edits % pictures.size()];
+            project.lastModified = clock.now();
+        });
+        store.recordHistory(*store.activeProjectID(), QStringLiteral("Paintbrush"),
+                            QStringLiteral("paintbrush"));
+    }
+    /// Goes on until the thumbnails have been made.
+    void settle() {
+        QElapsedTimer quiet;
+        quiet.start();
+        while (quiet.elapsed() < 300) QCoreApplication::processEvents();
+    }
+
+    NoPanels noPanels;
+    platform::MemoryPreferences preferences;
+    platform::SystemClock clock;
+    platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
+    QTemporaryDir folder;
+    ProjectStore store{
+        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
+        store::Persistence::off};
+    std::array<model::PngBytes, 2> pictures{raster::encodedImage(syntheticDrawing(side)),
+                                            raster::encodedImage(syntheticPhoto(side))};
+    std::size_t edits = 0;
+    shell::LayersPanel layers{shell::PanelContext{store, {}}};
+    shell::HistoryPanel history{shell::PanelContext{store, {}}};
+};
+
+void paint(QWidget& panel, QImage& target) {
+    panel.render(&target);
+    benchmark::DoNotOptimize(target.constBits());
+}
+
+QImage targetFor(const QWidget& panel, int ratio) {
+    QImage target(panel.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    target.setDevicePixelRatio(ratio);
+    return target;
+}
+
+/// From the edit to the painted panels, the edit itself included.
+void panelsAfterAnEdit(benchmark::State& state) {
+    Editor editor;
+    QImage layers = targetFor(editor.layers, static_cast<int>(state.range(0)));
+    QImage history = targetFor(editor.history, static_cast<int>(state.range(0)));
+    paint(editor.layers, layers);
+    editor.settle();
+    const QUuid project = *editor.store.activeProjectID();
+    const QUuid step = editor.store.history(project).entries[stepCount - 1].id;
+    for (auto _ : state) {
+        editor.edit();
+        paint(editor.layers, layers);
+        paint(editor.history, history);
+        // The history stays as long as it was.
+        state.PauseTiming();
+        editor.store.restoreHistory(project, step);
+        editor.settle();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(panelsAfterAnEdit)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->Iterations(10);
+
+/// How long after an edit the layer's new picture is there.
+void thumbnailAfterAnEdit(benchmark::State& state) {
+    Editor editor;
+    auto* list = editor.layers.findChild<shell::LayerList*>();
+    auto* model = qobject_cast<shell::LayerListModel*>(list->model());
+    model->setThumbnailRoom({88, 68});
+    const QModelIndex top = model->index(0, 0);
+    editor.settle();
+    bool isNew = false;
+    QObject::connect(model, &QAbstractItemModel::dataChanged, model,
+                     [&](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+                         isNew = isNew || roles == QList<int>{Qt::DecorationRole};
+                     });
+    for (auto _ : state) {
+        isNew = false;
+        editor.edit();
+        benchmark::DoNotOptimize(top.data(Qt::DecorationRole));
+        while (!isNew) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+BENCHMARK(thumbnailAfterAnEdit)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
+
+} // namespace
+} // namespace quillabrae::bench
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    quillabrae::shell::Symbols::useScheme(quillabrae::shell::ColorScheme::light);
+    quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return EXIT_SUCCESS;
+}
