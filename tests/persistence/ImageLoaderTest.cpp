@@ -236,9 +236,9 @@ TEST_F(ImageLoading, DeepPrintedAndIndexedPicturesAreRead) {
     const QString red = QStringLiteral("xc:rgb(200,40,20)");
     const QString size = QStringLiteral("40x30");
     const struct {
-        const char* name;
+        const char* name = nullptr;
         QStringList options;
-        int tolerance;
+        int tolerance = 0;
     } cases[] = {
         {"deep.png", {QStringLiteral("-depth"), QStringLiteral("16")}, 0},
         {"deep.tiff", {QStringLiteral("-depth"), QStringLiteral("16")}, 0},

@@ -22,7 +22,6 @@ namespace {
 using RecentlyUsedList::withoutUses;
 using RecentlyUsedList::withUse;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const QUrl boat = QUrl::fromLocalFile(QStringLiteral("/home/me/a b/boat & co.quillabrae"));
 const QString us = QStringLiteral("Quillabrae");
