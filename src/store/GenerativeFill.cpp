@@ -91,21 +91,21 @@ std::optional<GenerativeFillInput> ProjectStore::makeGenerativeFillInput(
     return project ? inputFor(*project, request) : std::nullopt;
 }
 
-ProjectStore::FillID ProjectStore::performGenerativeFill(
+std::optional<ProjectStore::FillID> ProjectStore::performGenerativeFill(
     const GenerativeFillRequest& request, FillCompletion completion,
     std::function<void(const platform::HttpProgress&)> watch) {
-    const FillID id = ++m_fills->lastID;
     const auto& services = m_environment.generativeFill;
     const auto key = services ? services->keychain.loadAPIKey() : std::nullopt;
     if (!key) {
         completion(description(GenerativeFillError::missingAPIKey));
-        return id;
+        return std::nullopt;
     }
     auto input = makeGenerativeFillInput(request);
     if (!input) {
         completion(description(GenerativeFillError::noSelection));
-        return id;
+        return std::nullopt;
     }
+    const FillID id = ++m_fills->lastID;
     setStatusMessage(QStringLiteral("Generating fill..."));
     const auto& fill =
         m_fills->waiting
@@ -121,8 +121,9 @@ ProjectStore::FillID ProjectStore::performGenerativeFill(
                 decodeFill(id, std::get<QByteArray>(outcome));
         });
     // An answer may have come already.
-    if (const auto waiting = m_fills->waiting.find(id); waiting != m_fills->waiting.end())
-        waiting->second.exchange = std::move(exchange);
+    const auto waiting = m_fills->waiting.find(id);
+    if (waiting == m_fills->waiting.end()) return std::nullopt;
+    waiting->second.exchange = std::move(exchange);
     return id;
 }
 

@@ -237,10 +237,10 @@ public:
     std::optional<GenerativeFillInput> makeGenerativeFillInput(
         const effects::GenerativeFillRequest& request) const;
     /// Has the selected pixels of the selected layer painted anew. Returns when the request is on
-    /// its way, or when it has failed already and `completion` was called; `watch` is told how the
-    /// exchange goes on. Whatever changes meanwhile, the picture goes to the layer and the
-    /// selection that it was asked for, or nowhere.
-    FillID performGenerativeFill(
+    /// its way; nothing when the fill has ended already and `completion` was called. `watch` is
+    /// told how the exchange goes on. Whatever changes meanwhile, the picture goes to the layer and
+    /// the selection that it was asked for, or nowhere.
+    std::optional<FillID> performGenerativeFill(
         const effects::GenerativeFillRequest& request, FillCompletion completion,
         std::function<void(const platform::HttpProgress&)> watch = nullptr);
     /// Gives a fill up, without a call of its completion. Does nothing when it has ended.

@@ -36,10 +36,11 @@ effects::GenerativeFillRequest requestFrom(const Arguments& arguments) {
 QJsonValue perform(Session& session, const Arguments& arguments) {
     ScriptedFillService& service = session.fillService();
     service.lastEnd = QStringLiteral("waiting");
-    return session.store().performGenerativeFill(
+    const auto id = session.store().performGenerativeFill(
         requestFrom(arguments), [&service](const std::optional<QString>& failure) {
             service.lastEnd = failure.value_or(QStringLiteral("applied"));
         });
+    return id ? QJsonValue(*id) : QJsonValue();
 }
 
 QJsonValue cancel(Session& session, const Arguments& arguments) {

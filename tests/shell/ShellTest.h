@@ -87,6 +87,9 @@ public:
         }
         return removal;
     }
+
+    int generativeFillsShown = 0;
+    void showGenerativeFill(store::ProjectStore&, QWidget*) override { ++generativeFillsShown; }
 };
 
 /// A store in a home of its own with a coordinator over empty windows.

@@ -29,7 +29,7 @@ protected:
         id = makeProject(*store);
     }
 
-    ProjectStore::FillID fill(bool withContext = true) {
+    std::optional<ProjectStore::FillID> fill(bool withContext = true) {
         request.providesCanvasContext = withContext;
         return store->performGenerativeFill(request, [this](const std::optional<QString>& failure) {
             ends << failure.value_or(QStringLiteral("applied"));
@@ -252,13 +252,13 @@ TEST_F(GenerativeFill, ACancelledFillIsNeverHeardOfAgain) {
     selectRect({2, 1, 3, 2});
     const auto first = fill();
     expectNothing([&] {
-        store->cancelGenerativeFill(first);
+        store->cancelGenerativeFill(*first);
         EXPECT_FALSE(http.answer(picture(8, 6, Qt::red)));
     });
     EXPECT_TRUE(ends.isEmpty());
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Generative fill cancelled"));
     store->setStatusMessage(QStringLiteral("Other"));
-    store->cancelGenerativeFill(first);
+    store->cancelGenerativeFill(*first);
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Other"));
 }
 
@@ -299,7 +299,7 @@ TEST_F(GenerativeFill, APictureIsDecodedBesideTheRunningProgram) {
     EXPECT_TRUE(ends.isEmpty());
     const auto cancelled = fill();
     http.answer(picture(8, 6, Qt::blue));
-    store->cancelGenerativeFill(cancelled);
+    store->cancelGenerativeFill(*cancelled);
     QSignalSpy entries(store.get(), &ProjectStore::historyChanged);
     ASSERT_TRUE(entries.wait());
     EXPECT_EQ(ends, QStringList{QStringLiteral("applied")});

@@ -77,6 +77,7 @@ public:
     void showLayerPropertiesDialog();
     void showAlignObjectDialog();
     void showColorRemovalDialog();
+    void showGenerativeFillDialog();
     void openImageAsNewProject(const model::PastedImage& image);
     /// Opens a recent project; a failure is in the store's status message.
     void openRecent(const model::RecentProject& recent);
@@ -131,6 +132,7 @@ private:
     void presentLayerPropertiesDialog();
     void presentAlignObjectDialog();
     void presentColorRemovalDialog();
+    void presentGenerativeFillDialog();
     bool shouldOpenClipboardImageAsProject() const;
     void showQuickStartOnce();
     /// Whether the window may close.

@@ -86,4 +86,13 @@ void WindowCoordinator::presentColorRemovalDialog() {
     store.commitColorRemovalPreview();
 }
 
+void WindowCoordinator::showGenerativeFillDialog() {
+    QTimer::singleShot(0, this, &WindowCoordinator::presentGenerativeFillDialog);
+}
+
+void WindowCoordinator::presentGenerativeFillDialog() {
+    if (m_environment.store.canGenerativeFill())
+        m_environment.dialogs.showGenerativeFill(m_environment.store, dialogParent());
+}
+
 } // namespace quillabrae::shell

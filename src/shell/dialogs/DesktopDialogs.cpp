@@ -3,6 +3,7 @@
 
 #include "shell/dialogs/AlignObjectDialog.h"
 #include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/GenerativeFillDialog.h"
 #include "shell/dialogs/LayerPropertiesDialog.h"
 #include "shell/dialogs/NewProjectDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
@@ -47,6 +48,16 @@ bool DesktopDialogs::requestAlignObject(const AlignObjectPreview& preview, QWidg
 std::optional<store::ColorRemovalSettings> DesktopDialogs::requestColorRemoval(
     const model::PaintAppSettings& settings, const ColorRemovalPreview& preview, QWidget* parent) {
     return answered(ColorRemovalDialog(settings, preview, parent));
+}
+
+void DesktopDialogs::showGenerativeFill(store::ProjectStore& store, QWidget* parent) {
+    if (!m_generativeFill) {
+        m_generativeFill = new GenerativeFillDialog(store, parent);
+        m_generativeFill->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_generativeFill->show();
+    m_generativeFill->raise();
+    m_generativeFill->activateWindow();
 }
 
 } // namespace quillabrae::shell

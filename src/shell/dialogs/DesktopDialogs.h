@@ -3,6 +3,9 @@
 
 #include "shell/dialogs/Dialogs.h"
 
+#include <QDialog>
+#include <QPointer>
+
 namespace quillabrae::shell {
 
 /// The dialogs on the screen.
@@ -18,6 +21,10 @@ public:
     std::optional<store::ColorRemovalSettings> requestColorRemoval(
         const model::PaintAppSettings& settings, const ColorRemovalPreview& preview,
         QWidget* parent) override;
+    void showGenerativeFill(store::ProjectStore& store, QWidget* parent) override;
+
+private:
+    QPointer<QDialog> m_generativeFill;
 };
 
 } // namespace quillabrae::shell

@@ -13,6 +13,10 @@
 
 class QWidget;
 
+namespace quillabrae::store {
+class ProjectStore;
+}
+
 namespace quillabrae::shell {
 
 struct NewProjectDialogResult {
@@ -46,6 +50,9 @@ public:
     virtual std::optional<store::ColorRemovalSettings> requestColorRemoval(
         const model::PaintAppSettings& settings, const ColorRemovalPreview& preview,
         QWidget* parent) = 0;
+    /// Shows the dialog that fills selections, and returns at once: it stays while the program goes
+    /// on. There is one at a time.
+    virtual void showGenerativeFill(store::ProjectStore& store, QWidget* parent) = 0;
 };
 
 } // namespace quillabrae::shell

@@ -5,10 +5,11 @@
 
 #include <QDialog>
 
-class QProgressBar;
 class QPushButton;
 
 namespace quillabrae::shell {
+
+class SlimBar;
 
 /// What is being done, how far it is, and Cancel. Application modal; it neither starts the work nor
 /// goes away by itself: Escape, the close button and Cancel ask the work to stop.
@@ -25,7 +26,7 @@ private:
     void showFraction();
 
     platform::WorkControl& m_control;
-    QProgressBar* m_bar;
+    SlimBar* m_bar;
     QPushButton* m_cancel;
 };
 

@@ -42,6 +42,8 @@ constexpr std::array items{
                 [](const Store&) { return "square.grid.3x3"; }, hasActiveProject, [](const Context& c) { c.windows.showAlignObjectDialog(); }},
     ToolbarItem{"Color Removal", "Smoothly removes a chosen color from the active layer and previews the result.",
                 [](const Store&) { return "eraser.line.dashed"; }, hasActiveProject, [](const Context& c) { c.windows.showColorRemovalDialog(); }},
+    ToolbarItem{"Generative Fill", "Uses your OpenAI API key to replace the selected pixels from a prompt.",
+                [](const Store&) { return "sparkles"; }, [](const Store& store) { return store.canGenerativeFill(); }, [](const Context& c) { c.windows.showGenerativeFillDialog(); }},
     ToolbarItem{"Trim Whitespace", "Removes transparent whitespace around the image and shrinks the canvas to fit.",
                 [](const Store&) { return "crop"; }, hasActiveProject, [](const Context& c) { c.store.trimTransparentWhitespace(); }},
     divider,
