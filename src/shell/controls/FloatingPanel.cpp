@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/controls/FloatingPanel.h"
 
+#include "shell/controls/Card.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
 #include "shell/looks/Style.h"
@@ -104,11 +105,7 @@ bool FloatingPanel::isOnHeading(QPoint at) const {
 
 void FloatingPanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Style::line(palette()));
-    painter.setBrush(Style::raised(palette()));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Style::grid,
-                            Style::grid);
+    paintCard(painter, rect(), palette());
 }
 
 void FloatingPanel::mousePressEvent(QMouseEvent* event) {

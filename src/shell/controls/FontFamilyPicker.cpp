@@ -21,12 +21,18 @@ RefreshingFontFamilyPicker::RefreshingFontFamilyPicker(std::function<QStringList
 
 void RefreshingFontFamilyPicker::showFamily(const QString& family) {
     m_family = family;
+    // Until the system has been asked, the family is all that is known.
+    if (!m_hasFamilies) {
+        clear();
+        addItem(family);
+    }
     setCurrentIndex(findText(family));
     setPlaceholderText(family);
 }
 
 void RefreshingFontFamilyPicker::refresh() {
     const QStringList families = m_families();
+    m_hasFamilies = true;
     clear();
     addItems(families);
     showFamily(m_family);
@@ -38,12 +44,12 @@ void RefreshingFontFamilyPicker::showPopup() {
 }
 
 void RefreshingFontFamilyPicker::keyPressEvent(QKeyEvent* event) {
-    if (count() == 0) refresh();
+    if (!m_hasFamilies) refresh();
     QComboBox::keyPressEvent(event);
 }
 
 void RefreshingFontFamilyPicker::wheelEvent(QWheelEvent* event) {
-    if (count() == 0) refresh();
+    if (!m_hasFamilies) refresh();
     QComboBox::wheelEvent(event);
 }
 

@@ -33,6 +33,7 @@ private:
 
     std::function<QStringList()> m_families;
     QString m_family;
+    bool m_hasFamilies = false;
 };
 
 } // namespace quillabrae::shell

@@ -2,6 +2,7 @@
 #include "shell/editor/EmptyWorkspace.h"
 
 #include "shell/app/WindowCoordinator.h"
+#include "shell/controls/Card.h"
 #include "shell/controls/Labels.h"
 #include "shell/looks/Style.h"
 
@@ -47,11 +48,7 @@ EmptyWorkspace::EmptyWorkspace(const CommandContext& context, QWidget* parent) :
 
 void EmptyWorkspace::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Style::line(palette()));
-    painter.setBrush(Style::raised(palette()));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Style::grid,
-                            Style::grid);
+    paintCard(painter, rect(), palette());
 }
 
 } // namespace quillabrae::shell

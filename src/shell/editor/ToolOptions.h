@@ -37,7 +37,7 @@ private:
     /// Brings a control to what the settings say.
     using Show = std::function<void(const model::PaintAppSettings& settings)>;
     struct Group {
-        QWidget* widget;
+        QWidget* widget = nullptr;
         std::vector<Show> controls;
     };
 

@@ -45,7 +45,7 @@ protected:
 
 private:
     struct Floating {
-        FloatingPanel* panel;
+        FloatingPanel* panel = nullptr;
         PanelPlace place;
     };
 

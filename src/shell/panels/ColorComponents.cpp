@@ -162,7 +162,7 @@ std::optional<ColorValue> colorFromHex(const QString& text, const ColorValue& cu
         digits.clear();
         for (const QChar digit : each) digits += QString(2, digit);
     }
-    const auto part = [&digits](int index) {
+    const auto part = [&digits](qsizetype index) {
         return digits.mid(2 * index, 2).toInt(nullptr, 16) / eightBits;
     };
     return ColorValue{part(0), part(1), part(2), digits.size() == 8 ? part(3) : current.alpha};

@@ -5,6 +5,7 @@
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 #include "shell/panels/HistoryListModel.h"
+#include "shell/panels/RowList.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -16,6 +17,12 @@ namespace {
 
 constexpr int padding = 6;
 constexpr double undoneIconStrength = 0.5;
+
+RowList::Face faceOf(const QStyleOptionViewItem& option, const QModelIndex& index) {
+    if (index.data(HistoryListModel::isSelectedRole).toBool()) return RowList::Face::chosen;
+    return option.state.testFlag(QStyle::State_MouseOver) ? RowList::Face::underPointer
+                                                          : RowList::Face::plain;
+}
 
 } // namespace
 
@@ -29,15 +36,7 @@ void HistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     const QRectF face = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter->setPen(Qt::NoPen);
-    if (index.data(HistoryListModel::isSelectedRole).toBool()) {
-        painter->setPen(Style::accent(option.palette));
-        painter->setBrush(Style::accentWash(option.palette));
-        painter->drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
-    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
-        painter->setBrush(Style::hover(option.palette));
-        painter->drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
-    }
+    RowList::paintFace(*painter, face, faceOf(option, index), option.palette);
 
     const QString symbolName = index.data(HistoryListModel::symbolNameRole).toString();
     QIcon& icon = m_icons[symbolName];
@@ -65,18 +64,10 @@ HistoryList::HistoryList(store::ProjectStore& store, QWidget* parent)
       m_model(new HistoryListModel(store, this)),
       m_rowLook(new HistoryRow(this)) {
     setAccessibleName(QStringLiteral("History"));
-    setFrameShape(QFrame::NoFrame);
+    RowList::prepare(*this);
     setModel(m_model);
     setItemDelegate(m_rowLook);
-    setUniformItemSizes(true);
-    setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    // The canvas keeps the keyboard when a row is pressed.
-    setFocusPolicy(Qt::TabFocus);
-    setMouseTracking(true);
-    viewport()->setAutoFillBackground(false);
     connect(m_model, &HistoryListModel::selectedRowChanged, this, &HistoryList::showSelection);
     showSelection();
 }

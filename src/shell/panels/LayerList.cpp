@@ -6,6 +6,7 @@
 #include "shell/looks/Style.h"
 #include "shell/panels/LayerListModel.h"
 #include "shell/panels/LayerRow.h"
+#include "shell/panels/RowList.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
@@ -37,18 +38,10 @@ LayerList::LayerList(store::ProjectStore& store, std::function<void()> configure
       m_rowLook(new LayerRow(this)),
       m_reorder(store) {
     setAccessibleName(QStringLiteral("Layers"));
-    setFrameShape(QFrame::NoFrame);
+    RowList::prepare(*this);
     setModel(m_model);
     setItemDelegate(m_rowLook);
-    setUniformItemSizes(true);
-    setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::EditKeyPressed);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    // The canvas keeps the keyboard when a row is pressed.
-    setFocusPolicy(Qt::TabFocus);
-    setMouseTracking(true);
-    viewport()->setAutoFillBackground(false);
     auto* tooltip = new HoverTooltip(viewport(), {}, HoverTooltipPlacement::below);
     tooltip->setParts([this](QPoint at) -> std::optional<HoverTooltipPart> {
         const QModelIndex index = indexAt(at);

@@ -5,6 +5,7 @@
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 #include "shell/panels/LayerListModel.h"
+#include "shell/panels/RowList.h"
 
 #include <QLineEdit>
 #include <QPainter>
@@ -25,6 +26,12 @@ QRect centeredIcon(const QRect& room) {
 
 bool isVisible(const QModelIndex& index) {
     return index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+}
+
+RowList::Face faceOf(const QStyleOptionViewItem& option) {
+    if (option.state.testFlag(QStyle::State_Selected)) return RowList::Face::chosen;
+    return option.state.testFlag(QStyle::State_MouseOver) ? RowList::Face::underPointer
+                                                          : RowList::Face::plain;
 }
 
 } // namespace
@@ -57,18 +64,8 @@ const QIcon& LayerRow::icon(QIcon& cached, const char* symbolName) const {
 
 void LayerRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
                      const QModelIndex& index) const {
-    painter->setRenderHint(QPainter::Antialiasing);
     const QRectF face = QRectF(option.rect).adjusted(0.5, 1.5, -0.5, -1.5);
-    if (option.state.testFlag(QStyle::State_Selected)) {
-        painter->setPen(Style::accent(option.palette));
-        painter->setBrush(Style::accentWash(option.palette));
-        painter->drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
-    } else if (option.state.testFlag(QStyle::State_MouseOver)) {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(Style::hover(option.palette));
-        painter->drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
-    }
-    painter->setRenderHint(QPainter::Antialiasing, false);
+    RowList::paintFace(*painter, face, faceOf(option), option.palette);
     paintThumbnail(*painter, option, index);
     paintText(*painter, option, index);
     paintMarks(*painter, option, index);

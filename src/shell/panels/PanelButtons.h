@@ -43,8 +43,8 @@ public:
 
 private:
     struct Entry {
-        const PanelButton* row;
-        IconButton* button;
+        const PanelButton* row = nullptr;
+        IconButton* button = nullptr;
     };
 
     void refresh();
