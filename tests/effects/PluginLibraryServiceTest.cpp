@@ -3,7 +3,7 @@
 #include "effects/PluginLibraryError.h"
 #include "effects/PluginLibraryService.h"
 #include "persistence/FaultyFileOperations.h"
-#include "persistence/OrdinaryUser.h"
+#include "support/OrdinaryUser.h"
 
 #include <QDir>
 #include <QFile>
@@ -248,7 +248,7 @@ TEST_F(PluginLibraryTest, WhatIsNoManifestDoesNotCount) {
 TEST_F(PluginLibraryTest, AManifestNobodyMayReadDoesNotCount) {
     PluginLibraryService(folder()).install(first);
     QFile::setPermissions(manifestOf(first), {});
-    const persistence::OrdinaryUser user;
+    const tests::OrdinaryUser user;
     EXPECT_TRUE(installedAtNextStart().isEmpty());
 }
 

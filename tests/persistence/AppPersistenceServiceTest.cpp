@@ -2,11 +2,11 @@
 #include "model/RecordCoding.h"
 #include "persistence/AppPersistenceService.h"
 #include "persistence/FileError.h"
-#include "persistence/OrdinaryUser.h"
 #include "persistence/RecoverySessionCoding.h"
 #include "platform/MemoryPreferences.h"
 #include "raster/PngCodec.h"
 #include "support/FullDisk.h"
+#include "support/OrdinaryUser.h"
 #include "support/RandomRecords.h"
 
 #include <QDir>
@@ -361,7 +361,7 @@ TEST_F(AutosavedSession, WhatCannotBeReadIsSetAsideOnceAndNeverOverwritten) {
 }
 
 TEST(UnreadableSession, ThatIsWithheldFromThisUserIsSetAsideToo) {
-    const OrdinaryUser user;
+    const tests::OrdinaryUser user;
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("Recovery.quillabraesession"));
     Service::saveAutosavedSession(randomSession(80), file);
