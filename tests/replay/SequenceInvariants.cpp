@@ -367,7 +367,7 @@ void theRecoveryFileHasIt(const Step& step, QStringList& broken) {
     const PaintProject* active = step.after.activeProject();
     if (active == nullptr || !endsInItsEntry(step, active->id)) return;
     const auto session = persistence::AppPersistenceService::loadAutosavedSession(
-        persistence::AppPersistenceService::recoveryFile(step.session.autosaveFolder()));
+        step.session.autosaveFolder() + QStringLiteral("/Recovery.quillabraesession"));
     if (!session) {
         broken << QStringLiteral("recovery: there is no file that can be read");
     } else if (session->projects != asFiled(step.after.projects) ||
