@@ -66,6 +66,10 @@ Tab tabFrom(const QJsonObject& record) {
     const QJsonArray entries = record.value(QStringLiteral("entries")).toArray();
     if (entries.size() < 2) return tab;
     for (const auto& entry : entries) tab.entries.push_back(entryRecord(entry.toObject()));
+    // A start gives the selected entry the project as it stands, which a save or a gesture that
+    // records nothing may have changed.
+    tab.entries.at(static_cast<std::size_t>(tab.selected))
+        .insert(QStringLiteral("project"), withoutIdentity(tab.project));
     return tab;
 }
 
@@ -277,9 +281,10 @@ protected:
     /// an instant of its own.
     void runUntilKilled(ReplayProcess& editor) {
         const bool diesBetween = upTo(2) == 0;
-        const int commands = diesBetween ? upTo(12) : editCount;
+        // So few that a fast machine meets as many kills as a slow one.
+        const int commands = diesBetween ? upTo(12) : 12;
         const auto deadline =
-            Clock::now() + (diesBetween ? 60'000ms : std::chrono::milliseconds(upTo(400)));
+            Clock::now() + (diesBetween ? 60'000ms : std::chrono::milliseconds(upTo(200)));
         for (int i = 0; i < commands; ++i) {
             const QList<QByteArray> lines = nextCommand();
             m_underWay = lines.join("; ");

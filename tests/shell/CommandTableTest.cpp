@@ -234,8 +234,9 @@ TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {
         titles << QString::fromLatin1(item.title == nullptr ? "-" : item.title);
     }
     EXPECT_EQ(titles.join(u','),
-              QStringLiteral("New Project,Open Project,Save,-,Cut,Copy,Paste,-,Resize,Align Object,"
-                             "Color Removal,Trim Whitespace,-,Undo,Redo,-,Toggle Pixel Grid"));
+              QStringLiteral(
+                  "New Project,Open Project,Save,-,Cut,Copy,Paste,-,Resize,Align Object,"
+                  "Color Removal,Generative Fill,Trim Whitespace,-,Undo,Redo,-,Toggle Pixel Grid"));
     const ToolbarItem& grid = quickToolbarItems().back();
     EXPECT_FALSE(grid.isEnabled(*store));
     EXPECT_STREQ(grid.symbol(*store), "grid");
