@@ -11,37 +11,11 @@ import urllib.request
 
 from PIL import Image
 
-import photos
-from case import DeskCase
 from desk import until
-from editor import store_settings
+from pictures import PicturesCase
 
 
-class Clipboard(DeskCase):
-    def setUp(self):
-        super().setUp()
-        self.pictures = self.desk.home / "Pictures"
-        self.pictures.mkdir()
-        self.drawing = self.pictures / "stripes.png"
-        shutil.copy(photos.PNG, self.drawing)
-        store_settings(self.desk, selectedTool="brush")
-
-    def open_drawing(self):
-        editor = self.start(self.drawing)
-        editor.wait_for_window("stripes - Quillabrae v")
-        editor.wait_for_status("Opened stripes.png")
-        return editor
-
-    def picture(self, name, size=(200, 100), color=(255, 0, 0, 255)):
-        file = self.pictures / name
-        Image.new("RGBA", size, color).save(file)
-        return file
-
-    def file_with(self, name, content):
-        file = self.pictures / name
-        file.write_bytes(content)
-        return file
-
+class Clipboard(PicturesCase):
     def put(self, kind, file):
         """Another program copies a file's bytes as one type."""
         self.desk.spawn("xclip", "-selection", "clipboard", "-t", kind, "-i", file)

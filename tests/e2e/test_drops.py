@@ -2,48 +2,22 @@
 """Things dragged out of another program and dropped on the editor's windows."""
 
 import os
-import shutil
 import time
 import unittest
 from pathlib import Path
 
-from PIL import Image
-
-import photos
-from case import DeskCase
 from desk import ROOT, until
-from editor import store_settings
+from pictures import PicturesCase
 
 DRAG_SOURCE = Path(os.environ.get("QUILLABRAE_DRAG_SOURCE", ROOT / "build/bin/quillabrae-drag-source"))
 SOURCE_PLACE = (24, 24)
 DRAWING = b'<svg xmlns="http://www.w3.org/2000/svg" width="60" height="40"><rect width="60" height="40"/></svg>'
 
 
-class Drops(DeskCase):
+class Drops(PicturesCase):
     def setUp(self):
         super().setUp()
-        self.pictures = self.desk.home / "Pictures"
-        self.pictures.mkdir()
         self.source = None
-        store_settings(self.desk, selectedTool="brush")
-
-    def open_drawing(self):
-        drawing = self.pictures / "stripes.png"
-        shutil.copy(photos.PNG, drawing)
-        editor = self.start(drawing)
-        editor.wait_for_window("stripes - Quillabrae v")
-        editor.wait_for_status("Opened stripes.png")
-        return editor
-
-    def picture(self, name, size=(200, 100), color=(255, 0, 0, 255)):
-        file = self.pictures / name
-        Image.new("RGBA", size, color).save(file)
-        return file
-
-    def file_with(self, name, content):
-        file = self.pictures / name
-        file.write_bytes(content)
-        return file
 
     def files(self, *paths):
         """What a file manager drags along for these files."""
