@@ -9,6 +9,8 @@ import photos
 from case import DeskCase
 from editor import store_settings
 
+DRAWING = b'<svg xmlns="http://www.w3.org/2000/svg" width="60" height="40"><rect width="60" height="40"/></svg>'
+
 
 class PicturesCase(DeskCase):
     def setUp(self):

@@ -12,7 +12,7 @@ import urllib.request
 from PIL import Image
 
 from desk import until
-from pictures import PicturesCase
+from pictures import DRAWING, PicturesCase
 
 
 class Clipboard(PicturesCase):
@@ -118,6 +118,17 @@ class Clipboard(PicturesCase):
                 self.paste(editor)
                 editor.wait_for_status("Pasted image as selected pixels")
         editor.screenshot("clipboard-pasted")
+
+    def test_an_svg_asks_for_its_size_as_a_drawing_and_as_text(self):
+        editor = self.open_drawing()
+        for kind in ("image/svg+xml", "UTF8_STRING"):
+            with self.subTest(kind):
+                self.put(kind, self.file_with("drawing", DRAWING))
+                before = editor.recorded_edits("Paste")
+                self.desk.keys("ctrl+v")
+                editor.wait_for_window("Import SVG")
+                self.desk.keys("Return")
+                until(lambda: editor.recorded_edits("Paste") > before, "the paste to be recorded")
 
     def test_a_file_copied_in_a_file_manager_is_its_picture(self):
         editor = self.open_drawing()

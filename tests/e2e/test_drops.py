@@ -7,11 +7,10 @@ import unittest
 from pathlib import Path
 
 from desk import ROOT, until
-from pictures import PicturesCase
+from pictures import DRAWING, PicturesCase
 
 DRAG_SOURCE = Path(os.environ.get("QUILLABRAE_DRAG_SOURCE", ROOT / "build/bin/quillabrae-drag-source"))
 SOURCE_PLACE = (24, 24)
-DRAWING = b'<svg xmlns="http://www.w3.org/2000/svg" width="60" height="40"><rect width="60" height="40"/></svg>'
 
 
 class Drops(PicturesCase):
