@@ -168,7 +168,7 @@ std::unique_ptr<platform::HttpExchange> OpenAIImageEditService::editImage(
         std::chrono::seconds(180),
         maximumReplyBytes};
     return m_http.send(message, std::move(watch),
-                       [completion](const platform::HttpOutcome& outcome) {
+                       [completion = std::move(completion)](const platform::HttpOutcome& outcome) {
                            if (const auto* failure = std::get_if<HttpFailure>(&outcome))
                                completion(OpenAIImageEditError{failure->description});
                            else
