@@ -132,8 +132,7 @@ TEST_F(OpenAIImageEditServiceTest, AnAnswerWithoutAPictureSaysSo) {
 TEST_F(OpenAIImageEditServiceTest, AnAnswerThatIsNotUnderstoodIsAnError) {
     for (const char* body :
          {"", "{", "[]", R"({"created":1})", R"({"data":{}})", R"({"data":[{"b64_json":7}]})",
-          R"({"data":[{"b64_json":"aGk="}]})"
-          "x"}) {
+          R"({"data":[{"b64_json":"aGk="}]}x)"}) {
         const ImageEditOutcome outcome = answer(200, body);
         EXPECT_TRUE(std::holds_alternative<OpenAIImageEditError>(outcome)) << body;
         EXPECT_NE(errorIn(outcome), OpenAIImageEditError::missingImageData().description) << body;

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace quillabrae::platform {
@@ -40,13 +41,15 @@ TEST_F(Mapping, ShowsTheContentWithZerosBehindItWhateverTheLength) {
 }
 
 TEST_F(Mapping, GoesWhereItIsMovedTo) {
-    auto first = MappedFile::open(write("content"));
-    ASSERT_TRUE(first);
-    MappedFile second = *std::move(first);
-    first.reset();
-    EXPECT_EQ(second.text(), "content");
+    std::optional<MappedFile> second;
+    {
+        auto first = MappedFile::open(write("content"));
+        ASSERT_TRUE(first);
+        second.emplace(*std::move(first));
+    }
+    EXPECT_EQ(second->text(), "content");
     second = *MappedFile::open(write("another"));
-    EXPECT_EQ(second.text(), "another");
+    EXPECT_EQ(second->text(), "another");
 }
 
 TEST_F(Mapping, OutlivesTheFilesName) {
