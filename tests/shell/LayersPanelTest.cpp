@@ -38,7 +38,7 @@ protected:
     QStringList names() const {
         QStringList names;
         const auto& layers = store->activeProject()->layers;
-        for (auto layer = layers.rbegin(); layer != layers.rend(); ++layer) names << layer->name;
+        for (const auto& layer : layers) names.prepend(layer.name);
         return names;
     }
     void addLayers(int count) const {
