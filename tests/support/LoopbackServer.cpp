@@ -37,7 +37,7 @@ std::unique_ptr<QTcpServer> makeServer(const std::optional<TlsIdentity>& identit
 
 } // namespace
 
-LoopbackServer::LoopbackServer(Answer answer, std::optional<TlsIdentity> identity)
+LoopbackServer::LoopbackServer(Answer answer, const std::optional<TlsIdentity>& identity)
     : m_server(makeServer(identity)),
       m_answer(std::move(answer)),
       m_isSecure(identity.has_value()) {

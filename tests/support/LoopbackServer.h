@@ -32,7 +32,8 @@ public:
     using Answer = std::function<void(const Request& request, QTcpSocket& socket)>;
 
     /// Speaks TLS with an identity.
-    explicit LoopbackServer(Answer answer, std::optional<TlsIdentity> identity = std::nullopt);
+    explicit LoopbackServer(Answer answer,
+                            const std::optional<TlsIdentity>& identity = std::nullopt);
     ~LoopbackServer() override;
 
     QUrl url() const;
