@@ -90,6 +90,7 @@ std::optional<model::PastedImage> pastedImage(const QByteArray& svgData,
         if (!isPositive(natural)) return std::nullopt;
         const auto size = requestSize(natural);
         if (!size) return std::nullopt;
+        if (!raster::surfaceSize(size->width, size->height)) throw SVGSizeRefused();
         work.run(title, [&](const platform::WorkControl& control) {
             pasted = rasterizedPastedImage(svgData, size->width, size->height, control);
         });

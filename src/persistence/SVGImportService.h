@@ -21,6 +21,9 @@ struct SVGImportSizeResult {
     friend bool operator==(const SVGImportSizeResult&, const SVGImportSizeResult&) = default;
 };
 
+/// The size that was picked for a drawing is beyond the limits of a picture.
+class SVGSizeRefused {};
+
 /// SVGs become pixels once, at a size that the user picks.
 namespace SVGImportService {
 
@@ -28,7 +31,7 @@ namespace SVGImportService {
 using SizeRequest = std::function<std::optional<SVGImportSizeResult>(QSizeF naturalSize)>;
 
 /// Nothing for bytes that are no SVG (then nothing is asked), for one without a size, or when the
-/// user cancels.
+/// user cancels. Throws SVGSizeRefused.
 std::optional<model::PastedImage> pastedImage(const QByteArray& svgData,
                                               const SizeRequest& requestSize,
                                               platform::WorkRunner& work);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Images on their way into projects: from the clipboard, from drops and from files.
 #include "persistence/ImageLoader.h"
+#include "persistence/SVGImportService.h"
 #include "platform/Clock.h"
 #include "raster/LayerRasterServiceLayers.h"
 #include "store/DroppedContents.h"
@@ -125,16 +126,25 @@ Intake ProjectStore::drawingInFile(const QString& path) const {
     // Nobody has drawn more, and the text has to be held twice.
     constexpr qint64 greatestFile = qint64{256} << 20U;
     QFile drawing(path);
-    if (!m_environment.svgImport || !QFileInfo(path).isFile()) return {};
+    if (!QFileInfo(path).isFile()) return {};
     if (drawing.size() > greatestFile) return {std::nullopt, IntakeFailure::beyondLimits};
     if (!drawing.open(QIODevice::ReadOnly)) return {};
-    return {m_environment.svgImport(drawing.readAll())};
+    return this->drawing(drawing.readAll());
+}
+
+Intake ProjectStore::drawing(const QByteArray& svg) const {
+    if (!m_environment.svgImport) return {};
+    try {
+        return {m_environment.svgImport(svg)};
+    } catch (const persistence::SVGSizeRefused&) {
+        return {std::nullopt, IntakeFailure::beyondLimits};
+    }
 }
 
 std::optional<PastedImage> ProjectStore::imageOnClipboard() {
     const QByteArray svg = m_clipboard.svgData();
-    if (!svg.isEmpty() && m_environment.svgImport) {
-        if (auto image = m_environment.svgImport(svg)) return image;
+    if (!svg.isEmpty()) {
+        if (auto image = drawing(svg).image) return image;
     }
     try {
         if (auto image = m_clipboard.pastedImage()) return image;
@@ -197,10 +207,8 @@ std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const Past
 }
 
 Intake ProjectStore::droppedImage(const DroppedContents& contents) const {
-    if (!contents.svg.isEmpty()) {
-        if (!m_environment.svgImport) return {};
-        return {m_environment.svgImport(contents.svg)};
-    }
+    // Text that is no file behaves as no image where it is refused.
+    if (!contents.svg.isEmpty()) return {drawing(contents.svg).image};
     if (!contents.picture.isEmpty()) {
         const auto load = [&contents](const auto& control, ImageRefusal&) {
             return persistence::loadImage(contents.picture, control);

@@ -373,6 +373,7 @@ private:
     void endFill(FillID id, const std::optional<QString>& failure);
     Intake imageInFile(const QUrl& file) const;
     Intake drawingInFile(const QString& path) const;
+    Intake drawing(const QByteArray& svg) const;
     Intake droppedImage(const DroppedContents& contents) const;
     void removeOldClipboardFiles();
     void restoreSettings();

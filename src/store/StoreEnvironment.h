@@ -38,7 +38,7 @@ enum class PasteImageChoice { openAsNewProject, expandCanvas, keepCanvasSize, ca
 enum class PasteTarget { noProject, smallerCanvas };
 
 /// Makes a picture of an SVG document, at a size that the user is asked for. Nothing when the
-/// document cannot be drawn or the user cancels.
+/// document cannot be drawn or the user cancels. Throws persistence::SVGSizeRefused.
 using SVGImport = std::function<std::optional<model::PastedImage>(const QByteArray& svgData)>;
 
 /// The panels and alerts of opening, saving and pasting. Each call blocks until the user has

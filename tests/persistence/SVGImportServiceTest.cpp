@@ -114,6 +114,8 @@ TEST(SvgImport, SizesBeyondThoseOfAPictureAreRefused) {
     EXPECT_FALSE(rasterizedPastedImage(drawing, 40000, 1));
     EXPECT_FALSE(rasterizedPastedImage(drawing, 30000, 30000));
     EXPECT_FALSE(rasterizedPastedImage(drawing, 1e300, 1));
+    const auto tooWide = [](QSizeF) { return SVGImportSizeResult{40000, 1}; };
+    EXPECT_THROW(pastedImage(drawing, tooWide, platform::directWorkRunner()), SVGSizeRefused);
     const auto narrow = rasterizedPastedImage(drawing, 32768, 0.2);
     ASSERT_TRUE(narrow);
     EXPECT_EQ(narrow->height, 1.0);

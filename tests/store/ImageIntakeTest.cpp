@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/SVGImportService.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "store/DroppedContents.h"
@@ -46,6 +47,7 @@ protected:
         svgImport = [this](const QByteArray& svg) -> std::optional<PastedImage> {
             drawings << svg;
             if (svg.contains("broken")) return std::nullopt;
+            if (svg.contains("boundless")) throw persistence::SVGSizeRefused();
             return image(30, 20);
         };
         store = makeStore();
@@ -74,6 +76,23 @@ protected:
     std::unique_ptr<ProjectStore> store;
     QUuid id;
 };
+
+TEST_F(ImageIntake, ADrawingThatIsToBeTooLargeIsToldForFilesAndIsNoImageElsewhere) {
+    const QByteArray svg = "<svg>boundless</svg>";
+    QFile drawing(folder.filePath(QStringLiteral("a.svg")));
+    ASSERT_TRUE(drawing.open(QIODevice::WriteOnly));
+    drawing.write(svg);
+    drawing.close();
+    panels.imagesToImport = {file(QStringLiteral("a.svg"))};
+    store->importLayerFromFile();
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Open failed: image could not be read"));
+    EXPECT_EQ(project().layers.size(), 1U);
+    pasteboard.put({{platform::MimeTypes::svg, svg}});
+    EXPECT_FALSE(store->imageOnClipboard());
+    EXPECT_FALSE(store->acceptDrop(drop({{platform::MimeTypes::svg, svg}}), DropTarget::editor));
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Drop failed: no image found"));
+    EXPECT_EQ(drawings.size(), 3);
+}
 
 TEST_F(ImageIntake, APastedImageFloatsWhereItWasCopied) {
     const auto pasted =
