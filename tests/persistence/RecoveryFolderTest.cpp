@@ -46,6 +46,13 @@ protected:
 
     PaintProject project() { return m_random.project(); }
 
+    /// Two programs at once have a project each, and die.
+    void leaveByTwo(const PaintProject& one, const PaintProject& other) const {
+        RecoveryFolder a = start();
+        RecoveryFolder b = start();
+        a.save(sessionOf({one}));
+        b.save(sessionOf({other}));
+    }
     static std::vector<PaintProject> restoredBy(RecoveryFolder& program) {
         const auto session = program.restore();
         return session ? session->projects : std::vector<PaintProject>();
@@ -90,12 +97,7 @@ TEST_F(Programs, NeitherTouchesTheOthersFile) {
 TEST_F(Programs, TheNextOneRestoresAllThatDeadOnesLeft) {
     const PaintProject one = project();
     const PaintProject other = project();
-    {
-        RecoveryFolder a = start();
-        RecoveryFolder b = start();
-        a.save(sessionOf({one}));
-        b.save(sessionOf({other}));
-    }
+    leaveByTwo(one, other);
     RecoveryFolder next = start();
     const auto session = next.restore();
     ASSERT_TRUE(session);
@@ -129,12 +131,7 @@ TEST_F(Programs, WhatIsRestoredFromOthersSurvivesAnotherDeath) {
 TEST_F(Programs, TwoDoNotRestoreTheSameWork) {
     const PaintProject one = project();
     const PaintProject other = project();
-    {
-        RecoveryFolder a = start();
-        RecoveryFolder b = start();
-        a.save(sessionOf({one}));
-        b.save(sessionOf({other}));
-    }
+    leaveByTwo(one, other);
     RecoveryFolder c = start();
     RecoveryFolder d = start();
     EXPECT_THAT(restoredBy(c), ElementsAre(one, other));
