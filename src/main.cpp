@@ -2,6 +2,7 @@
 #include "platform/AppPaths.h"
 #include "platform/ProgramInstance.h"
 #include "shell/app/AppModel.h"
+#include "shell/app/Deployment.h"
 
 #include <QApplication>
 #include <QDir>
@@ -33,7 +34,8 @@ int main(int argc, char** argv) {
             return EXIT_FAILURE;
     }
 
-    quillabrae::shell::AppModel model(application, paths);
+    quillabrae::shell::AppModel model(application, paths,
+                                      quillabrae::shell::Deployment::ofThisBuild());
     model.launch(instance, files);
     return QCoreApplication::exec();
 }

@@ -15,6 +15,7 @@
 #include "platform/SettingsPreferences.h"
 #include "platform/XdgRecentDocuments.h"
 #include "shell/app/AppDelegate.h"
+#include "shell/app/Deployment.h"
 #include "shell/app/DesktopRecents.h"
 #include "shell/app/DesktopWindows.h"
 #include "shell/app/WindowCoordinator.h"
@@ -33,8 +34,9 @@ namespace quillabrae::shell {
 
 /// In the order of construction: each leans only on those before it.
 struct AppModel::Graph {
-    Graph(QApplication& application, const platform::AppPaths& paths)
-        : preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
+    Graph(QApplication& application, const platform::AppPaths& paths, const Deployment& deployment)
+        : imageEdit(http, deployment.imageEdit),
+          preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
@@ -78,12 +80,11 @@ struct AppModel::Graph {
     platform::GioFileIcons fileIcons;
     platform::ClipboardPasteboard pasteboard;
     platform::XdgDesktopRegistration registration;
-    platform::SettingsPreferences preferences;
     platform::KeychainSecretStore secrets;
     platform::NetworkHttpClient http;
     effects::OpenAIKeychainService keychain{secrets};
-    effects::OpenAIImageEditService imageEdit{http,
-                                              QUrl(QStringLiteral(QUILLABRAE_IMAGE_EDIT_URL))};
+    effects::OpenAIImageEditService imageEdit;
+    platform::SettingsPreferences preferences;
     SystemColorScheme colorScheme;
     SystemMotion motion;
     DesktopProjectPanels panels;
@@ -98,8 +99,9 @@ struct AppModel::Graph {
     AppDelegate delegate;
 };
 
-AppModel::AppModel(QApplication& application, const platform::AppPaths& paths)
-    : m_graph(std::make_unique<Graph>(application, paths)) {
+AppModel::AppModel(QApplication& application, const platform::AppPaths& paths,
+                   const Deployment& deployment)
+    : m_graph(std::make_unique<Graph>(application, paths, deployment)) {
     QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &m_graph->delegate,
                      &AppDelegate::commitData, Qt::DirectConnection);

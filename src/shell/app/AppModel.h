@@ -17,11 +17,13 @@ class ProgramInstance;
 namespace quillabrae::shell {
 
 class AppDelegate;
+struct Deployment;
 
 /// The whole program's objects, built in one place. Built after QApplication and gone before it.
 class AppModel final {
 public:
-    AppModel(QApplication& application, const platform::AppPaths& paths);
+    AppModel(QApplication& application, const platform::AppPaths& paths,
+             const Deployment& deployment);
     ~AppModel();
     AppModel(const AppModel&) = delete;
     AppModel& operator=(const AppModel&) = delete;
