@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/AppPaths.h"
 #include "platform/ProgramInstance.h"
+#include "platform/ProgramLink.h"
 #include "shell/app/AppModel.h"
 #include "shell/app/Deployment.h"
 
@@ -21,10 +22,13 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(QStringLiteral("quillabrae"));
 
     const AppPaths paths = AppPaths::standard();
-    const QList<QUrl> files = quillabrae::platform::filesFromArguments(
-        QCoreApplication::arguments().mid(1), QDir::currentPath());
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    const QList<QUrl> files =
+        quillabrae::platform::filesFromArguments(arguments, QDir::currentPath());
+    // Only a program that runs can be waiting for a link.
+    const QList<QUrl> links = quillabrae::platform::linksFromArguments(arguments);
     ProgramInstance instance(MeetingPlace::standard(paths.applicationSupport));
-    switch (instance.start(files)) {
+    switch (instance.start(files + links)) {
         case ProgramInstance::Role::first:
             break;
         case ProgramInstance::Role::second:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/HandOver.h"
 
+#include "platform/ProgramLink.h"
+
 #include <QFileInfo>
 #include <QtEndian>
 
@@ -16,9 +18,9 @@ bool isAbsoluteFile(const QUrl& url) {
 
 } // namespace
 
-QByteArray message(const QList<QUrl>& files) {
+QByteArray message(const QList<QUrl>& urls) {
     QByteArray payload;
-    for (const QUrl& file : files) payload += file.toEncoded() + '\n';
+    for (const QUrl& url : urls) payload += url.toEncoded() + '\n';
     QByteArray length(sizeof(quint32), Qt::Uninitialized);
     qToBigEndian(static_cast<quint32>(payload.size()), length.data());
     return magic.toByteArray() + length + payload;
@@ -36,8 +38,11 @@ Reading read(const QByteArray& received) {
 
     Reading reading{Progress::complete};
     for (const QByteArray& line : received.mid(headerSize, length).split('\n')) {
-        const QUrl file = QUrl::fromEncoded(line, QUrl::StrictMode);
-        if (isAbsoluteFile(file)) reading.files.append(file);
+        const QUrl url = QUrl::fromEncoded(line, QUrl::StrictMode);
+        if (isAbsoluteFile(url))
+            reading.files.append(url);
+        else if (isProgramLink(url))
+            reading.links.append(url);
     }
     return reading;
 }

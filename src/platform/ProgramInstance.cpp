@@ -2,6 +2,7 @@
 #include "platform/ProgramInstance.h"
 
 #include "platform/HandOver.h"
+#include "platform/ProgramLink.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
@@ -39,7 +40,7 @@ QString privateFolder() {
 /// One peer's message, until it is whole, broken or late.
 class Visitor final : public QObject {
 public:
-    using Taken = std::function<void(const QList<QUrl>&)>;
+    using Taken = std::function<void(const HandOver::Reading&)>;
 
     Visitor(QLocalSocket* socket, QObject* parent, Taken taken)
         : QObject(parent), m_socket(socket), m_taken(std::move(taken)) {
@@ -56,13 +57,13 @@ private:
         m_received += m_socket->readAll();
         const HandOver::Reading reading = HandOver::read(m_received);
         if (reading.progress == HandOver::Progress::incomplete) return;
-        // Whoever hears of the files may run an event loop of its own, so this ends here first.
+        // Whoever hears of it may run an event loop of its own, so this ends here first.
         m_socket->disconnect(this);
         deleteLater();
         if (reading.progress == HandOver::Progress::malformed) return;
         m_socket->write(HandOver::answer);
         m_socket->flush();
-        m_taken(reading.files);
+        m_taken(reading);
     }
 
     QLocalSocket* m_socket;
@@ -70,13 +71,13 @@ private:
     QByteArray m_received;
 };
 
-/// Whether the running program has taken the files.
-bool handOver(const QString& server, const QList<QUrl>& files, const QDeadlineTimer& deadline) {
+/// Whether the running program has taken the URLs.
+bool handOver(const QString& server, const QList<QUrl>& urls, const QDeadlineTimer& deadline) {
     const auto remaining = [&] { return static_cast<int>(deadline.remainingTime()); };
     QLocalSocket socket;
     socket.connectToServer(server);
     if (!socket.waitForConnected(remaining())) return false;
-    socket.write(HandOver::message(files));
+    socket.write(HandOver::message(urls));
     const QByteArray expected(HandOver::answer);
     while (socket.bytesAvailable() < expected.size()) {
         if (!socket.waitForReadyRead(remaining())) break;
@@ -89,7 +90,7 @@ bool handOver(const QString& server, const QList<QUrl>& files, const QDeadlineTi
 QList<QUrl> filesFromArguments(const QStringList& arguments, const QString& workingFolder) {
     QList<QUrl> files;
     for (const QString& argument : arguments) {
-        if (argument.isEmpty()) continue;
+        if (argument.isEmpty() || isMeantAsProgramLink(argument)) continue;
         if (argument.startsWith(QLatin1StringView("file:"))) {
             const QUrl url(argument);
             if (url.isLocalFile()) files.append(url);
@@ -125,7 +126,7 @@ QString ProgramInstance::pathOf(QStringView suffix) const {
     return m_place.folder + u'/' + m_place.key + suffix.toString();
 }
 
-ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& files,
+ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& urls,
                                              std::chrono::milliseconds patience) {
     if (m_place.folder.isEmpty()) return Role::first;
     const QDeadlineTimer deadline(patience);
@@ -136,7 +137,7 @@ ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& files,
             listen();
             return Role::first;
         }
-        if (handOver(pathOf(u".socket"), files, deadline)) return Role::second;
+        if (handOver(pathOf(u".socket"), urls, deadline)) return Role::second;
         // The other one has only just started, or is ending; the lock tells which.
         QThread::msleep(static_cast<unsigned long>(retryInterval.count()));
     } while (!deadline.hasExpired());
@@ -151,11 +152,10 @@ void ProgramInstance::listen() {
 
 void ProgramInstance::greet() {
     while (QLocalSocket* socket = m_server.nextPendingConnection()) {
-        new Visitor(socket, this, [this](const QList<QUrl>& files) {
-            if (files.isEmpty())
-                Q_EMIT reopened();
-            else
-                Q_EMIT filesOpened(files);
+        new Visitor(socket, this, [this](const HandOver::Reading& reading) {
+            if (!reading.links.isEmpty()) Q_EMIT linksOpened(reading.links);
+            if (!reading.files.isEmpty()) Q_EMIT filesOpened(reading.files);
+            if (reading.links.isEmpty() && reading.files.isEmpty()) Q_EMIT reopened();
         });
     }
 }

@@ -15,7 +15,7 @@
 namespace quillabrae::platform {
 
 /// The files that program arguments name: paths, relative ones against `workingFolder`, and file
-/// URLs.
+/// URLs. Program links are none.
 QList<QUrl> filesFromArguments(const QStringList& arguments, const QString& workingFolder);
 
 /// Where the programs of one user, home and session meet.
@@ -31,7 +31,8 @@ struct MeetingPlace {
     static MeetingPlace standard(const QString& applicationSupport);
 };
 
-/// Lets one program run at a time: a second start hands its files to the first and ends.
+/// Lets one program run at a time: a second start hands its files and program links to the first
+/// and ends.
 class ProgramInstance final : public QObject {
     Q_OBJECT
 
@@ -39,24 +40,26 @@ public:
     enum class Role {
         /// This is the running program; it hears of later starts through the signals.
         first,
-        /// Another program runs and has taken the files.
+        /// Another program runs and has taken the URLs.
         second,
-        /// Another program runs but did not take the files in time.
+        /// Another program runs but did not take them in time.
         unanswered
     };
 
     explicit ProgramInstance(MeetingPlace place, QObject* parent = nullptr);
     ~ProgramInstance() override;
 
-    /// Becomes the running program or hands `files` to it. Waits no longer than `patience`, and
-    /// only for a program that runs and is busy.
-    Role start(const QList<QUrl>& files,
+    /// Becomes the running program or hands it `urls`: files and program links. Waits no longer
+    /// than `patience`, and only for a program that runs and is busy.
+    Role start(const QList<QUrl>& urls,
                std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 Q_SIGNALS:
     /// A later start named these files, at least one, each an absolute file URL.
     void filesOpened(const QList<QUrl>& files);
-    /// A later start named none.
+    /// A later start brought these links, at least one.
+    void linksOpened(const QList<QUrl>& links);
+    /// A later start named neither.
     void reopened();
 
 private:

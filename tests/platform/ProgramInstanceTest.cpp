@@ -66,6 +66,22 @@ TEST_F(Meeting, AStartWithoutFilesReopens) {
     EXPECT_EQ(opened.count(), 0);
 }
 
+TEST_F(Meeting, ALinkOpensNoFileAndNoWindow) {
+    const QUrl link(QStringLiteral("quillabrae://auth/callback?code=c&state=s"));
+    ProgramInstance first(place());
+    QSignalSpy followed(&first, &ProgramInstance::linksOpened);
+    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    QSignalSpy reopened(&first, &ProgramInstance::reopened);
+    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(startAnother({link}), Role::second);
+    ASSERT_EQ(followed.count(), 1);
+    EXPECT_EQ(followed[0][0].value<QList<QUrl>>(), QList<QUrl>{link});
+    EXPECT_EQ(opened.count() + reopened.count(), 0);
+    EXPECT_EQ(startAnother(oneFile + QList<QUrl>{link}), Role::second);
+    EXPECT_EQ(followed.count(), 2);
+    EXPECT_EQ(opened.count(), 1);
+}
+
 TEST_F(Meeting, ThousandsOfFilesArriveInOneMessage) {
     QList<QUrl> files;
     for (int i = 0; i < 20'000; ++i)
