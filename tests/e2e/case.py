@@ -11,22 +11,23 @@ from editor import PROGRAM, SCREENSHOTS, Editor
 
 class DeskCase(unittest.TestCase):
     longMessage = True
+    program = PROGRAM
 
     def setUp(self):
-        for needed in (PROGRAM, photos.JPEG, photos.PNG):
+        for needed in (self.program, photos.JPEG, photos.PNG):
             self.assertTrue(needed.exists(), f"{needed} is missing: run ./dev test")
         self.desk = self.enterContext(Desk())
         self.running = []
 
     def start(self, *files):
-        editor = Editor(self.desk, *files)
+        editor = Editor(self.desk, *files, program=self.program)
         self.running.append(editor)
         return editor
 
     def second_start(self, editor, *files):
         """Starts the program again beside a running one; its exit status."""
         self.assertIsNone(editor.process.poll(), "the first one has ended")
-        return Editor(self.desk, *files).process.wait(30)
+        return Editor(self.desk, *files, program=self.program).process.wait(30)
 
     def _callTestMethod(self, method):
         try:
@@ -40,4 +41,4 @@ class DeskCase(unittest.TestCase):
         for editor in self.running:
             node = editor.node()
             print(node.outline() if node else "it has no window", file=sys.stderr)
-        print(self.desk.log_of(PROGRAM.name), file=sys.stderr)
+        print(self.desk.log_of(self.program.name), file=sys.stderr)

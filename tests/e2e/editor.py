@@ -51,9 +51,9 @@ def store_settings(desk, **settings):
 class Editor:
     """One running process of the program."""
 
-    def __init__(self, desk, *files, **options):
+    def __init__(self, desk, *files, program=PROGRAM, **options):
         self.desk = desk
-        self.process = desk.spawn(PROGRAM, *files, **options)
+        self.process = desk.spawn(program, *files, **options)
         self._position = None
         self._tree = Tree(desk.environment["DBUS_SESSION_BUS_ADDRESS"])
 

@@ -12,6 +12,7 @@ Deployment Deployment::ofThisBuild() {
         .updateFeed = QUrl(QStringLiteral(QUILLABRAE_UPDATE_FEED_URL)),
         .updatePublicKey = QStringLiteral(QUILLABRAE_UPDATE_PUBLIC_KEY),
         .imageEdit = QUrl(QStringLiteral(QUILLABRAE_IMAGE_EDIT_URL)),
+        .version = QStringLiteral(QUILLABRAE_VERSION),
         .build = QStringLiteral(QUILLABRAE_BUILD),
         .channel = QStringLiteral(QUILLABRAE_CHANNEL),
     };

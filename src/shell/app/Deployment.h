@@ -20,6 +20,8 @@ struct Deployment {
     QString updatePublicKey;
     /// The host that generative fill sends pictures to.
     QUrl imageEdit;
+    /// The version that users see.
+    QString version;
     /// Tells builds of one version apart.
     QString build;
     /// "release" or "beta".
