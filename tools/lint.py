@@ -63,6 +63,11 @@ def floor_check():
     return result.stdout.splitlines() if result.returncode else []
 
 
+def desktop_check():
+    result = run(sys.executable, "tools/check_desktop.py")
+    return result.stdout.splitlines() if result.returncode else []
+
+
 def format_check(files, jobs):
     chunks = [files[i::jobs] for i in range(jobs)]
     with ThreadPoolExecutor(jobs) as pool:
@@ -233,6 +238,7 @@ def main():
     files = [file for file in our_files() if not asked or file in asked]
     checks = [("licence and length", lambda: plain_checks(files)),
               ("floors", floor_check),
+              ("desktop files", desktop_check),
               ("clang-format", lambda: format_check(files, options.jobs))]
     if not options.quick:
         checks.append(("clang-tidy", lambda: tidy_check(options.jobs, asked)))

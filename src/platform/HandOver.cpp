@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/HandOver.h"
 
-#include "platform/ProgramLink.h"
-
-#include <QFileInfo>
+#include <QList>
+#include <QUrl>
 #include <QtEndian>
 
 namespace quillabrae::platform::HandOver {
@@ -12,15 +11,16 @@ namespace {
 constexpr QByteArrayView magic("quillabrae 1\n");
 constexpr qsizetype headerSize = magic.size() + static_cast<qsizetype>(sizeof(quint32));
 
-bool isAbsoluteFile(const QUrl& url) {
-    return url.isValid() && url.isLocalFile() && QFileInfo(url.toLocalFile()).isAbsolute();
-}
+constexpr QByteArrayView tokenLine("activation-token:");
 
 } // namespace
 
-QByteArray message(const QList<QUrl>& urls) {
+QByteArray message(const StartRequest& request) {
     QByteArray payload;
-    for (const QUrl& url : urls) payload += url.toEncoded() + '\n';
+    for (const QUrl& url : request.files + request.links) payload += url.toEncoded() + '\n';
+    if (!request.action.isEmpty()) payload += actionUrl(request.action).toEncoded() + '\n';
+    if (!request.activationToken.isEmpty())
+        payload += tokenLine.toByteArray() + request.activationToken + '\n';
     QByteArray length(sizeof(quint32), Qt::Uninitialized);
     qToBigEndian(static_cast<quint32>(payload.size()), length.data());
     return magic.toByteArray() + length + payload;
@@ -36,14 +36,16 @@ Reading read(const QByteArray& received) {
     if (length > maximumPayload) return {Progress::malformed};
     if (received.size() < headerSize + length) return {Progress::incomplete};
 
-    Reading reading{Progress::complete};
+    QList<QUrl> urls;
+    QByteArray token;
     for (const QByteArray& line : received.mid(headerSize, length).split('\n')) {
-        const QUrl url = QUrl::fromEncoded(line, QUrl::StrictMode);
-        if (isAbsoluteFile(url))
-            reading.files.append(url);
-        else if (isProgramLink(url))
-            reading.links.append(url);
+        if (line.startsWith(tokenLine))
+            token = checkedToken(line.mid(tokenLine.size()));
+        else
+            urls.append(QUrl::fromEncoded(line, QUrl::StrictMode));
     }
+    Reading reading{Progress::complete, sortedRequest(urls)};
+    reading.request.activationToken = token;
     return reading;
 }
 

@@ -1,29 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QUrl>
+#include "platform/StartRequest.h"
 
-#include <optional>
+#include <QByteArray>
 
 /// What a second start says to the running program: a magic word, the length of what follows as
-/// four bytes with the high byte first, and the URLs of files and program links, one a line.
+/// four bytes with the high byte first, and, one a line, the URLs of files, links and an action,
+/// and "activation-token:" with the desktop's token.
 namespace quillabrae::platform::HandOver {
 
 constexpr qsizetype maximumPayload = qsizetype{16} * 1024 * 1024;
 inline constexpr char answer[] = "taken\n";
 
-QByteArray message(const QList<QUrl>& urls);
+QByteArray message(const StartRequest& request);
 
 enum class Progress { incomplete, complete, malformed };
 
 struct Reading {
     Progress progress = Progress::incomplete;
-    /// The absolute file URLs and the program links of a complete message; other lines are passed
-    /// over.
-    QList<QUrl> files{};
-    QList<QUrl> links{};
+    /// What a complete message asks for; lines of any other kind are passed over.
+    StartRequest request{};
 };
 
 /// What has come of a message so far.

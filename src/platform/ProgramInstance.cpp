@@ -40,7 +40,7 @@ QString privateFolder() {
 /// One peer's message, until it is whole, broken or late.
 class Visitor final : public QObject {
 public:
-    using Taken = std::function<void(const HandOver::Reading&)>;
+    using Taken = std::function<void(const StartRequest&)>;
 
     Visitor(QLocalSocket* socket, QObject* parent, Taken taken)
         : QObject(parent), m_socket(socket), m_taken(std::move(taken)) {
@@ -57,13 +57,13 @@ private:
         m_received += m_socket->readAll();
         const HandOver::Reading reading = HandOver::read(m_received);
         if (reading.progress == HandOver::Progress::incomplete) return;
-        // Whoever hears of it may run an event loop of its own, so this ends here first.
+        // Whoever hears of the request may run an event loop of its own, so this ends here first.
         m_socket->disconnect(this);
         deleteLater();
         if (reading.progress == HandOver::Progress::malformed) return;
         m_socket->write(HandOver::answer);
         m_socket->flush();
-        m_taken(reading);
+        m_taken(reading.request);
     }
 
     QLocalSocket* m_socket;
@@ -71,13 +71,13 @@ private:
     QByteArray m_received;
 };
 
-/// Whether the running program has taken the URLs.
-bool handOver(const QString& server, const QList<QUrl>& urls, const QDeadlineTimer& deadline) {
+/// Whether the running program has taken the request.
+bool handOver(const QString& server, const StartRequest& request, const QDeadlineTimer& deadline) {
     const auto remaining = [&] { return static_cast<int>(deadline.remainingTime()); };
     QLocalSocket socket;
     socket.connectToServer(server);
     if (!socket.waitForConnected(remaining())) return false;
-    socket.write(HandOver::message(urls));
+    socket.write(HandOver::message(request));
     const QByteArray expected(HandOver::answer);
     while (socket.bytesAvailable() < expected.size()) {
         if (!socket.waitForReadyRead(remaining())) break;
@@ -86,21 +86,6 @@ bool handOver(const QString& server, const QList<QUrl>& urls, const QDeadlineTim
 }
 
 } // namespace
-
-QList<QUrl> filesFromArguments(const QStringList& arguments, const QString& workingFolder) {
-    QList<QUrl> files;
-    for (const QString& argument : arguments) {
-        if (argument.isEmpty() || isMeantAsProgramLink(argument)) continue;
-        if (argument.startsWith(QLatin1StringView("file:"))) {
-            const QUrl url(argument);
-            if (url.isLocalFile()) files.append(url);
-            continue;
-        }
-        const QString path = QDir(workingFolder).absoluteFilePath(argument);
-        files.append(QUrl::fromLocalFile(QDir::cleanPath(path)));
-    }
-    return files;
-}
 
 MeetingPlace MeetingPlace::standard(const QString& applicationSupport) {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -126,7 +111,7 @@ QString ProgramInstance::pathOf(QStringView suffix) const {
     return m_place.folder + u'/' + m_place.key + suffix.toString();
 }
 
-ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& urls,
+ProgramInstance::Role ProgramInstance::start(const StartRequest& request,
                                              std::chrono::milliseconds patience) {
     if (m_place.folder.isEmpty()) return Role::first;
     const QDeadlineTimer deadline(patience);
@@ -137,7 +122,7 @@ ProgramInstance::Role ProgramInstance::start(const QList<QUrl>& urls,
             listen();
             return Role::first;
         }
-        if (handOver(pathOf(u".socket"), urls, deadline)) return Role::second;
+        if (handOver(pathOf(u".socket"), request, deadline)) return Role::second;
         // The other one has only just started, or is ending; the lock tells which.
         QThread::msleep(static_cast<unsigned long>(retryInterval.count()));
     } while (!deadline.hasExpired());
@@ -152,11 +137,7 @@ void ProgramInstance::listen() {
 
 void ProgramInstance::greet() {
     while (QLocalSocket* socket = m_server.nextPendingConnection()) {
-        new Visitor(socket, this, [this](const HandOver::Reading& reading) {
-            if (!reading.links.isEmpty()) Q_EMIT linksOpened(reading.links);
-            if (!reading.files.isEmpty()) Q_EMIT filesOpened(reading.files);
-            if (reading.links.isEmpty() && reading.files.isEmpty()) Q_EMIT reopened();
-        });
+        new Visitor(socket, this, [this](const StartRequest& request) { Q_EMIT asked(request); });
     }
 }
 

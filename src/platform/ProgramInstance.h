@@ -2,21 +2,15 @@
 #pragma once
 
 #include "platform/FileLock.h"
+#include "platform/StartRequest.h"
 
-#include <QList>
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
-#include <QStringList>
-#include <QUrl>
 
 #include <chrono>
 
 namespace quillabrae::platform {
-
-/// The files that program arguments name: paths, relative ones against `workingFolder`, and file
-/// URLs. Program links are none.
-QList<QUrl> filesFromArguments(const QStringList& arguments, const QString& workingFolder);
 
 /// Where the programs of one user, home and session meet.
 struct MeetingPlace {
@@ -31,36 +25,31 @@ struct MeetingPlace {
     static MeetingPlace standard(const QString& applicationSupport);
 };
 
-/// Lets one program run at a time: a second start hands its files and program links to the first
-/// and ends.
+/// Lets one program run at a time: a second start hands what it was asked to the first and ends.
 class ProgramInstance final : public QObject {
     Q_OBJECT
 
 public:
     enum class Role {
-        /// This is the running program; it hears of later starts through the signals.
+        /// This is the running program; it hears of later starts through the signal.
         first,
-        /// Another program runs and has taken the URLs.
+        /// Another program runs and has taken the request.
         second,
-        /// Another program runs but did not take them in time.
+        /// Another program runs but did not take the request in time.
         unanswered
     };
 
     explicit ProgramInstance(MeetingPlace place, QObject* parent = nullptr);
     ~ProgramInstance() override;
 
-    /// Becomes the running program or hands it `urls`: files and program links. Waits no longer
-    /// than `patience`, and only for a program that runs and is busy.
-    Role start(const QList<QUrl>& urls,
+    /// Becomes the running program or hands `request` to it. Waits no longer than `patience`, and
+    /// only for a program that runs and is busy.
+    Role start(const StartRequest& request,
                std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 Q_SIGNALS:
-    /// A later start named these files, at least one, each an absolute file URL.
-    void filesOpened(const QList<QUrl>& files);
-    /// A later start brought these links, at least one.
-    void linksOpened(const QList<QUrl>& links);
-    /// A later start named neither.
-    void reopened();
+    /// A later start asked for this, which may be no more than that the program shows itself.
+    void asked(const quillabrae::platform::StartRequest& request);
 
 private:
     QString pathOf(QStringView suffix) const;

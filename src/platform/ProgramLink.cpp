@@ -12,13 +12,4 @@ bool isProgramLink(const QUrl& url) {
            url.toEncoded().size() <= maximumProgramLink;
 }
 
-QList<QUrl> linksFromArguments(const QStringList& arguments) {
-    QList<QUrl> links;
-    for (const QString& argument : arguments) {
-        if (!isMeantAsProgramLink(argument) || argument.size() > maximumProgramLink) continue;
-        if (const QUrl link(argument, QUrl::StrictMode); isProgramLink(link)) links.append(link);
-    }
-    return links;
-}
-
 } // namespace quillabrae::platform

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QList>
 #include <QString>
-#include <QStringList>
 #include <QUrl>
 
 /// The program's own links, as in "quillabrae://auth/callback": the desktop starts the program with
@@ -19,8 +17,5 @@ constexpr qsizetype maximumProgramLink = 8192;
 bool isMeantAsProgramLink(QStringView argument);
 
 bool isProgramLink(const QUrl& url);
-
-/// The links among program arguments.
-QList<QUrl> linksFromArguments(const QStringList& arguments);
 
 } // namespace quillabrae::platform

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/XdgRecentDocuments.h"
 
+#include "platform/ApplicationIdentity.h"
 #include "platform/HelperProcess.h"
 #include "platform/RecentlyUsedList.h"
 
@@ -90,8 +91,8 @@ XdgRecentDocuments::Missing XdgRecentDocuments::standardMissing() {
 }
 
 void XdgRecentDocuments::add(const QUrl& project) {
-    const RecentlyUsedList::Use use{project, QStringLiteral("application/x-quillabrae-project"),
-                                    programName, QStringLiteral("quillabrae %u"),
+    const RecentlyUsedList::Use use{project, projectType, programName,
+                                    QStringLiteral("quillabrae %u"),
                                     QDateTime::currentDateTimeUtc()};
     change([use](const QByteArray& list) { return RecentlyUsedList::withUse(list, use); });
 }

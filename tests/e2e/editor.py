@@ -48,14 +48,36 @@ def store_settings(desk, **settings):
     store_records(desk, settings=settings)
 
 
+class OthersProcess:
+    """A process that somebody else on the desk has started; as much of Popen as is used here."""
+
+    def __init__(self, pid):
+        self.pid = pid
+        self.folder = Path(f"/proc/{pid}")
+
+    def poll(self):
+        return None if self.folder.exists() else 0
+
+    def send_signal(self, number):
+        os.kill(self.pid, number)
+
+    def wait(self, seconds=20.0):
+        until(lambda: self.poll() is not None, f"the process {self.pid} to end", seconds)
+
+
 class Editor:
     """One running process of the program."""
 
-    def __init__(self, desk, *files, program=PROGRAM, **options):
+    def __init__(self, desk, *files, program=PROGRAM, process=None, **options):
         self.desk = desk
-        self.process = desk.spawn(program, *files, **options)
+        self.process = process or desk.spawn(program, *files, **options)
         self._position = None
         self._tree = Tree(desk.environment["DBUS_SESSION_BUS_ADDRESS"])
+
+    @classmethod
+    def running(cls, desk, pid):
+        """The one of that process number, started by somebody else."""
+        return cls(desk, process=OthersProcess(pid))
 
     @property
     def recovery_file(self):

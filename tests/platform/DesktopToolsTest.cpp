@@ -54,8 +54,9 @@ TEST_F(DesktopTools, AFoldersIconIsSetByItsPathAndThePicturesUri) {
 TEST_F(DesktopTools, TheProjectTypeIsClaimedForTheInstalledProgram) {
     provide(QStringLiteral("xdg-mime"));
     XdgDesktopRegistration().claimProjectType();
-    EXPECT_EQ(argumentsOf(QStringLiteral("xdg-mime")),
-              QByteArray("default\nquillabrae.desktop\napplication/x-quillabrae-project\n"));
+    EXPECT_EQ(
+        argumentsOf(QStringLiteral("xdg-mime")),
+        QByteArray("default\ncom.orvik.Quillabrae.desktop\napplication/x-quillabrae-project\n"));
 }
 
 TEST_F(DesktopTools, WithoutTheProgramsNothingHappens) {

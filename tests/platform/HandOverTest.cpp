@@ -6,21 +6,21 @@
 namespace quillabrae::platform::HandOver {
 namespace {
 
-const QList<QUrl> twoFiles{
+const StartRequest twoFiles{{
     QUrl::fromLocalFile(QStringLiteral("/home/me/line\nbreak & 100%.png")),
     QUrl::fromLocalFile(QStringLiteral("/tmp/é ö.quillabrae")),
-};
+}};
 
 TEST(HandOver, FilesOfEveryNameArriveAsTheyWere) {
     const Reading reading = read(message(twoFiles));
     EXPECT_EQ(reading.progress, Progress::complete);
-    EXPECT_EQ(reading.files, twoFiles);
+    EXPECT_EQ(reading.request, twoFiles);
 }
 
 TEST(HandOver, AMessageWithoutFilesIsComplete) {
     const Reading reading = read(message({}));
     EXPECT_EQ(reading.progress, Progress::complete);
-    EXPECT_TRUE(reading.files.isEmpty());
+    EXPECT_EQ(reading.request, StartRequest());
 }
 
 TEST(HandOver, EveryBeginningOfAMessageIsIncomplete) {
@@ -40,10 +40,19 @@ TEST(HandOver, ALengthBeyondTheLimitIsMalformedBeforeThePayloadArrives) {
     EXPECT_EQ(read(header).progress, Progress::malformed);
 }
 
-TEST(HandOver, WhatIsNoAbsoluteFileIsPassedOver) {
-    QByteArray hostile = message({QUrl(QStringLiteral("https://example.org/a.png")), twoFiles[1],
-                                  QUrl(QStringLiteral("file:relative.png")), QUrl()});
-    EXPECT_EQ(read(hostile).files, QList<QUrl>{twoFiles[1]});
+TEST(HandOver, LinksActionAndTokenArriveToo) {
+    StartRequest request = twoFiles;
+    request.links = {QUrl(QStringLiteral("quillabrae://auth/callback?code=a%20b&state=c"))};
+    request.action = QStringLiteral("new-project");
+    request.activationToken = "editor_TIME123";
+    EXPECT_EQ(read(message(request)).request, request);
+}
+
+TEST(HandOver, WhatIsOfNoKnownKindIsPassedOver) {
+    StartRequest hostile{{QUrl(QStringLiteral("https://example.org/a.png")), twoFiles.files[1],
+                          QUrl(QStringLiteral("file:relative.png")), QUrl()}};
+    hostile.activationToken = "two words";
+    EXPECT_EQ(read(message(hostile)).request, StartRequest{{twoFiles.files[1]}});
 }
 
 } // namespace

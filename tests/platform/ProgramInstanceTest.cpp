@@ -24,8 +24,8 @@ namespace {
 using namespace std::chrono_literals;
 using Role = ProgramInstance::Role;
 
-const QList<QUrl> noFiles;
-const QList<QUrl> oneFile{QUrl::fromLocalFile(QStringLiteral("/home/me/photo.jpg"))};
+const StartRequest nothing;
+const StartRequest oneFile{{QUrl::fromLocalFile(QStringLiteral("/home/me/photo.jpg"))}};
 
 class Meeting : public ::testing::Test {
 protected:
@@ -35,9 +35,9 @@ protected:
     QString socketPath() const { return folder.filePath(QStringLiteral("key.socket")); }
 
     /// Starts another one on a thread of its own while this thread serves the first.
-    Role startAnother(const QList<QUrl>& files, std::chrono::milliseconds patience = 5s) const {
-        auto role = std::async(std::launch::async, [this, files, patience] {
-            return ProgramInstance(place()).start(files, patience);
+    Role startAnother(const StartRequest& request, std::chrono::milliseconds patience = 5s) const {
+        auto role = std::async(std::launch::async, [this, request, patience] {
+            return ProgramInstance(place()).start(request, patience);
         });
         EXPECT_TRUE(QTest::qWaitFor([&] { return role.wait_for(0s) == std::future_status::ready; },
                                     20'000));
@@ -49,64 +49,60 @@ protected:
 
 TEST_F(Meeting, TheFirstStartRunsAndTheSecondHandsItsFilesOver) {
     ProgramInstance first(place());
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
     EXPECT_EQ(first.start(oneFile), Role::first);
     EXPECT_EQ(startAnother(oneFile), Role::second);
-    ASSERT_EQ(opened.count(), 1);
-    EXPECT_EQ(opened[0][0].value<QList<QUrl>>(), oneFile);
+    ASSERT_EQ(asked.count(), 1);
+    EXPECT_EQ(asked[0][0].value<StartRequest>(), oneFile);
 }
 
-TEST_F(Meeting, AStartWithoutFilesReopens) {
+TEST_F(Meeting, AStartWithoutFilesAsksForNoMoreThanTheProgram) {
     ProgramInstance first(place());
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
-    QSignalSpy reopened(&first, &ProgramInstance::reopened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
-    EXPECT_EQ(startAnother(noFiles), Role::second);
-    EXPECT_EQ(reopened.count(), 1);
-    EXPECT_EQ(opened.count(), 0);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
+    EXPECT_EQ(startAnother(nothing), Role::second);
+    ASSERT_EQ(asked.count(), 1);
+    EXPECT_EQ(asked[0][0].value<StartRequest>(), nothing);
 }
 
-TEST_F(Meeting, ALinkOpensNoFileAndNoWindow) {
+TEST_F(Meeting, LinksArriveApartFromFiles) {
     const QUrl link(QStringLiteral("quillabrae://auth/callback?code=c&state=s"));
     ProgramInstance first(place());
-    QSignalSpy followed(&first, &ProgramInstance::linksOpened);
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
-    QSignalSpy reopened(&first, &ProgramInstance::reopened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
-    EXPECT_EQ(startAnother({link}), Role::second);
-    ASSERT_EQ(followed.count(), 1);
-    EXPECT_EQ(followed[0][0].value<QList<QUrl>>(), QList<QUrl>{link});
-    EXPECT_EQ(opened.count() + reopened.count(), 0);
-    EXPECT_EQ(startAnother(oneFile + QList<QUrl>{link}), Role::second);
-    EXPECT_EQ(followed.count(), 2);
-    EXPECT_EQ(opened.count(), 1);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
+    for (const StartRequest& request :
+         {StartRequest{{}, {link}}, StartRequest{oneFile.files, {link}}}) {
+        EXPECT_EQ(startAnother(request), Role::second);
+        EXPECT_EQ(asked.takeFirst()[0].value<StartRequest>(), request);
+    }
 }
 
 TEST_F(Meeting, ThousandsOfFilesArriveInOneMessage) {
-    QList<QUrl> files;
+    StartRequest request;
     for (int i = 0; i < 20'000; ++i)
-        files.append(QUrl::fromLocalFile(QStringLiteral("/home/me/pictures/photo %1.jpg").arg(i)));
+        request.files.append(
+            QUrl::fromLocalFile(QStringLiteral("/home/me/pictures/photo %1.jpg").arg(i)));
     ProgramInstance first(place());
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
-    EXPECT_EQ(startAnother(files), Role::second);
-    ASSERT_EQ(opened.count(), 1);
-    EXPECT_EQ(opened[0][0].value<QList<QUrl>>(), files);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
+    EXPECT_EQ(startAnother(request), Role::second);
+    ASSERT_EQ(asked.count(), 1);
+    EXPECT_EQ(asked[0][0].value<StartRequest>(), request);
 }
 
 TEST_F(Meeting, ProgramsOfDifferentKeysDoNotMeet) {
     ProgramInstance first(place());
     ProgramInstance other(place(QStringLiteral("other")));
-    EXPECT_EQ(first.start(noFiles), Role::first);
-    EXPECT_EQ(other.start(noFiles), Role::first);
+    EXPECT_EQ(first.start(nothing), Role::first);
+    EXPECT_EQ(other.start(nothing), Role::first);
 }
 
 TEST_F(Meeting, AfterTheFirstEndsTheNextRuns) {
     {
         ProgramInstance first(place());
-        EXPECT_EQ(first.start(noFiles), Role::first);
+        EXPECT_EQ(first.start(nothing), Role::first);
     }
-    EXPECT_EQ(ProgramInstance(place()).start(noFiles), Role::first);
+    EXPECT_EQ(ProgramInstance(place()).start(nothing), Role::first);
 }
 
 TEST_F(Meeting, ASocketThatNobodyServesIsReplaced) {
@@ -114,10 +110,10 @@ TEST_F(Meeting, ASocketThatNobodyServesIsReplaced) {
     ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
     stale.close();
     ProgramInstance first(place());
-    QSignalSpy reopened(&first, &ProgramInstance::reopened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
-    EXPECT_EQ(startAnother(noFiles), Role::second);
-    EXPECT_EQ(reopened.count(), 1);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
+    EXPECT_EQ(startAnother(nothing), Role::second);
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(Meeting, AKilledProgramLeavesNothingInTheWay) {
@@ -126,7 +122,7 @@ TEST_F(Meeting, AKilledProgramLeavesNothingInTheWay) {
     const pid_t child = ::fork();
     if (child == 0) {
         ProgramInstance first(place());
-        const char role = first.start(noFiles) == Role::first ? '1' : '2';
+        const char role = first.start(nothing) == Role::first ? '1' : '2';
         if (::write(ready[1], &role, 1) == 1) ::pause();
         ::_exit(1);
     }
@@ -136,14 +132,14 @@ TEST_F(Meeting, AKilledProgramLeavesNothingInTheWay) {
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
     EXPECT_TRUE(QFile::exists(socketPath()));
-    EXPECT_EQ(ProgramInstance(place()).start(noFiles), Role::first);
+    EXPECT_EQ(ProgramInstance(place()).start(nothing), Role::first);
     ::close(ready[0]);
     ::close(ready[1]);
 }
 
 TEST_F(Meeting, AProgramThatDiesBeforeItAnswersIsReplacedByTheNext) {
     auto first = std::make_unique<ProgramInstance>(place());
-    EXPECT_EQ(first->start(noFiles), Role::first);
+    EXPECT_EQ(first->start(nothing), Role::first);
     auto role = std::async(std::launch::async, [this] {
         ProgramInstance next(place());
         return next.start(oneFile, 10s);
@@ -156,19 +152,18 @@ TEST_F(Meeting, AProgramThatDiesBeforeItAnswersIsReplacedByTheNext) {
 
 TEST_F(Meeting, AProgramThatHangsLeavesTheNextUnanswered) {
     ProgramInstance first(place());
-    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(first.start(nothing), Role::first);
     // Nobody serves the first one's socket while this thread is in `start`.
     EXPECT_EQ(ProgramInstance(place()).start(oneFile, 300ms), Role::unanswered);
 }
 
 TEST_F(Meeting, PeersThatTalkNonsenseDoNotDisturb) {
     ProgramInstance first(place());
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
-    QSignalSpy reopened(&first, &ProgramInstance::reopened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
 
     const QByteArray whole = HandOver::message(oneFile);
-    QByteArray huge = HandOver::message({});
+    QByteArray huge = HandOver::message(nothing);
     huge.replace(huge.size() - 4, 4, QByteArray("\x7f\xff\xff\xff", 4));
     for (const QByteArray& nonsense :
          {QByteArray("GET / HTTP/1.1\r\n\r\n"), QByteArray(1'000'000, '\0'), huge, whole.first(5),
@@ -182,30 +177,30 @@ TEST_F(Meeting, PeersThatTalkNonsenseDoNotDisturb) {
         peer.abort();
     }
     QTest::qWait(50);
-    EXPECT_EQ(opened.count() + reopened.count(), 0);
+    EXPECT_EQ(asked.count(), 0);
     EXPECT_EQ(startAnother(oneFile), Role::second);
-    EXPECT_EQ(opened.count(), 1);
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(Meeting, ASilentPeerDoesNotHoldUpTheNext) {
     ProgramInstance first(place());
-    QSignalSpy opened(&first, &ProgramInstance::filesOpened);
-    EXPECT_EQ(first.start(noFiles), Role::first);
+    QSignalSpy asked(&first, &ProgramInstance::asked);
+    EXPECT_EQ(first.start(nothing), Role::first);
     QLocalSocket silent;
     silent.connectToServer(socketPath());
     ASSERT_TRUE(silent.waitForConnected(1000));
     EXPECT_EQ(startAnother(oneFile), Role::second);
-    EXPECT_EQ(opened.count(), 1);
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(Meeting, WhoHearsOfFilesMayRunALoopOfItsOwn) {
     ProgramInstance first(place());
     int heard = 0;
-    QObject::connect(&first, &ProgramInstance::filesOpened, &first, [&] {
+    QObject::connect(&first, &ProgramInstance::asked, &first, [&] {
         ++heard;
         QTest::qWait(100);
     });
-    EXPECT_EQ(first.start(noFiles), Role::first);
+    EXPECT_EQ(first.start(nothing), Role::first);
     EXPECT_EQ(startAnother(oneFile), Role::second);
     EXPECT_EQ(startAnother(oneFile), Role::second);
     EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 2; }));
@@ -229,9 +224,9 @@ TEST_F(Meeting, OfManyStartsAtOnceOneRuns) {
 }
 
 TEST_F(Meeting, WithoutAFolderEveryStartRuns) {
-    EXPECT_EQ(ProgramInstance({QString(), QStringLiteral("key")}).start(noFiles), Role::first);
+    EXPECT_EQ(ProgramInstance({QString(), QStringLiteral("key")}).start(nothing), Role::first);
     EXPECT_EQ(ProgramInstance({folder.filePath(QStringLiteral("missing")), QStringLiteral("key")})
-                  .start(noFiles),
+                  .start(nothing),
               Role::first);
 }
 
@@ -240,21 +235,6 @@ TEST(MeetingPlace, AnotherHomeIsAnotherPlace) {
     EXPECT_EQ(mine.key, MeetingPlace::standard(QStringLiteral("/home/me/data")).key);
     EXPECT_NE(mine.key, MeetingPlace::standard(QStringLiteral("/home/you/data")).key);
     EXPECT_FALSE(mine.folder.isEmpty());
-}
-
-TEST(ProgramArguments, PathsAndFileUrlsNameFiles) {
-    const QString folder = QStringLiteral("/home/me");
-    const auto only = [&](const QString& argument) {
-        return filesFromArguments({argument}, folder);
-    };
-    const auto file = [](const QString& path) { return QList<QUrl>{QUrl::fromLocalFile(path)}; };
-    EXPECT_EQ(only(QStringLiteral("a 100%.png")), file(QStringLiteral("/home/me/a 100%.png")));
-    EXPECT_EQ(only(QStringLiteral("../b#1.png")), file(QStringLiteral("/home/b#1.png")));
-    EXPECT_EQ(only(QStringLiteral("c.quillabrae/")), file(QStringLiteral("/home/me/c.quillabrae")));
-    EXPECT_EQ(only(QStringLiteral("/d.png")), file(QStringLiteral("/d.png")));
-    EXPECT_EQ(only(QStringLiteral("file:///e%20f.png")), file(QStringLiteral("/e f.png")));
-    EXPECT_EQ(only(QStringLiteral("12:30.png")), file(QStringLiteral("/home/me/12:30.png")));
-    EXPECT_TRUE(only(QString()).isEmpty());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/HandOver.h"
-#include "platform/ProgramInstance.h"
 #include "platform/ProgramLink.h"
+#include "platform/StartRequest.h"
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,19 @@ namespace {
 
 const QString callback = QStringLiteral("quillabrae://auth/callback?code=a%2Bb&state=s");
 
+StartRequest asked(const QStringList& arguments) {
+    return sortedRequest(urlsFromArguments(arguments, QStringLiteral("/home/me")));
+}
 QList<QUrl> files(const QStringList& arguments) {
-    return filesFromArguments(arguments, QStringLiteral("/home/me"));
+    return asked(arguments).files;
+}
+QList<QUrl> links(const QStringList& arguments) {
+    return asked(arguments).links;
 }
 
 TEST(ProgramLinks, ALinkAmongTheArgumentsIsNoFile) {
     const QStringList arguments{QStringLiteral("a.png"), callback, QStringLiteral("b.png")};
-    EXPECT_EQ(linksFromArguments(arguments), QList<QUrl>{QUrl(callback)});
+    EXPECT_EQ(links(arguments), QList<QUrl>{QUrl(callback)});
     EXPECT_EQ(files(arguments),
               (QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/home/me/a.png")),
                            QUrl::fromLocalFile(QStringLiteral("/home/me/b.png"))}));
@@ -27,17 +33,17 @@ TEST(ProgramLinks, WhatOnlyBeginsLikeALinkIsNeitherLinkNorFile) {
                                  "quillabrae://auth/a b", "quillabrae:x.png"}) {
         const QStringList arguments{QString::fromLatin1(argument)};
         EXPECT_TRUE(files(arguments).isEmpty()) << argument;
-        for (const QUrl& link : linksFromArguments(arguments))
+        for (const QUrl& link : links(arguments))
             EXPECT_EQ(link.scheme(), programLinkScheme) << argument;
     }
-    EXPECT_TRUE(linksFromArguments({QStringLiteral("quillabrae:/%zz")}).isEmpty());
-    EXPECT_TRUE(linksFromArguments({QStringLiteral("quillabrae://auth/a b")}).isEmpty());
+    EXPECT_TRUE(links({QStringLiteral("quillabrae:/%zz")}).isEmpty());
+    EXPECT_TRUE(links({QStringLiteral("quillabrae://auth/a b")}).isEmpty());
 }
 
 TEST(ProgramLinks, OtherAddressesAreNoLinks) {
-    EXPECT_TRUE(linksFromArguments({QStringLiteral("https://example.org"), QStringLiteral("a.png"),
-                                    QStringLiteral("file:///a"), QString(),
-                                    QStringLiteral("quillabrae"), QStringLiteral("./quillabrae:x")})
+    EXPECT_TRUE(links({QStringLiteral("https://example.org"), QStringLiteral("a.png"),
+                       QStringLiteral("file:///a"), QString(), QStringLiteral("quillabrae"),
+                       QStringLiteral("./quillabrae:x")})
                     .isEmpty());
     EXPECT_EQ(files({QStringLiteral("./quillabrae:x")}),
               QList<QUrl>{QUrl::fromLocalFile(QStringLiteral("/home/me/quillabrae:x"))});
@@ -46,18 +52,19 @@ TEST(ProgramLinks, OtherAddressesAreNoLinks) {
 TEST(ProgramLinks, ALinkOfAnyLengthIsNotTaken) {
     const QString start = QStringLiteral("quillabrae://auth/callback?code=");
     const QString longest = start + QString(maximumProgramLink - start.size(), u'c');
-    EXPECT_EQ(linksFromArguments({longest}).size(), 1);
-    EXPECT_TRUE(linksFromArguments({longest + u'c'}).isEmpty());
-    EXPECT_TRUE(HandOver::read(HandOver::message({QUrl(longest + u'c')})).links.isEmpty());
+    EXPECT_EQ(links({longest}).size(), 1);
+    EXPECT_TRUE(links({longest + u'c'}).isEmpty());
+    EXPECT_TRUE(
+        HandOver::read(HandOver::message({{}, {QUrl(longest + u'c')}})).request.links.isEmpty());
 }
 
 TEST(ProgramLinks, AreHandedOverBesideFiles) {
     const QUrl file = QUrl::fromLocalFile(QStringLiteral("/tmp/a.png"));
-    const HandOver::Reading reading = HandOver::read(HandOver::message({QUrl(callback), file}));
+    const HandOver::Reading reading = HandOver::read(HandOver::message({{file}, {QUrl(callback)}}));
     EXPECT_EQ(reading.progress, HandOver::Progress::complete);
-    EXPECT_EQ(reading.links, QList<QUrl>{QUrl(callback)});
-    EXPECT_EQ(reading.links.front().toEncoded(), callback.toLatin1());
-    EXPECT_EQ(reading.files, QList<QUrl>{file});
+    EXPECT_EQ(reading.request.links, QList<QUrl>{QUrl(callback)});
+    EXPECT_EQ(reading.request.links.front().toEncoded(), callback.toLatin1());
+    EXPECT_EQ(reading.request.files, QList<QUrl>{file});
 }
 
 } // namespace

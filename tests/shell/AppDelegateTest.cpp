@@ -17,7 +17,8 @@ protected:
         delegate = std::make_unique<AppDelegate>(
             *store, *coordinator,
             AppDelegate::Hooks{.afterFirstFrame = [this] { ++lateLaunches; },
-                               .quit = [this] { ++quits; }});
+                               .quit = [this] { ++quits; },
+                               .followLink = [this](const QUrl& link) { links.append(link); }});
     }
     void restart() {
         delegate.reset();
@@ -29,8 +30,11 @@ protected:
         runDeferred();
     }
 
+    static platform::StartRequest files(const QUrl& file) { return {{file}}; }
+
     int lateLaunches = 0;
     int quits = 0;
+    QList<QUrl> links;
     std::unique_ptr<AppDelegate> delegate;
 };
 
@@ -57,7 +61,7 @@ TEST_F(AppDelegateTest, LeavesWhatTheFirstFrameDoesNotNeedForAfterIt) {
 }
 
 TEST_F(AppDelegateTest, ShowsTheEditorAtOnceForFilesAndOpensThemAfterItsFirstFrame) {
-    delegate->finishLaunching({writePicture(QStringLiteral("red.png"))});
+    delegate->finishLaunching(files(writePicture(QStringLiteral("red.png"))));
     EXPECT_EQ(windows.made, std::vector{WindowRole::editor});
     EXPECT_TRUE(store->openProjects().empty());
     waitForFirstFrame();
@@ -66,7 +70,7 @@ TEST_F(AppDelegateTest, ShowsTheEditorAtOnceForFilesAndOpensThemAfterItsFirstFra
 }
 
 TEST_F(AppDelegateTest, FallsBackToTheWelcomeWindowWhenNoFileOpens) {
-    delegate->finishLaunching({writeBrokenPicture(QStringLiteral("broken.png"))});
+    delegate->finishLaunching(files(writeBrokenPicture(QStringLiteral("broken.png"))));
     waitForFirstFrame();
     EXPECT_EQ(editor(), nullptr);
     EXPECT_NE(welcome(), nullptr);
@@ -75,16 +79,57 @@ TEST_F(AppDelegateTest, FallsBackToTheWelcomeWindowWhenNoFileOpens) {
 
 TEST_F(AppDelegateTest, OpensALaterStartsFilesAsTabs) {
     delegate->finishLaunching({});
-    delegate->openFiles({writePicture(QStringLiteral("red.png"))});
-    delegate->openFiles({writePicture(QStringLiteral("blue.png"), Qt::blue)});
+    delegate->answer(files(writePicture(QStringLiteral("red.png"))));
+    delegate->answer(files(writePicture(QStringLiteral("blue.png"), Qt::blue)));
     EXPECT_EQ(store->openProjects().size(), 2U);
     EXPECT_EQ(windows.countOf(WindowRole::editor), 1);
     EXPECT_EQ(welcome(), nullptr);
 }
 
 TEST_F(AppDelegateTest, ComesBackWhenALaterStartsFilesFailAndNothingIsVisible) {
-    delegate->openFiles({writeBrokenPicture(QStringLiteral("broken.png"))});
+    delegate->answer(files(writeBrokenPicture(QStringLiteral("broken.png"))));
     EXPECT_NE(welcome(), nullptr);
+}
+
+TEST_F(AppDelegateTest, FollowsLinksAtTheStartAndLater) {
+    const QUrl early(QStringLiteral("quillabrae://auth/callback?code=1"));
+    const QUrl late(QStringLiteral("quillabrae://auth/callback?code=2"));
+    delegate->finishLaunching({.links = {early}});
+    waitForFirstFrame();
+    EXPECT_EQ(links, QList<QUrl>{early});
+    const std::size_t made = windows.made.size();
+    delegate->answer({.links = {late}});
+    EXPECT_EQ(links, (QList<QUrl>{early, late}));
+    EXPECT_EQ(windows.made.size(), made) << "a link by itself opens no window";
+}
+
+TEST_F(AppDelegateTest, RunsTheActionsOfTheDesktopFileAndNoOthers) {
+    delegate->finishLaunching({});
+    waitForFirstFrame();
+    delegate->answer({.action = QStringLiteral("quit")});
+    runDeferred();
+    EXPECT_TRUE(panels.shown.isEmpty());
+    delegate->answer({.action = QStringLiteral("open-file")});
+    runDeferred();
+    EXPECT_EQ(panels.shown, QStringList(QStringLiteral("open")));
+}
+
+TEST_F(AppDelegateTest, RunsAnActionThatItWasStartedFor) {
+    delegate->finishLaunching({.action = QStringLiteral("open-file")});
+    waitForFirstFrame();
+    runDeferred();
+    EXPECT_EQ(panels.shown, QStringList(QStringLiteral("open")));
+}
+
+TEST_F(AppDelegateTest, RunsNoActionWhileADialogWaitsForItsAnswer) {
+    delegate->finishLaunching({});
+    waitForFirstFrame();
+    QWidget dialog;
+    dialog.setWindowModality(Qt::ApplicationModal);
+    dialog.show();
+    delegate->answer({.action = QStringLiteral("open-file")});
+    runDeferred();
+    EXPECT_TRUE(panels.shown.isEmpty());
 }
 
 TEST_F(AppDelegateTest, LeavesNoRecoveryFileAfterACleanEnd) {

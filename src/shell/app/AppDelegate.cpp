@@ -5,14 +5,33 @@
 #include "shell/app/WindowCoordinator.h"
 #include "store/ProjectStore.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QScopedValueRollback>
 #include <QSessionManager>
 #include <QWidget>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quillabrae::shell {
+namespace {
+
+using platform::StartRequest;
+
+/// What the desktop file offers beside starting the program.
+struct Action {
+    QLatin1StringView name;
+    void (WindowCoordinator::*run)();
+};
+
+constexpr std::array actions{
+    Action{QLatin1StringView("new-project"), &WindowCoordinator::createNewProject},
+    Action{QLatin1StringView("open-file"), &WindowCoordinator::openProjectFromPanel},
+};
+
+} // namespace
 
 AppDelegate::AppDelegate(store::ProjectStore& store, WindowCoordinator& windows, Hooks hooks,
                          QObject* parent)
@@ -20,16 +39,18 @@ AppDelegate::AppDelegate(store::ProjectStore& store, WindowCoordinator& windows,
     connect(&m_windows, &WindowCoordinator::quitRequested, this, &AppDelegate::terminate);
 }
 
-void AppDelegate::finishLaunching(const QList<QUrl>& files) {
-    const bool startsInEditor = m_store.hasActiveProject() || !files.isEmpty();
+void AppDelegate::finishLaunching(const StartRequest& request) {
+    const bool startsInEditor = m_store.hasActiveProject() || !request.files.isEmpty();
     if (startsInEditor)
         m_windows.showEditorWindow(m_store.activeProjectID());
     else
         m_windows.showWelcome();
     QWidget* first = m_windows.window(startsInEditor ? WindowRole::editor : WindowRole::welcome);
-    new FirstFrame(first, [this, files] {
-        openFirstFiles(files);
+    new FirstFrame(first, [this, request] {
+        openFirstFiles(request.files);
         m_hooks.afterFirstFrame();
+        followLinks(request.links);
+        runAction(request.action);
     });
 }
 
@@ -39,10 +60,25 @@ void AppDelegate::openFirstFiles(const QList<QUrl>& files) {
     m_windows.closeEmptyEditor();
 }
 
-void AppDelegate::openFiles(const QList<QUrl>& files) {
-    m_windows.openFiles(files);
-    // The files may all have failed; the program still comes to the user, who reads why.
-    m_windows.reopen();
+void AppDelegate::answer(const StartRequest& request) {
+    const platform::ActivationLeave leave(request.activationToken);
+    if (!request.files.isEmpty()) m_windows.openFiles(request.files);
+    // The files may all have failed; the program still comes to the user, who reads why. Whoever
+    // follows a link shows what is to be seen of it.
+    if (request.links.isEmpty()) m_windows.reopen();
+    followLinks(request.links);
+    runAction(request.action);
+}
+
+void AppDelegate::followLinks(const QList<QUrl>& links) {
+    if (!m_hooks.followLink) return;
+    for (const QUrl& link : links) m_hooks.followLink(link);
+}
+
+void AppDelegate::runAction(const QString& name) {
+    const auto* action = std::ranges::find(actions, name, &Action::name);
+    if (action == actions.end() || QApplication::activeModalWidget() != nullptr) return;
+    (m_windows.*action->run)();
 }
 
 bool AppDelegate::mayTerminate() {

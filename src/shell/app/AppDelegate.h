@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/PaintProject.h"
+#include "platform/StartRequest.h"
 
 #include <QList>
 #include <QObject>
@@ -31,16 +32,18 @@ public:
         std::function<void()> afterFirstFrame;
         /// Ends the event loop.
         std::function<void()> quit;
+        /// Follows a link to the program; may be absent.
+        std::function<void(const QUrl&)> followLink{};
     };
 
     AppDelegate(store::ProjectStore& store, WindowCoordinator& windows, Hooks hooks,
                 QObject* parent = nullptr);
 
     /// Shows the first window: the editor for recovered work or for files to open, else the welcome
-    /// window. Files are opened once that window has painted.
-    void finishLaunching(const QList<QUrl>& files);
-    /// Opens files that the program was asked for while it runs.
-    void openFiles(const QList<QUrl>& files);
+    /// window. What else was asked for is done once that window has painted.
+    void finishLaunching(const platform::StartRequest& request);
+    /// Does what the program is asked for while it runs, and brings it to the user.
+    void answer(const platform::StartRequest& request);
     /// Asks about unsaved changes; when nothing stands against it, ends the session and the
     /// program.
     void terminate();
@@ -54,6 +57,9 @@ protected:
 
 private:
     void openFirstFiles(const QList<QUrl>& files);
+    void followLinks(const QList<QUrl>& links);
+    /// Runs an action of the desktop file; not while a dialog waits for its answer.
+    void runAction(const QString& name);
     /// Whether the program may end; asks at most one set of questions at a time.
     bool mayTerminate();
     /// Whether the log-out's questions were answered and the projects are still as they were then.

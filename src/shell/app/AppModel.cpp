@@ -5,6 +5,7 @@
 #include "effects/OpenAIKeychainService.h"
 #include "effects/PluginLibraryService.h"
 #include "persistence/SVGImportService.h"
+#include "platform/ApplicationService.h"
 #include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
 #include "platform/DesktopRegistration.h"
@@ -59,6 +60,7 @@ struct AppModel::Graph {
                             registration.claimProjectType();
                             colorScheme.followSystem();
                             motion.followSystem();
+                            if (service != nullptr) service->start();
                         },
                     .quit = [] { QCoreApplication::exit(); }}) {
         application.installEventFilter(&delegate);
@@ -96,6 +98,7 @@ struct AppModel::Graph {
     DesktopDialogs dialogs;
     DesktopWindows factory;
     WindowCoordinator windows;
+    platform::ApplicationService* service = nullptr;
     AppDelegate delegate;
 };
 
@@ -109,13 +112,14 @@ AppModel::AppModel(QApplication& application, const platform::AppPaths& paths,
 
 AppModel::~AppModel() = default;
 
-void AppModel::launch(platform::ProgramInstance& instance, const QList<QUrl>& files) {
-    using platform::ProgramInstance;
-    QObject::connect(&instance, &ProgramInstance::filesOpened, &m_graph->delegate,
-                     &AppDelegate::openFiles);
-    QObject::connect(&instance, &ProgramInstance::reopened, &m_graph->windows,
-                     &WindowCoordinator::reopen);
-    m_graph->delegate.finishLaunching(files);
+void AppModel::launch(platform::ProgramInstance& instance, platform::ApplicationService& service,
+                      const platform::StartRequest& request) {
+    QObject::connect(&instance, &platform::ProgramInstance::asked, &m_graph->delegate,
+                     &AppDelegate::answer);
+    QObject::connect(&service, &platform::ApplicationService::asked, &m_graph->delegate,
+                     &AppDelegate::answer);
+    m_graph->service = &service;
+    m_graph->delegate.finishLaunching(request);
 }
 
 } // namespace quillabrae::shell

@@ -3,16 +3,15 @@
 
 #include "platform/AppPaths.h"
 
-#include <QList>
-#include <QUrl>
-
 #include <memory>
 
 class QApplication;
 
 namespace quillabrae::platform {
+class ApplicationService;
 class ProgramInstance;
-}
+struct StartRequest;
+} // namespace quillabrae::platform
 
 namespace quillabrae::shell {
 
@@ -28,9 +27,10 @@ public:
     AppModel(const AppModel&) = delete;
     AppModel& operator=(const AppModel&) = delete;
 
-    /// Shows the first window and opens `files`; later starts of the program reach it through
-    /// `instance`.
-    void launch(platform::ProgramInstance& instance, const QList<QUrl>& files);
+    /// Shows the first window and does what is asked; later starts of the program reach it through
+    /// `instance` and `service`.
+    void launch(platform::ProgramInstance& instance, platform::ApplicationService& service,
+                const platform::StartRequest& request);
 
 private:
     struct Graph;

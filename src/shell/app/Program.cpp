@@ -2,8 +2,10 @@
 #include "shell/app/Program.h"
 
 #include "platform/AppPaths.h"
+#include "platform/ApplicationIdentity.h"
+#include "platform/ApplicationService.h"
 #include "platform/ProgramInstance.h"
-#include "platform/ProgramLink.h"
+#include "platform/StartRequest.h"
 #include "shell/app/AppModel.h"
 #include "shell/app/Deployment.h"
 
@@ -12,23 +14,44 @@
 
 namespace quillabrae::shell {
 
+using platform::ApplicationService;
 using platform::AppPaths;
 using platform::MeetingPlace;
 using platform::ProgramInstance;
+using platform::StartRequest;
 
-int runProgram(QApplication& application, const Deployment& deployment) {
+namespace {
+
+/// How long a start by the bus goes without a window for the call that it was started for. The call
+/// waits on the bus already; without one somebody only passed the bus's environment on.
+constexpr std::chrono::milliseconds callPatience{400};
+
+/// What this start was asked for, by its arguments or by the call that the bus started it for.
+StartRequest requestOfThisStart(ApplicationService& service, const QByteArray& activationToken) {
+    StartRequest request = platform::sortedRequest(
+        platform::urlsFromArguments(QCoreApplication::arguments().mid(1), QDir::currentPath()));
+    request.activationToken = activationToken;
+    const bool isForBus = ApplicationService::takeStartedByBus();
+    if (!isForBus || request.asksForMore()) return request;
+    return service.waitForCall(callPatience).value_or(request);
+}
+
+} // namespace
+
+int runProgram(QApplication& application, const Deployment& deployment,
+               const QByteArray& activationToken) {
     // A stroke goes through every place that the pointer was seen at, however long painting takes.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     QCoreApplication::setAttribute(Qt::AA_CompressTabletEvents, false);
     QCoreApplication::setApplicationName(QStringLiteral("Quillabrae"));
     QCoreApplication::setApplicationVersion(deployment.version);
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillabrae"));
+    QGuiApplication::setDesktopFileName(platform::applicationId);
 
     const AppPaths paths = AppPaths::standard();
-    const QList<QUrl> files =
-        platform::filesFromArguments(QCoreApplication::arguments().mid(1), QDir::currentPath());
+    ApplicationService service;
+    const StartRequest request = requestOfThisStart(service, activationToken);
     ProgramInstance instance(MeetingPlace::standard(paths.applicationSupport));
-    switch (instance.start(files)) {
+    switch (instance.start(request)) {
         case ProgramInstance::Role::first:
             break;
         case ProgramInstance::Role::second:
@@ -39,7 +62,7 @@ int runProgram(QApplication& application, const Deployment& deployment) {
     }
 
     AppModel model(application, paths, deployment);
-    model.launch(instance, files);
+    model.launch(instance, service, request);
     return QCoreApplication::exec();
 }
 

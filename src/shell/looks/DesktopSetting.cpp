@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/looks/DesktopSetting.h"
 
+#include "platform/SessionBus.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QFileInfo>
 
 #include <utility>
 
@@ -15,13 +16,6 @@ namespace {
 const auto service = QStringLiteral("org.freedesktop.portal.Desktop");
 const auto path = QStringLiteral("/org/freedesktop/portal/desktop");
 const auto interface = QStringLiteral("org.freedesktop.portal.Settings");
-
-/// Looking for a bus where there is none would start one.
-bool hasSessionBus() {
-    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return true;
-    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/bus"));
-}
 
 /// The value inside the one or two variants that services wrap it in.
 QVariant unwrapped(QVariant value) {
@@ -35,7 +29,7 @@ DesktopSetting::DesktopSetting(QString nameSpace, QString key)
     : m_nameSpace(std::move(nameSpace)), m_key(std::move(key)) {}
 
 void DesktopSetting::follow() {
-    if (!hasSessionBus()) return;
+    if (!platform::hasSessionBus()) return;
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));

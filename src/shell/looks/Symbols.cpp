@@ -122,7 +122,7 @@ constexpr std::array rows{
     Row{"arrow.up.to.line"sv, "align-vertical-top"sv},
     Row{"arrow.up.and.down"sv, "align-vertical-center"sv},
     Row{"arrow.down.to.line"sv, "align-vertical-bottom"sv},
-    Row{"quillabrae.project"sv, "./quillabrae"sv},
+    Row{"quillabrae.project"sv, "./com.orvik.Quillabrae"sv},
 };
 
 constexpr auto lightTheme = "breeze";
