@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/OpenAIKeychainService.h"
 
+#include <utility>
+
 namespace quillabrae::effects {
+
+using platform::SecretCall;
+using platform::SecretOrder;
+
 namespace {
 
 platform::SecretName keyName() {
@@ -25,6 +31,19 @@ void OpenAIKeychainService::saveAPIKey(const QString& key) {
 
 void OpenAIKeychainService::removeAPIKey() {
     m_secrets.remove(keyName());
+}
+
+std::unique_ptr<SecretCall> OpenAIKeychainService::beginLoading(Completion completion) const {
+    return m_secrets.begin({SecretOrder::Kind::load, keyName(), {}}, std::move(completion));
+}
+
+std::unique_ptr<SecretCall> OpenAIKeychainService::beginSaving(const QString& key,
+                                                               Completion completion) {
+    return m_secrets.begin({SecretOrder::Kind::save, keyName(), key}, std::move(completion));
+}
+
+std::unique_ptr<SecretCall> OpenAIKeychainService::beginRemoving(Completion completion) {
+    return m_secrets.begin({SecretOrder::Kind::remove, keyName(), {}}, std::move(completion));
 }
 
 } // namespace quillabrae::effects

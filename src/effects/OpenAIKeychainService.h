@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace quillabrae::effects {
@@ -21,6 +22,13 @@ public:
     void saveAPIKey(const QString& key);
     /// Throws platform::SecretStoreError; that there is no key is no error.
     void removeAPIKey();
+
+    /// The same without waiting, as platform::SecretStore begins orders. A store that does not
+    /// answer is told of here.
+    using Completion = platform::SecretStore::Completion;
+    std::unique_ptr<platform::SecretCall> beginLoading(Completion completion) const;
+    std::unique_ptr<platform::SecretCall> beginSaving(const QString& key, Completion completion);
+    std::unique_ptr<platform::SecretCall> beginRemoving(Completion completion);
 
 private:
     platform::SecretStore& m_secrets;

@@ -3,8 +3,11 @@
 
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <variant>
 
 namespace quillabrae::platform {
 
@@ -29,9 +32,27 @@ private:
     QString m_description;
 };
 
-/// Where the user's keys and tokens are kept, and nowhere else. Each call blocks until the system
-/// has answered, which includes the user who is asked to unlock the store, and throws
-/// SecretStoreError when it will not.
+/// What is asked of a secret store; the secret is for saving alone.
+struct SecretOrder {
+    enum class Kind { load, save, remove };
+
+    Kind kind = Kind::load;
+    SecretName name;
+    QString secret;
+};
+
+/// What came of an order: the secret that was to be loaded, if there is one, or why it failed.
+using SecretOutcome = std::variant<std::optional<QString>, SecretStoreError>;
+
+/// An order under way. Destroying it leaves the order to itself: it goes on, and nobody is told.
+class SecretCall {
+public:
+    virtual ~SecretCall() = default;
+};
+
+/// Where the user's keys and tokens are kept, and nowhere else. Each call that does not begin an
+/// order blocks until the system has answered, which includes the user who is asked to unlock the
+/// store, and throws SecretStoreError when it will not.
 class SecretStore {
 public:
     virtual ~SecretStore() = default;
@@ -42,6 +63,11 @@ public:
     virtual void save(const SecretName& name, const QString& secret) = 0;
     /// Does nothing where there is no such secret.
     virtual void remove(const SecretName& name) = 0;
+
+    using Completion = std::function<void(const SecretOutcome&)>;
+    /// Carries an order out without waiting. `completion` is called once, from the event loop, and
+    /// may destroy the call. Main thread only.
+    virtual std::unique_ptr<SecretCall> begin(const SecretOrder& order, Completion completion) = 0;
 };
 
 } // namespace quillabrae::platform

@@ -2,7 +2,12 @@
 #include "effects/OpenAIKeychainService.h"
 #include "platform/MemorySecretStore.h"
 
+#include <QCoreApplication>
+
 #include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
 
 namespace quillabrae::effects {
 namespace {
@@ -47,6 +52,35 @@ TEST_F(OpenAIKeychainServiceTest, AStoreThatRefusesHasNoKeyAndTellsWhySavingFail
     } catch (const platform::SecretStoreError& error) {
         EXPECT_EQ(error.description(), QStringLiteral("Locked"));
     }
+}
+
+TEST_F(OpenAIKeychainServiceTest, CarriesOutItsOrdersInTheEventLoop) {
+    using platform::SecretOutcome;
+    std::vector<SecretOutcome> outcomes;
+    const auto note = [&](const SecretOutcome& outcome) { outcomes.push_back(outcome); };
+    const auto finish = [&] {
+        EXPECT_TRUE(outcomes.empty());
+        QCoreApplication::processEvents();
+        return outcomes.empty() ? SecretOutcome() : std::exchange(outcomes, {}).front();
+    };
+    auto call = service.beginSaving(QStringLiteral("key"), note);
+    EXPECT_FALSE(service.loadAPIKey());
+    EXPECT_TRUE(std::holds_alternative<std::optional<QString>>(finish()));
+    EXPECT_EQ(service.loadAPIKey(), QStringLiteral("key"));
+    call = service.beginLoading(note);
+    EXPECT_EQ(std::get<std::optional<QString>>(finish()), QStringLiteral("key"));
+    call = service.beginRemoving(note);
+    finish();
+    EXPECT_FALSE(service.loadAPIKey());
+
+    secrets.refusal = QStringLiteral("Locked");
+    call = service.beginLoading(note);
+    EXPECT_EQ(std::get<platform::SecretStoreError>(finish()).description(),
+              QStringLiteral("Locked"));
+    call = service.beginLoading(note);
+    call.reset();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(outcomes.empty());
 }
 
 } // namespace

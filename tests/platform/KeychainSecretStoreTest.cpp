@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace quillabrae::platform {
 namespace {
 
@@ -33,7 +35,8 @@ void stop(QProcess& process) {
     process.waitForFinished();
 }
 
-class KeychainSecretStoreTest : public testing::Test {
+/// The parameter is how the store is asked: "" blocks, "begin-" does not.
+class KeychainSecretStoreTest : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
         ASSERT_TRUE(home.isValid());
@@ -92,8 +95,10 @@ protected:
     QString ask(const QStringList& arguments) const {
         QProcess process;
         process.setProcessEnvironment(environment);
+        QStringList asked = arguments;
+        asked.front().prepend(QString::fromLatin1(GetParam()));
         process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/ask-secret-store"),
-                      arguments);
+                      asked);
         EXPECT_TRUE(process.waitForFinished(20'000));
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }
@@ -114,7 +119,7 @@ protected:
     QProcess keyring;
 };
 
-TEST_F(KeychainSecretStoreTest, KeepsReplacesAndRemovesASecret) {
+TEST_P(KeychainSecretStoreTest, KeepsReplacesAndRemovesASecret) {
     startKeyring("password");
     EXPECT_EQ(load(), QStringLiteral("nothing"));
     EXPECT_EQ(save(QStringLiteral("first")), QStringLiteral("done"));
@@ -127,7 +132,7 @@ TEST_F(KeychainSecretStoreTest, KeepsReplacesAndRemovesASecret) {
     EXPECT_EQ(remove(), QStringLiteral("done"));
 }
 
-TEST_F(KeychainSecretStoreTest, SavingTwiceLeavesOneItem) {
+TEST_P(KeychainSecretStoreTest, SavingTwiceLeavesOneItem) {
     startKeyring("password");
     save(QStringLiteral("first"));
     save(QStringLiteral("second"));
@@ -142,7 +147,7 @@ TEST_F(KeychainSecretStoreTest, SavingTwiceLeavesOneItem) {
     EXPECT_TRUE(found.contains("secret = second")) << found.constData();
 }
 
-TEST_F(KeychainSecretStoreTest, ASecretOutlivesTheKeyring) {
+TEST_P(KeychainSecretStoreTest, ASecretOutlivesTheKeyring) {
     startKeyring("password");
     save(QStringLiteral("kept"));
     stop(keyring);
@@ -150,7 +155,7 @@ TEST_F(KeychainSecretStoreTest, ASecretOutlivesTheKeyring) {
     EXPECT_EQ(load(), QStringLiteral("found kept"));
 }
 
-TEST_F(KeychainSecretStoreTest, ALockedStoreThatNobodyUnlocksRefuses) {
+TEST_P(KeychainSecretStoreTest, ALockedStoreThatNobodyUnlocksRefuses) {
     startKeyring("password");
     save(QStringLiteral("kept"));
     stop(keyring);
@@ -162,13 +167,18 @@ TEST_F(KeychainSecretStoreTest, ALockedStoreThatNobodyUnlocksRefuses) {
     EXPECT_EQ(load(), QStringLiteral("found kept"));
 }
 
-TEST_F(KeychainSecretStoreTest, WithoutAStoreEveryCallIsRefused) {
+TEST_P(KeychainSecretStoreTest, WithoutAStoreEveryCallIsRefused) {
     for (const QString& answer : {load(), save(QStringLiteral("canary")), remove()}) {
         EXPECT_TRUE(answer.startsWith(QStringLiteral("refused "))) << qPrintable(answer);
         EXPECT_GT(answer.size(), 10);
         EXPECT_FALSE(answer.contains(QStringLiteral("canary"))) << qPrintable(answer);
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(BothWays, KeychainSecretStoreTest, testing::Values("", "begin-"),
+                         [](const auto& way) {
+                             return std::string(*way.param == 0 ? "Blocking" : "Begun");
+                         });
 
 } // namespace
 } // namespace quillabrae::platform

@@ -42,6 +42,7 @@ TEST_F(CommandTableTest, StandsInItsOrder) {
                              "File/Save As...\nFile/-\nFile/Close Project\nFile/-\nFile/Quit\n"
                              "Edit/Undo\nEdit/Redo\nEdit/-\nEdit/Cut\nEdit/Copy\n"
                              "Edit/Select All\nEdit/Drop Selection\nEdit/Paste\n"
+                             "Edit/-\nEdit/Preferences\n"
                              "Zoom/Zoom In\nZoom/Zoom Out\nZoom/Zoom to Fit\n"
                              "Image/Resize...\nImage/Canvas Size...\nImage/Invert\n"
                              "Layers/Add New Layer\nLayers/Delete Layer\n"
@@ -77,7 +78,7 @@ TEST_F(CommandTableTest, NamesKeysThatExistAndNoKeyTwice) {
 TEST_F(CommandTableTest, KeepsOnlyWhatNeedsNoProjectEnabledWithoutOne) {
     for (const auto* title :
          {"New Project", "Open Project...", "Quit", "Cut", "Copy", "Paste", "Zoom In", "Zoom Out",
-          "Plugin Library...", "Paint.NET Quick Start"}) {
+          "Preferences", "Plugin Library...", "Paint.NET Quick Start"}) {
         EXPECT_TRUE(isEnabled(title)) << title;
     }
     for (const auto* title : {"Save",
@@ -235,7 +236,7 @@ TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {
     }
     EXPECT_EQ(titles.join(u','),
               QStringLiteral(
-                  "New Project,Open Project,Save,-,Cut,Copy,Paste,-,Resize,Align Object,"
+                  "New Project,Open Project,Save,Settings,-,Cut,Copy,Paste,-,Resize,Align Object,"
                   "Color Removal,Generative Fill,Trim Whitespace,-,Undo,Redo,-,Toggle Pixel Grid"));
     const ToolbarItem& grid = quickToolbarItems().back();
     EXPECT_FALSE(grid.isEnabled(*store));

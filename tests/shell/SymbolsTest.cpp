@@ -5,6 +5,7 @@
 #include "shell/editor/QuickToolbar.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/looks/Symbols.h"
+#include "shell/settings/PaintSettingsSection.h"
 
 namespace quillabrae::shell {
 namespace {
@@ -31,6 +32,11 @@ TEST_F(SymbolsTest, KnowsEveryButtonOfTheQuickToolbar) {
         if (item.title == nullptr) continue;
         EXPECT_TRUE(Symbols::isKnown(QString::fromLatin1(item.symbol(*store)))) << item.title;
     }
+}
+
+TEST_F(SymbolsTest, KnowsEverySectionOfTheSettings) {
+    for (const PaintSettingsSection section : allPaintSettingsSections())
+        EXPECT_TRUE(Symbols::isKnown(symbolName(section))) << qPrintable(title(section));
 }
 
 TEST_F(SymbolsTest, DrawsItsOwnSymbolsOnLightAndOnDark) {

@@ -25,6 +25,10 @@ TEST(WindowRole, GivesEachWindowItsSizesAndName) {
     EXPECT_EQ(tour.title, QStringLiteral("Paint.NET Quick Start"));
     EXPECT_EQ(tour.size, QSize(760, 610));
     EXPECT_EQ(tour.frame, WindowTraits::Frame::fixed);
+
+    const WindowTraits settings = windowTraits(WindowRole::settings);
+    EXPECT_EQ(settings.title, QStringLiteral("Settings"));
+    EXPECT_EQ(settings.frame, WindowTraits::Frame::resizable);
 }
 
 TEST(EditorWindowTitle, NamesTheProjectBeforeTheProgram) {

@@ -30,6 +30,7 @@
 #include "store/ProjectStore.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 
 namespace quillabrae::shell {
 
@@ -50,7 +51,9 @@ struct AppModel::Graph {
                           platform::XdgRecentDocuments::standardMissing()),
           recents(store, recentDocuments),
           plugins(effects::PluginLibraryService::defaultInstallDirectory(paths)),
-          factory(store, motion),
+          factory({store, preferences, keychain,
+                   [](const QUrl& url) { QDesktopServices::openUrl(url); }},
+                  motion),
           windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
                    {.afterFirstFrame =

@@ -5,6 +5,7 @@
 #include "shell/commands/CommandActions.h"
 #include "shell/editor/EditorWindow.h"
 #include "shell/looks/SystemMotion.h"
+#include "shell/settings/PaintSettingsView.h"
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
 
@@ -47,8 +48,8 @@ void placeOnScreen(QWidget& window, const WindowTraits& traits) {
 
 } // namespace
 
-DesktopWindows::DesktopWindows(store::ProjectStore& store, const SystemMotion& motion)
-    : m_store(store), m_motion(motion) {}
+DesktopWindows::DesktopWindows(SettingsContext context, const SystemMotion& motion)
+    : m_context(std::move(context)), m_store(m_context.store), m_motion(motion) {}
 
 DesktopWindows::~DesktopWindows() = default;
 
@@ -93,8 +94,17 @@ std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
             return std::make_unique<PlaceholderWindow>(
                 QStringLiteral("Paint.NET Quick Start"),
                 QStringLiteral("A short tour of the workspace will be here."));
+        case WindowRole::settings:
+            return makeSettings(coordinator);
     }
     return nullptr;
+}
+
+std::unique_ptr<QWidget> DesktopWindows::makeSettings(WindowCoordinator& coordinator) {
+    auto window = std::make_unique<PaintSettingsView>(m_context);
+    actions(coordinator)
+        .addKeysTo(*window, {QStringLiteral("Preferences"), QStringLiteral("Quit")});
+    return window;
 }
 
 } // namespace quillabrae::shell

@@ -2,10 +2,7 @@
 #pragma once
 
 #include "shell/app/WindowFactory.h"
-
-namespace quillabrae::store {
-class ProjectStore;
-}
+#include "shell/settings/SettingsTable.h"
 
 namespace quillabrae::shell {
 
@@ -16,7 +13,7 @@ class SystemMotion;
 class DesktopWindows final : public WindowFactory {
 public:
     /// `motion` outlives the windows.
-    DesktopWindows(store::ProjectStore& store, const SystemMotion& motion);
+    DesktopWindows(SettingsContext context, const SystemMotion& motion);
     ~DesktopWindows() override;
 
     std::unique_ptr<QWidget> makeWindow(WindowRole role, WindowCoordinator& coordinator) override;
@@ -24,8 +21,10 @@ public:
 private:
     std::unique_ptr<QWidget> makeContent(WindowRole role, WindowCoordinator& coordinator);
     std::unique_ptr<QWidget> makeEditor(WindowCoordinator& coordinator);
+    std::unique_ptr<QWidget> makeSettings(WindowCoordinator& coordinator);
     const CommandActions& actions(WindowCoordinator& coordinator);
 
+    SettingsContext m_context;
     store::ProjectStore& m_store;
     const SystemMotion& m_motion;
     std::unique_ptr<CommandActions> m_actions;

@@ -108,6 +108,10 @@ void WindowCoordinator::showPaintNetQuickStart() {
     show(WindowRole::paintNetQuickStart);
 }
 
+void WindowCoordinator::showSettings() {
+    show(WindowRole::settings);
+}
+
 void WindowCoordinator::reopen() {
     const bool hasVisibleWindows = std::ranges::any_of(
         m_windows, [](const Slot& window) { return window != nullptr && window->isVisible(); });

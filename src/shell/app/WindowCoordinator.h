@@ -66,6 +66,7 @@ public:
     /// Runs an installed plugin on the active project; for any other id shows the library.
     void runPlugin(const QString& id);
     void showPaintNetQuickStart();
+    void showSettings();
     /// Brings the program to the user, who has started it once more: its visible windows, or the
     /// welcome window when there are none.
     void reopen();

@@ -27,6 +27,7 @@ constexpr std::array<Row, windowRoleCount> rows{{
      WindowTraits::Frame::fixed,
      {760, 610},
      {}},
+    {"Quillabrae.Settings", "Settings", WindowTraits::Frame::resizable, {720, 500}, {600, 400}},
 }};
 
 } // namespace

@@ -7,8 +7,8 @@
 namespace quillabrae::shell {
 
 /// The windows of the program; there is at most one of each.
-enum class WindowRole { editor, welcome, pluginLibrary, paintNetQuickStart };
-constexpr int windowRoleCount = 4;
+enum class WindowRole { editor, welcome, pluginLibrary, paintNetQuickStart, settings };
+constexpr int windowRoleCount = 5;
 
 /// What a window of a role is like, whatever is in it. Sizes are of the content, in points.
 struct WindowTraits {

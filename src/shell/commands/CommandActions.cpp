@@ -81,6 +81,10 @@ void CommandActions::addKeysTo(QWidget& window) const {
     for (const auto& [command, action] : m_entries) window.addAction(action);
 }
 
+void CommandActions::addKeysTo(QWidget& window, const QStringList& titles) const {
+    for (const QString& title : titles) window.addAction(action(title));
+}
+
 QAction* CommandActions::action(const QString& title) const {
     for (const auto& [command, action] : m_entries) {
         if (command->title != nullptr && action->text() == title) return action;

@@ -4,6 +4,7 @@
 #include "shell/commands/CommandTable.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <vector>
@@ -26,6 +27,8 @@ public:
     void fill(QMenuBar& menuBar) const;
     /// Makes the commands' keys work in a window that shows no menus.
     void addKeysTo(QWidget& window) const;
+    /// The same for the commands with these titles alone.
+    void addKeysTo(QWidget& window, const QStringList& titles) const;
     /// The action of the command with this title; null for a title that is not in the table.
     QAction* action(const QString& title) const;
 

@@ -46,6 +46,8 @@ constexpr std::array commands{
     Command{edit, "Select All", "Ctrl+A", hasActiveProject, [](const Context& c) { c.store.selectAllCanvas(); }},
     Command{edit, "Drop Selection", "Esc", canDropSelection, [](const Context& c) { c.store.dropSelection(); }},
     Command{edit, "Paste", "Ctrl+V", always, [](const Context& c) { c.windows.pasteImageFromClipboard(); }},
+    divider(edit),
+    Command{edit, "Preferences", "Ctrl+,", always, [](const Context& c) { c.windows.showSettings(); }},
 
     Command{zoom, "Zoom In", "Ctrl++ Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
     Command{zoom, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},

@@ -15,6 +15,8 @@ namespace {
 
 constexpr int barHeight = 44;
 constexpr int buttonExtent = 32;
+/// So that the widest options fit behind the buttons in the narrowest window.
+constexpr int buttonSpacing = 2;
 
 } // namespace
 
@@ -24,7 +26,7 @@ QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
     setAccessibleName(QStringLiteral("Quick toolbar"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid, 0, Style::grid, 1);
-    layout->setSpacing(Style::grid / 2);
+    layout->setSpacing(buttonSpacing);
     for (const ToolbarItem& item : quickToolbarItems()) add(item, layout);
     layout->addWidget(new Divider(this));
     layout->addWidget(new ToolOptions(m_context.store, this));

@@ -28,6 +28,8 @@ constexpr std::array items{
                 [](const Store&) { return "folder.badge.plus"; }, always, [](const Context& c) { c.windows.openProjectFromPanel(); }},
     ToolbarItem{"Save", "Saves to the current file, or asks for a location the first time.",
                 [](const Store&) { return "square.and.arrow.down"; }, hasActiveProject, [](const Context& c) { c.store.saveActiveProject(); }},
+    ToolbarItem{"Settings", "Opens Quillabrae settings.",
+                [](const Store&) { return "gearshape"; }, always, [](const Context& c) { c.windows.showSettings(); }},
     divider,
     ToolbarItem{"Cut", "Cuts selected canvas pixels, or cuts text when editing a field.",
                 [](const Store&) { return "scissors"; }, always, cut},

@@ -62,6 +62,13 @@ constexpr std::array rows{
     Row{"chevron.down"sv, "./chevron-down"sv},
     Row{"chevron.right"sv, "./chevron-right"sv},
     Row{"xmark"sv, "./close"sv},
+    Row{"gearshape"sv, "configure"sv},
+    // Sections of the settings and the library
+    Row{"person.crop.circle"sv, "im-user"sv},
+    Row{"macwindow"sv, "window"sv},
+    Row{"hand.raised"sv, "view-private"sv},
+    Row{"square.grid.2x2"sv, "view-list-icons"sv},
+    Row{"checkmark.circle"sv, "dialog-ok-apply"sv},
     // Options of tools
     Row{"rectangle"sv, "./shape-rectangle"sv},
     Row{"capsule"sv, "./shape-rounded"sv},

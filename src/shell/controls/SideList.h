@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QListWidget>
+
+namespace quillabrae::shell {
+
+/// The list at a window's side that chooses what the rest of the window shows: rows of a symbol and
+/// a title, and headings between them, which cannot be chosen.
+class SideList final : public QListWidget {
+    Q_OBJECT
+
+public:
+    explicit SideList(const QString& accessibleName, QWidget* parent = nullptr);
+
+    void addRow(const QString& symbolName, const QString& title);
+    void addHeading(const QString& title);
+
+protected:
+    void changeEvent(QEvent* event) override;
+};
+
+} // namespace quillabrae::shell
