@@ -129,10 +129,6 @@ void AppPersistenceService::saveRecents(platform::Preferences& preferences, cons
     storeValue(preferences, key, recents);
 }
 
-QString AppPersistenceService::closedWorkFile(const QString& autosaveFolder) {
-    return autosaveFolder + QStringLiteral("/Closed.quillabraesession");
-}
-
 std::optional<PaintAutosaveSession> AppPersistenceService::loadAutosavedSession(
     const QString& file) {
     return readSession(file);

@@ -27,9 +27,6 @@ std::vector<model::RecentProject> loadRecents(const platform::Preferences& prefe
 void saveRecents(platform::Preferences& preferences, const QString& key,
                  const std::vector<model::RecentProject>& recents);
 
-/// "Closed.quillabraesession" in the autosave folder.
-QString closedWorkFile(const QString& autosaveFolder);
-
 /// The session in a file; nothing when there is none or it cannot be read.
 std::optional<PaintAutosaveSession> loadAutosavedSession(const QString& file);
 

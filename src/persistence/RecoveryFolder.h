@@ -5,51 +5,73 @@
 #include "platform/FileLock.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
 
 namespace quillabrae::persistence {
 
-/// The autosave folder, as one of the programs that keep their recovery files in it.
+/// The autosave folder, as one of the programs that keep their files in it.
 ///
-/// Each running program has a file of its own: "Recovery.quillabraesession", or the first of
-/// "Recovery 2.quillabraesession" and so on that no other running program has. A lock beside the
-/// file says that its program runs. Files whose programs do not run are everybody's to restore.
+/// Each running program has a number that no other running one has, and two files of its own:
+/// "Recovery.quillabraesession" for what is open and "Closed.quillabraesession" for what it set
+/// aside, or with another number than 1 "Recovery 2.quillabraesession" and so on. A lock in the
+/// folder says that a number's program runs. Files whose programs do not run are everybody's.
 class RecoveryFolder {
 public:
     /// Nothing is read, locked or made yet.
     RecoveryFolder(QString folder, platform::LockTaker takeLock);
 
-    /// This program's file.
-    const QString& file();
-    /// What the last program left in this program's file, joined by what other programs that no
-    /// longer run left in theirs. Nothing when there is none. A file that cannot be read is set
-    /// aside.
+    /// This program's recovery file.
+    QString file();
+    /// What the last program left in this program's recovery file, joined by what other programs
+    /// that no longer run left in theirs. Nothing when there is none. A file that cannot be read is
+    /// set aside.
     std::optional<PaintAutosaveSession> restore();
-    /// Writes this program's file, whole or not at all; complete on return. What `restore` found in
-    /// other files is this program's own from then on. Throws FileError.
+    /// Writes this program's recovery file, whole or not at all; complete on return. What was found
+    /// in other files is this program's own from then on, and they are removed. Throws FileError.
     void save(const PaintAutosaveSession& session);
-    /// Removes this program's file, and those that it has restored.
+    /// Removes this program's recovery file, and those whose work it has taken over.
     void clear();
 
+    /// Keeps work that is closed beside what is open; what this program kept before is replaced.
+    /// Throws FileError.
+    void setAside(const PaintAutosaveSession& session);
+    /// Whether `takeClosed` would find a file.
+    bool hasClosed() const;
+    /// The work that this program has set aside, joined by that of programs that no longer run.
+    /// The files stay until the next `save` or `clear`.
+    std::optional<PaintAutosaveSession> takeClosed();
+
 private:
+    enum class Work { open, closed };
     struct Claim {
-        QString file;
+        int number = 0;
         platform::FileLock lock;
     };
 
+    static QString nameOf(Work work, int number);
+    static int numberOf(Work work, const QString& name);
+    QString path(Work work, int number) const;
     Claim claimed(int number) const;
-    void claimFile();
-    std::vector<int> numbersOfOthers() const;
+    void claimNumber();
+    bool isOwn(int number) const;
+    bool isFree(int number) const;
+    /// Whether the files of that number are this program's to read; holds on to the number.
+    bool claimOther(int number);
+    /// The numbers of the files of one kind whose work has not been taken over, lowest first.
+    std::vector<int> numbersOf(Work work) const;
+    std::optional<PaintAutosaveSession> taken(Work work);
     void removeTakenOver();
 
     QString m_folder;
     platform::LockTaker m_takeLock;
-    int m_number = 0;
     Claim m_own;
-    /// The files of programs that no longer run, restored but not yet in this program's file.
-    std::vector<Claim> m_takenOver;
+    /// Numbers of programs that no longer run, and the files of theirs and of this program's whose
+    /// work is open here but not yet in this program's recovery file.
+    std::vector<Claim> m_others;
+    QStringList m_takenOver;
 };
 
 /// A session with the projects of another one behind its own, with their histories and

@@ -307,14 +307,17 @@ public:
     void persistAutosavedSession();
     /// Opens the work that a crash left, where the user wants that.
     void restoreAutosavedSession();
-    /// The clean end of a run: stores the settings and removes the recovery file.
+    /// The clean end of a run: stores the settings and removes the recovery file. From then on the
+    /// store is not persistent: an event that still comes leaves nothing behind.
     void finishSession();
-    /// Keeps all open work aside, to be brought back by `reopenClosedWork`; what was kept before is
-    /// replaced. For the window that closes without asking. False when nothing could be kept.
+    /// Keeps all open work aside, to be brought back by `reopenClosedWork`; what this program kept
+    /// before is replaced. For the window that closes without asking. False when nothing could be
+    /// kept.
     bool setClosedWorkAside();
     bool hasClosedWork() const;
-    /// Opens the tabs, histories and fingerprints that were set aside beside those that are open,
-    /// and forgets them. A project that is open already stays as it is.
+    /// Opens the tabs, histories and fingerprints that were set aside, by this program and by ones
+    /// that no longer run, beside those that are open; they are forgotten once the recovery file
+    /// holds them. A project that is open already stays as it is.
     bool reopenClosedWork();
 
 Q_SIGNALS:

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The recovery file, and the work that the window's close button sets aside beside it.
-#include "persistence/AppPersistenceService.h"
 #include "persistence/FileError.h"
 #include "persistence/RecoverySession.h"
 #include "platform/Clock.h"
@@ -13,7 +12,6 @@
 
 namespace quillabrae::store {
 
-namespace AppPersistenceService = persistence::AppPersistenceService;
 namespace RecoveryPreferences = persistence::RecoveryPreferences;
 
 namespace {
@@ -148,14 +146,13 @@ void ProjectStore::finishSession() {
     persistSettings();
     m_writtenSession.reset();
     m_recoveryFolder.clear();
+    m_persistence = Persistence::off;
 }
 
 bool ProjectStore::setClosedWorkAside() {
     if (!isPersistent() || m_openProjects.empty()) return false;
     try {
-        AppPersistenceService::saveAutosavedSession(
-            currentSession(),
-            AppPersistenceService::closedWorkFile(m_environment.paths.autosaveFolder()));
+        m_recoveryFolder.setAside(currentSession());
     } catch (const persistence::FileError&) {
         return false;
     }
@@ -164,26 +161,22 @@ bool ProjectStore::setClosedWorkAside() {
 }
 
 bool ProjectStore::hasClosedWork() const {
-    return isPersistent() && QFile::exists(AppPersistenceService::closedWorkFile(
-                                 m_environment.paths.autosaveFolder()));
+    return isPersistent() && m_recoveryFolder.hasClosed();
 }
 
 bool ProjectStore::reopenClosedWork() {
     if (!isPersistent()) return false;
-    const QString file =
-        AppPersistenceService::closedWorkFile(m_environment.paths.autosaveFolder());
-    const auto session = AppPersistenceService::recoverAutosavedSession(file);
-    if (!session || session->projects.empty()) {
-        // What could not be read is no longer offered.
-        Q_EMIT closedWorkChanged();
-        return false;
+    const auto session = m_recoveryFolder.takeClosed();
+    const bool reopens = session && !session->projects.empty();
+    if (reopens) {
+        adoptSession(*session);
+        // The files that the work came from go once the recovery file holds it.
+        m_writtenSession.reset();
+        persistAutosavedSession();
     }
-    adoptSession(*session);
-    // The recovery file holds the work before the file it came from goes.
-    persistAutosavedSession();
-    AppPersistenceService::clearAutosavedSession(file);
+    // What could not be read is no longer offered either.
     Q_EMIT closedWorkChanged();
-    return true;
+    return reopens;
 }
 
 } // namespace quillabrae::store

@@ -443,7 +443,7 @@ TEST_F(AutosavedSession, KilledWritesNeitherHarmTheFileNorFillTheFolder) {
 }
 
 TEST_F(AutosavedSession, TheTwoFilesOfAFolderDoNotDisturbEachOther) {
-    const QString closed = Service::closedWorkFile(m_folder.path() + QStringLiteral("/Autosave"));
+    const QString closed = m_folder.path() + QStringLiteral("/Autosave/Closed.quillabraesession");
     Service::saveAutosavedSession(randomSession(71), file());
     Service::saveAutosavedSession(randomSession(72), closed);
     QFile other(m_folder.path() + QStringLiteral("/Autosave/.Recovery.notes"));

@@ -61,6 +61,8 @@ protected:
     const QString first = QStringLiteral("Recovery.quillabraesession");
     const QString second = QStringLiteral("Recovery 2.quillabraesession");
     const QString third = QStringLiteral("Recovery 3.quillabraesession");
+    const QString firstClosed = QStringLiteral("Closed.quillabraesession");
+    const QString secondClosed = QStringLiteral("Closed 2.quillabraesession");
 
 private:
     QTemporaryDir m_folder;
@@ -215,6 +217,117 @@ TEST_F(Programs, AnUnreadableFileOfADeadOneIsSetAside) {
     EXPECT_EQ(restoredBy(next).size(), 1U);
     EXPECT_THAT(files(),
                 UnorderedElementsAre(first, QStringLiteral("Unreadable.quillabraesession")));
+}
+
+TEST_F(Programs, EachSetsItsOwnWorkAside) {
+    const PaintProject one = project();
+    const PaintProject other = project();
+    RecoveryFolder a = start();
+    EXPECT_FALSE(a.hasClosed());
+    EXPECT_EQ(a.takeClosed(), std::nullopt);
+    a.setAside(sessionOf({one}));
+    RecoveryFolder b = start();
+    EXPECT_FALSE(b.hasClosed());
+    EXPECT_EQ(b.takeClosed(), std::nullopt);
+    b.setAside(sessionOf({project()}));
+    b.setAside(sessionOf({other}));
+    EXPECT_THAT(files(), UnorderedElementsAre(firstClosed, secondClosed));
+
+    EXPECT_TRUE(b.hasClosed());
+    EXPECT_EQ(b.takeClosed(), sessionOf({other}));
+    EXPECT_FALSE(b.hasClosed());
+    b.save(sessionOf({other}));
+    EXPECT_THAT(files(), UnorderedElementsAre(firstClosed, second));
+    EXPECT_TRUE(a.hasClosed());
+    EXPECT_EQ(a.takeClosed(), sessionOf({one}));
+}
+
+TEST_F(Programs, WhatDeadOnesSetAsideIsOfferedToTheNext) {
+    const PaintProject one = project();
+    const PaintProject other = project();
+    {
+        RecoveryFolder a = start();
+        RecoveryFolder b = start();
+        a.setAside(sessionOf({one}));
+        b.setAside(sessionOf({other}));
+        b.clear();
+    }
+    EXPECT_TRUE(start().hasClosed());
+    for (int round = 0; round < 2; ++round) {
+        // It is another's while its own recovery file does not hold it.
+        RecoveryFolder next = start();
+        EXPECT_TRUE(next.hasClosed());
+        const auto session = next.takeClosed();
+        ASSERT_TRUE(session);
+        EXPECT_THAT(session->projects, ElementsAre(one, other));
+        EXPECT_FALSE(next.hasClosed());
+        EXPECT_FALSE(start().hasClosed());
+    }
+    RecoveryFolder last = start();
+    last.save(*last.takeClosed());
+    EXPECT_THAT(files(), ElementsAre(first));
+}
+
+TEST_F(Programs, WhatIsSetAsideAnewOutlivesWhatItCameFrom) {
+    RecoveryFolder a = start();
+    a.setAside(sessionOf({project()}));
+    const auto session = a.takeClosed();
+    ASSERT_TRUE(session);
+    // Closed again before a recovery file could be written.
+    a.setAside(*session);
+    EXPECT_TRUE(a.hasClosed());
+    a.save(sessionOf({project()}));
+    EXPECT_EQ(a.takeClosed(), session);
+}
+
+TEST_F(Programs, TakingClosedWorkKeepsAHoldOnWhatIsRestored) {
+    const PaintProject one = project();
+    const PaintProject other = project();
+    {
+        RecoveryFolder a = start();
+        RecoveryFolder b = start();
+        EXPECT_EQ(a.file(), path(first));
+        b.save(sessionOf({one}));
+        b.setAside(sessionOf({other}));
+    }
+    RecoveryFolder next = start();
+    EXPECT_THAT(restoredBy(next), ElementsAre(one));
+    EXPECT_TRUE(next.hasClosed());
+    EXPECT_EQ(next.takeClosed(), sessionOf({other}));
+    next.save(sessionOf({one, other}));
+    EXPECT_THAT(files(), ElementsAre(first));
+}
+
+TEST_F(Programs, WithoutLocksOnlyTheFirstOnesClosedWorkIsOffered) {
+    {
+        RecoveryFolder a = start();
+        RecoveryFolder b = start();
+        EXPECT_EQ(a.file(), path(first));
+        EXPECT_EQ(b.file(), path(second));
+        b.setAside(sessionOf({project()}));
+    }
+    RecoveryFolder next = startWithoutLocks();
+    EXPECT_FALSE(next.hasClosed());
+    next.setAside(sessionOf({project()}));
+    EXPECT_TRUE(next.hasClosed());
+    EXPECT_TRUE(startWithoutLocks().hasClosed());
+    EXPECT_TRUE(next.takeClosed());
+    EXPECT_THAT(files(), UnorderedElementsAre(firstClosed, secondClosed));
+}
+
+TEST_F(Programs, OnlyFilesOfTheirNamesAreTheirs) {
+    RecoveryFolder a = start();
+    a.save(sessionOf({project()}));
+    for (const char* name : {"Recovery 0", "Recovery 1", "Recovery 1000", "Recovery  2", "Closed 1",
+                             "Closed 02", "Unreadable", "Recovery 2 copy"})
+        ASSERT_TRUE(QFile::copy(path(first),
+                                path(QLatin1String(name) + QStringLiteral(".quillabraesession"))));
+    const qsizetype count = files().size();
+    RecoveryFolder b = start();
+    EXPECT_FALSE(b.hasClosed());
+    EXPECT_EQ(b.restore(), std::nullopt);
+    b.clear();
+    EXPECT_EQ(files().size(), count);
 }
 
 TEST(JoinedSessions, KeepTheHistoriesAndFingerprintsOfBoth) {

@@ -4,6 +4,7 @@
 #include "support/FullDisk.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 
@@ -85,6 +86,22 @@ TEST_F(Recovery, ACleanEndLeavesNoFile) {
     EXPECT_FALSE(QFile::exists(recoveryFile()));
     EXPECT_TRUE(preferences.value(QStringLiteral("Quillabrae.settings")).isValid());
     EXPECT_TRUE(makeStore()->openProjects().empty());
+}
+
+TEST_F(Recovery, NothingThatComesAfterACleanEndIsKept) {
+    const auto store = makeStore();
+    const QUuid id = makeProject(*store);
+    store->finishSession();
+    const QByteArray settings = preferences.bytes(QStringLiteral("Quillabrae.settings"));
+
+    // The desktop may give its window the keyboard once more before the program is gone.
+    store->setActiveProjectID(id);
+    store->persistAutosavedSession();
+    edit(*store);
+    EXPECT_FALSE(store->setClosedWorkAside());
+    store->editSettings([](model::PaintAppSettings& changed) { changed.brushSize += 1; });
+    EXPECT_EQ(QDir(paths.autosaveFolder()).entryList(QDir::Files), QStringList());
+    EXPECT_EQ(preferences.bytes(QStringLiteral("Quillabrae.settings")), settings);
 }
 
 TEST_F(Recovery, TheFileIsLeftAloneWhileItSaysAllThereIsToSay) {
@@ -359,6 +376,24 @@ TEST_F(Recovery, TheNextClosedWorkReplacesTheLast) {
     ASSERT_EQ(store->openProjects().size(), 1u);
     EXPECT_EQ(store->openProjects().front().id, second);
     EXPECT_FALSE(store->reopenClosedWork());
+}
+
+TEST_F(Recovery, ReopenedWorkStaysOnDiskWhileNoRecoveryFileHoldsIt) {
+    const auto store = makeStore();
+    const QUuid id = makeProject(*store);
+    ASSERT_TRUE(store->setClosedWorkAside());
+    store->closeAllProjects();
+    // A folder in the recovery file's place, which no file can replace.
+    ASSERT_TRUE(QFile::remove(recoveryFile()));
+    ASSERT_TRUE(QDir().mkpath(recoveryFile() + QStringLiteral("/in/the/way")));
+    ASSERT_TRUE(store->reopenClosedWork());
+    EXPECT_TRUE(store->project(id));
+    EXPECT_FALSE(store->hasClosedWork());
+    EXPECT_TRUE(QFile::exists(closedWorkFile()));
+    ASSERT_TRUE(QDir(recoveryFile()).removeRecursively());
+    edit(*store);
+    EXPECT_TRUE(QFile::exists(recoveryFile()));
+    EXPECT_FALSE(QFile::exists(closedWorkFile()));
 }
 
 TEST_F(Recovery, NothingIsSetAsideWithoutATab) {
