@@ -5,7 +5,6 @@ import json
 import os
 import re
 import signal
-import time
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -17,6 +16,8 @@ from desk import ROOT, until
 PROGRAM = Path(os.environ.get("QUILLABRAE", ROOT / "build/bin/quillabrae"))
 SCREENSHOTS = Path(os.environ.get("QUILLABRAE_SCREENSHOTS", ROOT / "build/screenshots"))
 COORDINATES = re.compile(r"(-?\d+) x (-?\d+)$")
+# A corner of the screen that no window is at.
+OUTSIDE = (5, 5)
 
 
 @dataclass(frozen=True)
@@ -162,12 +163,14 @@ class Editor:
         return match and (int(match.group(1)), int(match.group(2)))
 
     def pixel_at(self, place):
-        """The canvas pixel at a place on the screen. Moves the pointer there."""
-        self.desk.move((place[0] + 5, place[1]))
-        time.sleep(0.1)
-        until(lambda: self.pointer_pixel(), "the coordinates of the pointer")
-        self.pixel_after_moving_to(place)
-        return self.pointer_pixel()
+        """The canvas pixel at a place on the screen. Moves the pointer there.
+
+        It comes from outside the window, where there are no coordinates to be taken for its.
+        """
+        self.desk.move(OUTSIDE)
+        until(lambda: not self.pointer_pixel(), "the pointer's coordinates to go")
+        self.desk.move(place)
+        return until(self.pointer_pixel, f"the pointer to be seen at {place}")
 
     def view(self, around):
         """Where the canvas lies now, from what the status line tells for two places of it."""
@@ -196,6 +199,16 @@ class Editor:
         self.desk.tool("xdotool", "mouseup", 1)
         until(lambda: self.recorded_edits(tool) > recorded, f"the edit {tool!r} to be on disk", 60)
         return [view.on_canvas(place) for place in places]
+
+    def press_at(self, place):
+        """Presses the pointer beside a place, drags it there and waits until the canvas follows.
+
+        Until the window manager has passed the press on, the X server keeps the pointer's last
+        place alone and forgets those it was at before.
+        """
+        self.pixel_at((place[0] - 8, place[1]))
+        self.desk.tool("xdotool", "mousedown", 1)
+        self.pixel_after_moving_to(place)
 
     def pixel_after_moving_to(self, place):
         before = self.pointer_pixel()

@@ -44,11 +44,11 @@ class Canvas(DeskCase):
                    middle[1] + (1 if i % 2 else -1) * (40 + i * 37 % 90)) for i in range(160)]
         self.assertTrue(all(0 < x < SIZE[0] and 0 < y < SIZE[1]
                             for x, y in map(view.on_canvas, places)))
-        self.desk.move(places[0])
         recorded = editor.recorded_edits("Paintbrush")
+        editor.press_at(places[0])
         turns = [word for x, y in places for word in ("mousemove", x, y)]
         # One program that waits for nothing: far faster than the editor paints.
-        self.desk.tool("xdotool", "mousedown", 1, *turns, "mouseup", 1)
+        self.desk.tool("xdotool", *turns, "mouseup", 1)
         until(lambda: editor.recorded_edits("Paintbrush") > recorded, "the stroke to be recorded")
         picture = self.saved(editor)
         missing = [i for i, place in enumerate(places)
