@@ -2,9 +2,12 @@
 #include "shell/app/DesktopWindows.h"
 
 #include "shell/app/PlaceholderWindow.h"
+#include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
+#include "shell/dialogs/Alert.h"
 #include "shell/editor/EditorWindow.h"
 #include "shell/looks/SystemMotion.h"
+#include "shell/plugins/PluginLibraryView.h"
 #include "shell/settings/PaintSettingsView.h"
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
@@ -87,9 +90,7 @@ std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
         case WindowRole::welcome:
             return std::make_unique<WelcomePanel>(m_store, coordinator, actions(coordinator));
         case WindowRole::pluginLibrary:
-            return std::make_unique<PlaceholderWindow>(
-                QStringLiteral("Plugin Library"),
-                QStringLiteral("There are no plugins to install yet."));
+            return makePluginLibrary(coordinator);
         case WindowRole::paintNetQuickStart:
             return std::make_unique<PlaceholderWindow>(
                 QStringLiteral("Paint.NET Quick Start"),
@@ -98,6 +99,19 @@ std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
             return makeSettings(coordinator);
     }
     return nullptr;
+}
+
+std::unique_ptr<QWidget> DesktopWindows::makePluginLibrary(WindowCoordinator& coordinator) {
+    auto window = std::make_unique<PluginLibraryView>(PluginLibraryContext{
+        coordinator.plugins(), m_store,
+        [&coordinator](const QString& id) { coordinator.runPlugin(id); }, runAlert});
+    // What a plugin did can be undone where it was run.
+    actions(coordinator)
+        .addKeysTo(*window, {QStringLiteral("New Project"), QStringLiteral("Open Project..."),
+                             QStringLiteral("Save"), QStringLiteral("Undo"), QStringLiteral("Redo"),
+                             QStringLiteral("Plugin Library..."), QStringLiteral("Preferences"),
+                             QStringLiteral("Quit")});
+    return window;
 }
 
 std::unique_ptr<QWidget> DesktopWindows::makeSettings(WindowCoordinator& coordinator) {

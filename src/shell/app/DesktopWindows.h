@@ -21,6 +21,7 @@ public:
 private:
     std::unique_ptr<QWidget> makeContent(WindowRole role, WindowCoordinator& coordinator);
     std::unique_ptr<QWidget> makeEditor(WindowCoordinator& coordinator);
+    std::unique_ptr<QWidget> makePluginLibrary(WindowCoordinator& coordinator);
     std::unique_ptr<QWidget> makeSettings(WindowCoordinator& coordinator);
     const CommandActions& actions(WindowCoordinator& coordinator);
 

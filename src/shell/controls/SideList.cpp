@@ -65,7 +65,10 @@ private:
         QFont font = option.font;
         font.setWeight(QFont::DemiBold);
         painter.setFont(font);
-        painter.setPen(Style::mutedText(option.palette));
+        // It cannot be chosen, but it is no less to be read.
+        QPalette palette = option.palette;
+        palette.setCurrentColorGroup(QPalette::Active);
+        painter.setPen(Style::mutedText(palette));
         painter.drawText(option.rect.adjusted(padding, 0, 0, -Style::grid / 2),
                          Qt::AlignBottom | Qt::TextSingleLine, index.data().toString());
     }
@@ -92,7 +95,7 @@ void SideList::addRow(const QString& symbolName, const QString& title) {
 
 void SideList::addHeading(const QString& title) {
     auto* item = new QListWidgetItem(title, this);
-    item->setFlags(Qt::ItemIsEnabled);
+    item->setFlags(Qt::NoItemFlags);
 }
 
 void SideList::changeEvent(QEvent* event) {

@@ -110,7 +110,7 @@ constexpr std::array rows{
     Row{"square.grid.3x3.fill"sv, "view-list-icons"sv},
     Row{"viewfinder"sv, "crosshairs"sv},
     Row{"sun.max.fill"sv, "high-brightness"sv},
-    Row{"clock.arrow.circlepath"sv, "view-history"sv},
+    Row{"clock.arrow.circlepath"sv, "appointment-new"sv},
     Row{"graduationcap"sv, "help-hint"sv},
     Row{"clipboard"sv, "edit-paste"sv},
     // Places
