@@ -90,6 +90,9 @@ public:
 
     int generativeFillsShown = 0;
     void showGenerativeFill(store::ProjectStore&, QWidget*) override { ++generativeFillsShown; }
+
+    int feedbacksShown = 0;
+    void showFeedback(QWidget*) override { ++feedbacksShown; }
 };
 
 /// A store in a home of its own with a coordinator over empty windows.

@@ -4,6 +4,7 @@
 #include "effects/OpenAIImageEditService.h"
 #include "effects/OpenAIKeychainService.h"
 #include "effects/PluginLibraryService.h"
+#include "persistence/ImageLoader.h"
 #include "persistence/SVGImportService.h"
 #include "platform/ApplicationService.h"
 #include "platform/ClipboardPasteboard.h"
@@ -15,6 +16,10 @@
 #include "platform/ProgramInstance.h"
 #include "platform/SettingsPreferences.h"
 #include "platform/XdgRecentDocuments.h"
+#include "services/FeedbackAttachmentService.h"
+#include "services/FeedbackService.h"
+#include "services/ProgramIdentity.h"
+#include "services/WebService.h"
 #include "shell/app/AppDelegate.h"
 #include "shell/app/Deployment.h"
 #include "shell/app/DesktopRecents.h"
@@ -34,6 +39,15 @@
 
 namespace quillabrae::shell {
 
+namespace {
+
+services::ProgramIdentity identityOf(const Deployment& deployment) {
+    return services::identityOfThisProgram(deployment.version, deployment.build,
+                                           deployment.channel);
+}
+
+} // namespace
+
 /// In the order of construction: each leans only on those before it.
 struct AppModel::Graph {
     Graph(QApplication& application, const platform::AppPaths& paths, const Deployment& deployment)
@@ -51,6 +65,20 @@ struct AppModel::Graph {
                           platform::XdgRecentDocuments::standardMissing()),
           recents(store, recentDocuments),
           plugins(effects::PluginLibraryService::defaultInstallDirectory(paths)),
+          feedback(http, services::WebService(deployment.service), identityOf(deployment)),
+          feedbackAttachments(
+              {.file =
+                   [](const QString& path, const platform::WorkControl& control) {
+                       return persistence::loadImageFile(path, control);
+                   },
+               .bytes =
+                   [](const QByteArray& bytes, const platform::WorkControl& control) {
+                       return persistence::loadImage(bytes, control);
+                   }}),
+          dialogs({feedback, feedbackAttachments,
+                   [this](QWidget* parent) {
+                       return panels.chooseImage(QStringLiteral("Attach Image"), parent);
+                   }}),
           factory({store, preferences, keychain,
                    [](const QUrl& url) { QDesktopServices::openUrl(url); }},
                   motion),
@@ -98,6 +126,8 @@ struct AppModel::Graph {
     platform::XdgRecentDocuments recentDocuments;
     DesktopRecents recents;
     effects::PluginLibraryService plugins;
+    services::FeedbackService feedback;
+    services::FeedbackAttachmentService feedbackAttachments;
     DesktopDialogs dialogs;
     DesktopWindows factory;
     WindowCoordinator windows;

@@ -79,6 +79,7 @@ public:
     void showAlignObjectDialog();
     void showColorRemovalDialog();
     void showGenerativeFillDialog();
+    void showFeedbackDialog();
     void openImageAsNewProject(const model::PastedImage& image);
     /// Opens a recent project; a failure is in the store's status message.
     void openRecent(const model::RecentProject& recent);

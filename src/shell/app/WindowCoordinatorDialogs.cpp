@@ -95,4 +95,8 @@ void WindowCoordinator::presentGenerativeFillDialog() {
         m_environment.dialogs.showGenerativeFill(m_environment.store, dialogParent());
 }
 
+void WindowCoordinator::showFeedbackDialog() {
+    QTimer::singleShot(0, this, [this] { m_environment.dialogs.showFeedback(dialogParent()); });
+}
+
 } // namespace quillabrae::shell

@@ -9,29 +9,35 @@
 namespace quillabrae::shell::Labels {
 namespace {
 
-/// A label whose muted colour follows a change of the program's palette.
-class MutedLabel final : public QLabel {
+/// A label whose own colour follows a change of the program's palette.
+class TonedLabel final : public QLabel {
 public:
-    MutedLabel(const QString& text, QWidget* parent) : QLabel(text, parent) {
+    using Tone = QColor (*)(const QPalette&);
+
+    TonedLabel(const QString& text, Tone tone, QWidget* parent)
+        : QLabel(text, parent), m_tone(tone) {
+        setTextFormat(Qt::PlainText);
         setForegroundRole(QPalette::WindowText);
-        dim();
+        takeTone();
     }
 
 protected:
     void changeEvent(QEvent* event) override {
-        if (event->type() == QEvent::PaletteChange) dim();
+        if (event->type() == QEvent::PaletteChange) takeTone();
         QLabel::changeEvent(event);
     }
 
 private:
-    void dim() {
+    void takeTone() {
         QPalette own;
-        const QColor muted = Style::mutedText(own);
+        const QColor color = m_tone(own);
         // Setting the palette leads back here.
-        if (palette().color(QPalette::WindowText) == muted) return;
-        own.setColor(QPalette::WindowText, muted);
+        if (palette().color(QPalette::WindowText) == color) return;
+        own.setColor(QPalette::WindowText, color);
         setPalette(own);
     }
+
+    Tone m_tone;
 };
 
 void scaleFont(QLabel* label, qreal factor, QFont::Weight weight) {
@@ -59,9 +65,11 @@ QLabel* heading(const QString& text, QWidget* parent) {
 }
 
 QLabel* muted(const QString& text, QWidget* parent) {
-    auto* label = new MutedLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    return label;
+    return new TonedLabel(text, Style::mutedText, parent);
+}
+
+QLabel* failure(const QString& text, QWidget* parent) {
+    return new TonedLabel(text, Style::failure, parent);
 }
 
 QLabel* title(const QString& text, qreal factor, QWidget* parent) {

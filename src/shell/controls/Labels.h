@@ -14,6 +14,8 @@ QLabel* body(const QString& text, QWidget* parent);
 QLabel* heading(const QString& text, QWidget* parent);
 /// Standing back from the body text.
 QLabel* muted(const QString& text, QWidget* parent);
+/// Tells what went wrong.
+QLabel* failure(const QString& text, QWidget* parent);
 /// At `factor` times the body's size; bold.
 QLabel* title(const QString& text, qreal factor, QWidget* parent);
 

@@ -3,11 +3,14 @@
 
 #include "shell/dialogs/AlignObjectDialog.h"
 #include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/FeedbackDialogView.h"
 #include "shell/dialogs/GenerativeFillDialog.h"
 #include "shell/dialogs/LayerPropertiesDialog.h"
 #include "shell/dialogs/NewProjectDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
 #include "shell/dialogs/RotateZoomDialog.h"
+
+#include <utility>
 
 namespace quillabrae::shell {
 namespace {
@@ -19,7 +22,18 @@ auto answered(Dialog&& dialog) -> std::optional<decltype(dialog.answer())> {
     return dialog.answer();
 }
 
+/// A dialog that stays until it is closed.
+void bringUp(QDialog& dialog) {
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
+}
+
 } // namespace
+
+DesktopDialogs::DesktopDialogs(FeedbackDialogView::Environment feedback)
+    : m_feedbackEnvironment(std::move(feedback)) {}
 
 std::optional<NewProjectDialogResult> DesktopDialogs::requestNewProject(QSizeF size,
                                                                         QWidget* parent) {
@@ -51,13 +65,16 @@ std::optional<store::ColorRemovalSettings> DesktopDialogs::requestColorRemoval(
 }
 
 void DesktopDialogs::showGenerativeFill(store::ProjectStore& store, QWidget* parent) {
-    if (!m_generativeFill) {
-        m_generativeFill = new GenerativeFillDialog(store, parent);
-        m_generativeFill->setAttribute(Qt::WA_DeleteOnClose);
+    if (!m_generativeFill) m_generativeFill = new GenerativeFillDialog(store, parent);
+    bringUp(*m_generativeFill);
+}
+
+void DesktopDialogs::showFeedback(QWidget* parent) {
+    if (!m_feedback) {
+        m_feedback = new FeedbackDialogView(m_feedbackEnvironment, parent);
+        m_feedback->setWindowModality(Qt::WindowModal);
     }
-    m_generativeFill->show();
-    m_generativeFill->raise();
-    m_generativeFill->activateWindow();
+    bringUp(*m_feedback);
 }
 
 } // namespace quillabrae::shell

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/dialogs/Dialogs.h"
+#include "shell/dialogs/FeedbackDialogView.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -11,6 +12,8 @@ namespace quillabrae::shell {
 /// The dialogs on the screen.
 class DesktopDialogs final : public Dialogs {
 public:
+    explicit DesktopDialogs(FeedbackDialogView::Environment feedback);
+
     std::optional<NewProjectDialogResult> requestNewProject(QSizeF size, QWidget* parent) override;
     std::optional<ResizeDialogResponse> requestResize(const ResizeDialogRequest& request,
                                                       QWidget* parent) override;
@@ -22,9 +25,12 @@ public:
         const model::PaintAppSettings& settings, const ColorRemovalPreview& preview,
         QWidget* parent) override;
     void showGenerativeFill(store::ProjectStore& store, QWidget* parent) override;
+    void showFeedback(QWidget* parent) override;
 
 private:
+    FeedbackDialogView::Environment m_feedbackEnvironment;
     QPointer<QDialog> m_generativeFill;
+    QPointer<QDialog> m_feedback;
 };
 
 } // namespace quillabrae::shell

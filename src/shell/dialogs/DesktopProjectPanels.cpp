@@ -41,8 +41,8 @@ void DesktopProjectPanels::rememberFolder(const QString& path) {
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseFile(const QString& title, const QString& kind,
-                                                     const QStringList& patterns) {
-    PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptOpen, m_parent());
+                                                     const QStringList& patterns, QWidget* parent) {
+    PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptOpen, parent);
     dialog.setNameFilters({kind + QStringLiteral(" (") + patterns.join(u' ') + u')',
                            QStringLiteral("All Files (*)")});
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
@@ -50,14 +50,18 @@ std::optional<QUrl> DesktopProjectPanels::chooseFile(const QString& title, const
     return QUrl::fromLocalFile(dialog.chosenPath());
 }
 
+std::optional<QUrl> DesktopProjectPanels::chooseImage(const QString& title, QWidget* parent) {
+    return chooseFile(title, QStringLiteral("Images"), PanelRules::imagePatterns(), parent);
+}
+
 std::optional<QUrl> DesktopProjectPanels::chooseProjectToOpen() {
     return chooseFile(QStringLiteral("Open Quillabrae Project or Image"),
-                      QStringLiteral("Projects and Images"), PanelRules::projectAndImagePatterns());
+                      QStringLiteral("Projects and Images"), PanelRules::projectAndImagePatterns(),
+                      m_parent());
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseImageToImport() {
-    return chooseFile(QStringLiteral("Import Layer From File"), QStringLiteral("Images"),
-                      PanelRules::imagePatterns());
+    return chooseImage(QStringLiteral("Import Layer From File"), m_parent());
 }
 
 std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseSaveDestination(

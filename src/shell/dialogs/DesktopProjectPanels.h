@@ -18,6 +18,9 @@ public:
     /// `parent` gives the window that a dialog belongs to, or null.
     explicit DesktopProjectPanels(std::function<QWidget*()> parent);
 
+    /// An image file for what `title` says.
+    std::optional<QUrl> chooseImage(const QString& title, QWidget* parent);
+
     std::optional<QUrl> chooseProjectToOpen() override;
     std::optional<QUrl> chooseImageToImport() override;
     std::optional<persistence::SaveDestination> chooseSaveDestination(
@@ -28,7 +31,7 @@ public:
 
 private:
     std::optional<QUrl> chooseFile(const QString& title, const QString& kind,
-                                   const QStringList& patterns);
+                                   const QStringList& patterns, QWidget* parent);
     bool confirmOverwriteIfNeeded(const QUrl& url);
     QString startFolder() const;
     void rememberFolder(const QString& path);

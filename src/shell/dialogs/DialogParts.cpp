@@ -20,7 +20,7 @@ constexpr qreal titleFactor = 1.4;
 
 } // namespace
 
-QVBoxLayout* makeColumn(QDialog& dialog, int spacing) {
+QVBoxLayout* makeColumn(QWidget& dialog, int spacing) {
     auto* column = new QVBoxLayout(&dialog);
     column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
     column->setSpacing(spacing);

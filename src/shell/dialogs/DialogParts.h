@@ -16,8 +16,8 @@ class NumberField;
 /// What the dialogs are put together from.
 namespace DialogParts {
 
-/// The dialog's column, within its margins and headed by its window title.
-QVBoxLayout* makeColumn(QDialog& dialog, int spacing);
+/// The column of a dialog or of a page of one, within its margins and headed by its window title.
+QVBoxLayout* makeColumn(QWidget& dialog, int spacing);
 
 /// Rows of a title, a control and what follows it; ended by `addNumber` and its like.
 QGridLayout* addGrid(QVBoxLayout& column);

@@ -53,6 +53,9 @@ public:
     /// Shows the dialog that fills selections, and returns at once: it stays while the program goes
     /// on. There is one at a time.
     virtual void showGenerativeFill(store::ProjectStore& store, QWidget* parent) = 0;
+    /// Shows the dialog that sends feedback, and returns at once; `parent` takes no input
+    /// meanwhile.
+    virtual void showFeedback(QWidget* parent) = 0;
 };
 
 } // namespace quillabrae::shell

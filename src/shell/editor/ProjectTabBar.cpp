@@ -79,6 +79,15 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     layout->addWidget(m_scroller);
     layout->addWidget(create);
     layout->addStretch();
+    auto* feedback = new IconButton(
+        {.symbolName = QStringLiteral("bubble.left.and.bubble.right"),
+         .title = QStringLiteral("Give Feedback"),
+         .help = QStringLiteral("Tells the makers what would make the program better."),
+         .extent = 32,
+         .iconExtent = 16},
+        this);
+    connect(feedback, &QAbstractButton::clicked, this, [this] { m_windows.showFeedbackDialog(); });
+    layout->addWidget(feedback);
     followStore();
     matchProjects();
 }

@@ -100,6 +100,11 @@ QColor pressed(const QPalette& palette) {
     return veil(palette, 40);
 }
 
+QColor failure(const QPalette& palette) {
+    return schemeOf(palette) == ColorScheme::dark ? QColor(0xf2, 0x8b, 0x82)
+                                                  : QColor(0xb3, 0x26, 0x1e);
+}
+
 QColor accent(const QPalette& palette) {
     return palette.color(QPalette::Active, QPalette::Highlight);
 }

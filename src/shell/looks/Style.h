@@ -37,6 +37,8 @@ QColor mutedText(const QPalette& palette);
 QColor hover(const QPalette& palette);
 /// The face of a control that is held down or switched on.
 QColor pressed(const QPalette& palette);
+/// Text that tells what went wrong.
+QColor failure(const QPalette& palette);
 QColor accent(const QPalette& palette);
 /// A faint wash of the accent: what is chosen.
 QColor accentWash(const QPalette& palette);

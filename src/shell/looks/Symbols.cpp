@@ -113,6 +113,10 @@ constexpr std::array rows{
     Row{"clock.arrow.circlepath"sv, "appointment-new"sv},
     Row{"graduationcap"sv, "help-hint"sv},
     Row{"clipboard"sv, "edit-paste"sv},
+    // Feedback
+    Row{"bubble.left.and.bubble.right"sv, "./bubbles"sv},
+    Row{"photo"sv, "viewimage"sv},
+    Row{"checkmark.circle"sv, "./check-circle"sv},
     // Places
     Row{"arrow.up"sv, "./arrow-up"sv},
     Row{"arrow.up.right"sv, "./arrow-up-right"sv},

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "services/QuillabraeAccountService.h"
+
+#include "platform/Preferences.h"
+#include "services/AppSignInPayload.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <chrono>
+#include <utility>
+
+namespace quillabrae::services {
+namespace {
+
+using platform::HttpFailure;
+using platform::HttpOutcome;
+using platform::HttpReply;
+using platform::HttpRequest;
+
+const QString nameKey = QStringLiteral("Quillabrae.accountName");
+const QString emailKey = QStringLiteral("Quillabrae.accountEmail");
+
+constexpr auto tokenTimeout = std::chrono::seconds(60);
+constexpr auto signOutTimeout = std::chrono::seconds(15);
+/// An answer holds a name, an address and a token.
+constexpr qint64 maximumReplyBytes = qint64{64} * 1024;
+
+QString statusFor(WebAuthenticationError error) {
+    switch (error) {
+        case WebAuthenticationError::cancelled:
+            return QStringLiteral("Sign-in cancelled.");
+        case WebAuthenticationError::timedOut:
+            return QStringLiteral("Sign-in took too long. Please try again.");
+    }
+    return {};
+}
+
+bool isSuccess(const HttpReply& reply) {
+    return reply.status >= 200 && reply.status <= 299;
+}
+
+} // namespace
+
+QuillabraeAccountService::QuillabraeAccountService(Environment environment, WebService service,
+                                                   QObject* parent)
+    : QObject(parent),
+      m_environment(std::move(environment)),
+      m_service(std::move(service)),
+      m_tokens(m_environment.secrets),
+      m_name(m_environment.preferences.value(nameKey).toString()),
+      m_email(m_environment.preferences.value(emailKey).toString()) {}
+
+QuillabraeAccountService::~QuillabraeAccountService() = default;
+
+bool QuillabraeAccountService::isSignedIn() const {
+    if (!isConfigured()) return false;
+    if (!m_isSignedIn) m_isSignedIn = m_tokens.loadToken().has_value();
+    return *m_isSignedIn;
+}
+
+void QuillabraeAccountService::signIn() {
+    if (m_isBusy) return;
+    if (!isConfigured())
+        return report(
+            QStringLiteral("This build of Quillabrae has no account service configured, "
+                           "so nobody can sign in."));
+    const auto request = SignInRequest::make(m_environment.random);
+    if (!request)
+        return report(QStringLiteral("Could not start secure sign-in. Please try again."));
+    m_authenticationSession = m_environment.web.start(
+        request->page(m_service),
+        [this, request = *request](const auto& outcome) { takeCallback(outcome, request); });
+    if (!m_authenticationSession)
+        return report(QStringLiteral("Could not open the Quillabrae sign-in page."));
+    m_isBusy = true;
+    report(QStringLiteral("Complete sign-in in your browser…"));
+}
+
+void QuillabraeAccountService::takeCallback(const WebAuthenticationOutcome& outcome,
+                                            const SignInRequest& request) {
+    // It stands until this has returned: what is called here may belong to it.
+    const auto session = std::move(m_authenticationSession);
+    if (const auto* error = std::get_if<WebAuthenticationError>(&outcome))
+        return end(statusFor(*error));
+    const auto code = codeFromCallback(std::get<QUrl>(outcome), request.state);
+    if (!code) return end(QStringLiteral("Quillabrae could not verify the sign-in response."));
+    finishSignIn(*code, request.codeVerifier);
+}
+
+void QuillabraeAccountService::finishSignIn(const QString& code, const QString& verifier) {
+    report(QStringLiteral("Finishing sign-in…"));
+    const QJsonObject body{{QStringLiteral("code"), code},
+                           {QStringLiteral("code_verifier"), verifier}};
+    const HttpRequest request{
+        m_service.at(QStringLiteral("/api/app-auth/token")),
+        "POST",
+        {{"Content-Type", "application/json"}, {"Accept", "application/json"}},
+        QJsonDocument(body).toJson(QJsonDocument::Compact),
+        tokenTimeout,
+        maximumReplyBytes};
+    m_tokenExchange = m_environment.http.send(
+        request, {}, [this](const HttpOutcome& outcome) { takeToken(outcome); });
+}
+
+void QuillabraeAccountService::takeToken(const HttpOutcome& outcome) {
+    m_tokenExchange.reset();
+    if (const auto* failure = std::get_if<HttpFailure>(&outcome)) return end(failure->description);
+    const auto& reply = std::get<HttpReply>(outcome);
+    const auto payload = isSuccess(reply) ? appSignInPayload(reply.body) : std::nullopt;
+    if (!payload)
+        return end(QStringLiteral("Quillabrae could not finish signing in. Please try again."));
+    try {
+        m_tokens.saveToken(payload->token);
+    } catch (const platform::SecretStoreError& error) {
+        return end(error.description());
+    }
+    updateProfile(payload->name.value_or(QString()), payload->email);
+    m_isSignedIn = true;
+    end(QStringLiteral("Signed in."));
+}
+
+void QuillabraeAccountService::updateProfile(const QString& name, const QString& email) {
+    m_name = name;
+    m_email = email;
+    m_environment.preferences.setValue(nameKey, name);
+    m_environment.preferences.setValue(emailKey, email);
+}
+
+void QuillabraeAccountService::cancelSignIn() {
+    if (m_authenticationSession) {
+        m_authenticationSession->cancel();
+    } else if (m_tokenExchange) {
+        m_tokenExchange.reset();
+        end(statusFor(WebAuthenticationError::cancelled));
+    }
+}
+
+void QuillabraeAccountService::signOut() {
+    if (m_isBusy) return;
+    const auto token = m_tokens.loadToken();
+    try {
+        m_tokens.removeToken();
+    } catch (const platform::SecretStoreError& error) {
+        return report(error.description());
+    }
+    if (token) tellServiceOfSignOut(*token);
+    m_name.clear();
+    m_email.clear();
+    for (const QString& key : {nameKey, emailKey}) m_environment.preferences.remove(key);
+    m_isSignedIn = false;
+    report(QStringLiteral("Signed out."));
+}
+
+void QuillabraeAccountService::tellServiceOfSignOut(const QString& token) {
+    if (!isConfigured()) return;
+    const HttpRequest request{m_service.at(QStringLiteral("/api/auth/sign-out")),
+                              "POST",
+                              {{"Authorization", "Bearer " + token.toUtf8()}},
+                              {},
+                              signOutTimeout,
+                              maximumReplyBytes};
+    m_signOutExchange = m_environment.http.send(
+        request, {}, [this](const HttpOutcome&) { m_signOutExchange.reset(); });
+}
+
+void QuillabraeAccountService::report(const QString& statusMessage) {
+    m_statusMessage = statusMessage;
+    Q_EMIT changed();
+}
+
+void QuillabraeAccountService::end(const QString& statusMessage) {
+    m_isBusy = false;
+    report(statusMessage);
+}
+
+} // namespace quillabrae::services

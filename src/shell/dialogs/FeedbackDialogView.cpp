@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/FeedbackDialogView.h"
+
+#include "platform/QtMimeSource.h"
+#include "shell/controls/Labels.h"
+#include "shell/controls/SlimBar.h"
+#include "shell/controls/SymbolLabel.h"
+#include "shell/dialogs/DialogParts.h"
+#include "shell/dialogs/FeedbackAttachmentRow.h"
+#include "shell/looks/Style.h"
+#include "store/DroppedContents.h"
+
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace quillabrae::shell {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr QSize dialogSize{480, 520};
+constexpr auto barStep = 33ms;
+constexpr int confirmationSymbol = 48;
+
+const QString sendTitle = QStringLiteral("Send Feedback");
+const QString sendingTitle = QStringLiteral("Sending feedback…");
+
+QLabel* note(const QString& text, QWidget* parent) {
+    QLabel* label = Labels::muted(text, parent);
+    label->setWordWrap(true);
+    return label;
+}
+
+bool isReturn(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool isDrag(const QEvent& event) {
+    return event.type() == QEvent::DragEnter || event.type() == QEvent::DragMove ||
+           event.type() == QEvent::Drop;
+}
+
+/// Words are the text's.
+bool bringsImage(const QMimeData& data) {
+    const QStringList types = data.formats();
+    return data.hasUrls() || data.hasImage() || std::ranges::any_of(types, [](const QString& type) {
+               return type.startsWith(QLatin1StringView("image/"));
+           });
+}
+
+} // namespace
+
+FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
+    : QDialog(parent), m_environment(std::move(environment)), m_pages(new QStackedLayout(this)) {
+    setWindowTitle(QStringLiteral("Give Feedback"));
+    setFixedSize(dialogSize);
+    setAcceptDrops(true);
+    m_pages->addWidget(makeForm());
+    m_pages->addWidget(makeConfirmation());
+    connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(m_fraction); });
+    showLength();
+    showError(m_environment.service.isConfigured()
+                  ? QString()
+                  : services::FeedbackError::noService().description);
+    showState();
+    m_feedback->setFocus();
+}
+
+FeedbackDialogView::~FeedbackDialogView() {
+    if (m_isProcessingImage) m_environment.attachments.cancel();
+}
+
+QWidget* FeedbackDialogView::makeForm() {
+    auto* form = new QWidget(this);
+    form->setWindowTitle(windowTitle());
+    QVBoxLayout* column = DialogParts::makeColumn(*form, Style::grid);
+    column->addWidget(note(QStringLiteral("Help shape what Quillabrae becomes next."), form));
+    column->addSpacing(Style::grid);
+    column->addWidget(makeText(form), 1);
+
+    m_image = new FeedbackAttachmentRow(form);
+    connect(m_image, &FeedbackAttachmentRow::chooseRequested, this,
+            &FeedbackDialogView::chooseImage);
+    connect(m_image, &FeedbackAttachmentRow::removeRequested, this,
+            &FeedbackDialogView::removeImage);
+    column->addWidget(m_image);
+    column->addWidget(note(QStringLiteral("We take feedback very seriously and work to improve the "
+                                          "app quickly, so every suggestion is appreciated."),
+                           form));
+
+    m_error = Labels::failure({}, form);
+    m_error->setObjectName(QStringLiteral("feedbackError"));
+    m_error->setWordWrap(true);
+    m_bar = new SlimBar(form);
+    m_bar->setAccessibleName(sendingTitle);
+    column->addWidget(m_error);
+    column->addWidget(m_bar);
+
+    m_send = new QPushButton(sendTitle, form);
+    m_send->setDefault(true);
+    Style::markPrimary(*m_send);
+    // As wide as its other title, so that nothing moves when it comes.
+    const int growth = m_send->fontMetrics().horizontalAdvance(sendingTitle) -
+                       m_send->fontMetrics().horizontalAdvance(sendTitle);
+    m_send->setFixedWidth(m_send->sizeHint().width() + growth);
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"), form);
+    connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
+    connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(Style::grid);
+    buttons->addStretch();
+    buttons->addWidget(cancel);
+    buttons->addWidget(m_send);
+    column->addSpacing(Style::grid);
+    column->addLayout(buttons);
+    return form;
+}
+
+QWidget* FeedbackDialogView::makeText(QWidget* form) {
+    auto* part = new QWidget(form);
+    auto* column = new QVBoxLayout(part);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Style::grid / 2);
+    const QString prompt = QStringLiteral("What would make Quillabrae better for you?");
+    m_feedback = new QPlainTextEdit(part);
+    m_feedback->setAccessibleName(prompt);
+    m_feedback->setTabChangesFocus(true);
+    m_feedback->installEventFilter(this);
+    m_feedback->viewport()->installEventFilter(this);
+    connect(m_feedback, &QPlainTextEdit::textChanged, this, &FeedbackDialogView::showLength);
+    QLabel* label = Labels::body(prompt, part);
+    label->setBuddy(m_feedback);
+    m_length = Labels::muted({}, part);
+    m_excess = Labels::failure({}, part);
+    column->addWidget(label);
+    column->addWidget(m_feedback, 1);
+    for (QLabel* length : {m_length, m_excess}) column->addWidget(length, 0, Qt::AlignRight);
+    return part;
+}
+
+QWidget* FeedbackDialogView::makeConfirmation() {
+    auto* page = new QWidget(this);
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
+    column->setSpacing(Style::grid);
+    column->addStretch();
+    column->addWidget(new SymbolLabel(QStringLiteral("checkmark.circle"), confirmationSymbol, page),
+                      0, Qt::AlignHCenter);
+    QLabel* heading = Labels::title(QStringLiteral("Feedback sent"), 1.4, page);
+    QLabel* thanks =
+        note(QStringLiteral("Thank you. Your feedback will help make Quillabrae better."), page);
+    for (QLabel* label : {heading, thanks}) {
+        label->setAlignment(Qt::AlignHCenter);
+        column->addWidget(label);
+    }
+    column->addStretch();
+    m_done = new QPushButton(QStringLiteral("Done"), page);
+    Style::markPrimary(*m_done);
+    connect(m_done, &QPushButton::clicked, this, &QDialog::accept);
+    column->addWidget(m_done, 0, Qt::AlignRight);
+    return page;
+}
+
+QString FeedbackDialogView::errorMessage() const {
+    return m_error->text();
+}
+
+void FeedbackDialogView::showLength() {
+    const int length = services::feedbackLength(m_feedback->toPlainText());
+    const bool isExcess = length > services::greatestFeedbackLength;
+    for (QLabel* label : {m_length, m_excess})
+        label->setText(QStringLiteral("%1 / 5,000").arg(length));
+    m_length->setVisible(!isExcess);
+    m_excess->setVisible(isExcess);
+}
+
+void FeedbackDialogView::accept() {
+    if (m_isSent) return QDialog::accept();
+    if (m_environment.service.isConfigured() && !isSending() && !m_isProcessingImage) send();
+}
+
+void FeedbackDialogView::reject() {
+    if (!isSending()) return QDialog::reject();
+    m_sending.reset();
+    showState();
+    m_feedback->setFocus();
+}
+
+void FeedbackDialogView::send() {
+    showError({});
+    m_fraction = -1.0;
+    m_sending = m_environment.service.send(
+        m_feedback->toPlainText(), m_attachment,
+        [this](const platform::HttpProgress& progress) {
+            m_fraction = progress.toSend > 0 && progress.sent < progress.toSend
+                             ? double(progress.sent) / double(progress.toSend)
+                             : -1.0;
+        },
+        [this](const std::optional<services::FeedbackError>& error) { finish(error); });
+    showState();
+}
+
+void FeedbackDialogView::finish(const std::optional<services::FeedbackError>& error) {
+    m_sending.reset();
+    m_isSent = !error;
+    if (error) showError(error->description);
+    showState();
+    if (error) m_feedback->setFocus();
+}
+
+void FeedbackDialogView::chooseImage() {
+    const auto url = m_environment.chooseImage(this);
+    // The picker runs a loop of its own.
+    if (!url || !takesImages()) return;
+    beginImage(url->fileName());
+    m_environment.attachments.prepare(*url, [this](const auto& outcome) { takeImage(outcome); });
+}
+
+void FeedbackDialogView::beginImage(const QString& name) {
+    m_attachment.reset();
+    m_isProcessingImage = true;
+    m_image->showWorking(name);
+    showError({});
+    showState();
+}
+
+void FeedbackDialogView::takeImage(const services::FeedbackAttachmentOutcome& outcome) {
+    m_isProcessingImage = false;
+    if (const auto* attachment = std::get_if<services::FeedbackImageAttachment>(&outcome)) {
+        m_attachment = *attachment;
+        m_image->showAttachment(attachment->originalFilename, attachment->data.size());
+    } else {
+        m_image->showEmpty();
+        showError(std::get<services::FeedbackAttachmentError>(outcome).description);
+    }
+    showState();
+}
+
+void FeedbackDialogView::removeImage() {
+    m_environment.attachments.cancel();
+    m_isProcessingImage = false;
+    m_attachment.reset();
+    m_image->showEmpty();
+    showState();
+}
+
+bool FeedbackDialogView::takesImages() const {
+    return m_environment.service.isConfigured() && !isSending() && !m_isSent;
+}
+
+void FeedbackDialogView::showError(const QString& message) {
+    constexpr qsizetype room = 400;
+    m_error->setText(message.size() > room ? message.first(room) + u'…' : message);
+    m_error->setVisible(!message.isEmpty());
+}
+
+void FeedbackDialogView::showState() {
+    const bool isOpen = m_environment.service.isConfigured() && !isSending();
+    for (QWidget* part : {static_cast<QWidget*>(m_feedback), static_cast<QWidget*>(m_image)})
+        part->setEnabled(isOpen);
+    m_send->setEnabled(isOpen && !m_isProcessingImage);
+    m_send->setText(isSending() ? sendingTitle : sendTitle);
+    m_bar->setVisible(isSending());
+    if (isSending())
+        m_barTimer.start(barStep);
+    else
+        m_barTimer.stop();
+    if (!m_isSent) return;
+    m_pages->setCurrentIndex(1);
+    m_done->setDefault(true);
+    m_done->setFocus();
+}
+
+/// Return is a new line in the text, and Ctrl+Return sends it. A picture that is dragged over the
+/// text is the dialog's.
+bool FeedbackDialogView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_feedback && event->type() == QEvent::KeyPress) {
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        if (isReturn(key) && (key.modifiers() & Qt::ControlModifier)) {
+            accept();
+            return true;
+        }
+    }
+    if (isDrag(*event) && bringsImage(*static_cast<QDropEvent&>(*event).mimeData())) {
+        event->ignore();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void FeedbackDialogView::dragEnterEvent(QDragEnterEvent* event) {
+    if (!takesImages() || !bringsImage(*event->mimeData())) return;
+    event->acceptProposedAction();
+    m_image->markDropTarget(true);
+}
+
+void FeedbackDialogView::dragLeaveEvent(QDragLeaveEvent*) {
+    m_image->markDropTarget(false);
+}
+
+void FeedbackDialogView::dropEvent(QDropEvent* event) {
+    m_image->markDropTarget(false);
+    if (!takesImages()) return;
+    event->acceptProposedAction();
+    const auto dropped = store::droppedContents(platform::QtMimeSource(*event->mimeData()));
+    const auto taken = [this](const auto& outcome) { takeImage(outcome); };
+    if (!dropped.files.isEmpty()) {
+        beginImage(dropped.files.front().fileName());
+        m_environment.attachments.prepare(dropped.files.front(), taken);
+    } else if (!dropped.isEmpty()) {
+        const QString name = QStringLiteral("Dropped image");
+        beginImage(name);
+        m_environment.attachments.prepare(dropped.picture, name, taken);
+    }
+}
+
+} // namespace quillabrae::shell
