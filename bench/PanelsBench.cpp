@@ -9,6 +9,7 @@
 #include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
 #include "raster/DecodeCache.h"
+#include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 #include "shell/panels/HistoryPanel.h"
@@ -146,7 +147,7 @@ BENCHMARK(thumbnailAfterAnEdit)->Unit(benchmark::kMillisecond)->Iterations(20)->
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
     quillabrae::shell::Symbols::useScheme(quillabrae::shell::ColorScheme::light);
     quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
     benchmark::Initialize(&argc, argv);

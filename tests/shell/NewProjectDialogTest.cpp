@@ -3,6 +3,7 @@
 #include "shell/dialogs/NewProjectDialog.h"
 #include "store/StoreTest.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
@@ -46,6 +47,35 @@ TEST(NewProjectDialog, CreatesOnReturnAndCancelsOnEscape) {
     dialog.show();
     QTest::keyClick(&dialog, Qt::Key_Escape);
     EXPECT_EQ(dialog.QDialog::result(), QDialog::Rejected);
+}
+
+QString need(const NewProjectDialog& dialog) {
+    return dialog.findChild<QLabel*>(QStringLiteral("canvasNeed"))->text();
+}
+
+TEST(NewProjectDialog, TellsWhatALayerTakes) {
+    const NewProjectDialog dialog({1024, 1024});
+    EXPECT_EQ(need(dialog), QStringLiteral("Each layer takes 4.0 MB of memory."));
+    type(dialog, 0, QStringLiteral("16"));
+    type(dialog, 1, QStringLiteral("16"));
+    EXPECT_EQ(need(dialog), QStringLiteral("Each layer takes 1.0 kB of memory."));
+}
+
+TEST(NewProjectDialog, RefusesInWordsWhatNoPictureCanBe) {
+    NewProjectDialog dialog({900, 620});
+    const auto* create = dialog.findChild<QPushButton*>(QStringLiteral("accept"));
+    type(dialog, 0, QStringLiteral("32769"));
+    EXPECT_EQ(need(dialog), QStringLiteral("Too large: a side can have 32,768 pixels at most."));
+    EXPECT_FALSE(create->isEnabled());
+    dialog.show();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    type(dialog, 0, QStringLiteral("32768"));
+    EXPECT_TRUE(create->isEnabled());
+    type(dialog, 1, QStringLiteral("10000"));
+    EXPECT_EQ(need(dialog),
+              QStringLiteral("Too large: a picture can have 300 million pixels at most."));
+    EXPECT_FALSE(create->isEnabled());
 }
 
 } // namespace

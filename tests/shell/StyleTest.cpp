@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/looks/Style.h"
 
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QSpinBox>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -86,6 +92,39 @@ TEST_P(StyleTest, HasTextsThatStandOutFromTheirOwnSurface) {
 TEST_P(StyleTest, HasAnAccentThatShowsOnEverySurface) {
     for (const QColor& surface : {color(QPalette::Window), Style::raised(palette)})
         EXPECT_GE(contrast(Style::accent(palette), surface), leastForMarks);
+}
+
+TEST_P(StyleTest, HasFieldsWhoseEdgesShow) {
+    const QColor base = color(QPalette::Base);
+    for (const QColor& surface : {color(QPalette::Window), Style::raised(palette)})
+        EXPECT_GE(contrast(over(Style::outline(palette), base), surface), leastForMarks);
+}
+
+/// The row of pixels through the middle of a widget's face.
+QList<QColor> middleRow(QWidget& widget) {
+    const QImage picture = widget.grab().toImage();
+    QList<QColor> row;
+    for (int x = 0; x < picture.width(); ++x)
+        row.append(picture.pixelColor(x, picture.height() / 2));
+    return row;
+}
+
+TEST_P(StyleTest, PaintsTheEdgesOfFieldsAndBoxes) {
+    const QPalette former = QApplication::palette();
+    QApplication::setPalette(palette);
+    QWidget window;
+    QSpinBox number(&window);
+    QLineEdit text(&window);
+    QCheckBox box(&window);
+    QRadioButton choice(&window);
+    for (QWidget* field : std::initializer_list<QWidget*>{&number, &text, &box, &choice}) {
+        field->resize(field->sizeHint());
+        double best = 0.0;
+        for (const QColor& pixel : middleRow(*field).first(4))
+            best = std::max(best, contrast(pixel, color(QPalette::Window)));
+        EXPECT_GE(best, leastForMarks) << field->metaObject()->className();
+    }
+    QApplication::setPalette(former);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothSchemes, StyleTest,

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
 
 #include <QApplication>
@@ -9,7 +10,7 @@ int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
     quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/DesktopWindows.h"
 
-#include "shell/app/PlaceholderWindow.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/dialogs/Alert.h"
 #include "shell/editor/EditorWindow.h"
 #include "shell/looks/SystemMotion.h"
 #include "shell/plugins/PluginLibraryView.h"
+#include "shell/quickstart/PaintNetQuickStartView.h"
 #include "shell/settings/PaintSettingsView.h"
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
@@ -92,9 +92,7 @@ std::unique_ptr<QWidget> DesktopWindows::makeContent(WindowRole role,
         case WindowRole::pluginLibrary:
             return makePluginLibrary(coordinator);
         case WindowRole::paintNetQuickStart:
-            return std::make_unique<PlaceholderWindow>(
-                QStringLiteral("Paint.NET Quick Start"),
-                QStringLiteral("A short tour of the workspace will be here."));
+            return std::make_unique<PaintNetQuickStartView>(actions(coordinator));
         case WindowRole::settings:
             return makeSettings(coordinator);
     }

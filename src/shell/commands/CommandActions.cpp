@@ -5,23 +5,10 @@
 #include "store/ProjectStore.h"
 
 #include <QAction>
-#include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
 
 namespace quillabrae::shell {
-namespace {
-
-QList<QKeySequence> keys(const char* shortcuts) {
-    QList<QKeySequence> keys;
-    for (const QString& text :
-         QString::fromLatin1(shortcuts).split(QChar(u' '), Qt::SkipEmptyParts)) {
-        keys.append(QKeySequence(text, QKeySequence::PortableText));
-    }
-    return keys;
-}
-
-} // namespace
 
 CommandActions::CommandActions(CommandContext context, QObject* parent)
     : QObject(parent), m_context(context) {
@@ -39,7 +26,7 @@ QAction* CommandActions::makeAction(const Command& command) {
         return action;
     }
     action->setText(QString::fromLatin1(command.title));
-    action->setShortcuts(keys(command.shortcuts));
+    action->setShortcuts(shortcutsOf(command));
     action->setMenuRole(QAction::NoRole);
     connect(action, &QAction::triggered, this, [this, &command] {
         if (command.isEnabled(m_context.store)) command.run(m_context);

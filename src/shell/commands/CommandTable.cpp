@@ -89,6 +89,14 @@ std::span<const Command> commandTable() {
     return commands;
 }
 
+QList<QKeySequence> shortcutsOf(const Command& command) {
+    QList<QKeySequence> keys;
+    const QString texts = QString::fromLatin1(command.shortcuts);
+    for (const QString& text : texts.split(QChar(u' '), Qt::SkipEmptyParts))
+        keys.append(QKeySequence(text, QKeySequence::PortableText));
+    return keys;
+}
+
 const char* title(CommandMenu menu) {
     return menuTitles.at(static_cast<std::size_t>(menu));
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QKeySequence>
+#include <QList>
+
 #include <span>
 
 namespace quillabrae::store {
@@ -32,6 +35,8 @@ struct Command {
 
 /// Every command that has a menu row, menu by menu.
 std::span<const Command> commandTable();
+/// The command's key sequences, the one that menus show first.
+QList<QKeySequence> shortcutsOf(const Command& command);
 
 const char* title(CommandMenu menu);
 constexpr int commandMenuCount = 8;

@@ -60,6 +60,7 @@ NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& u
 
 QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle) {
     auto* accept = new QPushButton(acceptTitle, &dialog);
+    accept->setObjectName(QStringLiteral("accept"));
     accept->setDefault(true);
     Style::markPrimary(*accept);
     auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);

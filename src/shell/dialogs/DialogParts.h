@@ -26,7 +26,8 @@ QGridLayout* addGrid(QVBoxLayout& column);
 NumberField* addNumber(QGridLayout& grid, const QString& title, QWidget* unit);
 NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& unit);
 
-/// Cancel, and the button of the likeliest choice, which Return presses. They end the dialog.
+/// Cancel, and the button of the likeliest choice, named "accept", which Return presses. They end
+/// the dialog.
 QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle);
 
 } // namespace DialogParts

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/NewProjectDialog.h"
 
+#include "raster/PngCodec.h"
+#include "raster/SurfaceSize.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
 #include "shell/dialogs/DialogParts.h"
@@ -8,6 +10,8 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLocale>
+#include <QPushButton>
 
 #include <algorithm>
 #include <cmath>
@@ -17,8 +21,26 @@ namespace {
 
 constexpr QSize dialogSize{420, 310};
 constexpr double defaultResolution = 96.0;
+constexpr qint64 bytesPerPixel = 4;
 
 } // namespace
+
+CanvasNeed CanvasNeed::of(double width, double height) {
+    const QLocale locale;
+    if (const auto size = raster::surfaceSize(width, height)) {
+        const qint64 bytes = bytesPerPixel * size->width() * size->height();
+        return {QStringLiteral("Each layer takes %1 of memory.")
+                    .arg(locale.formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat)),
+                true};
+    }
+    if (std::max(width, height) > raster::maximumImageSide)
+        return {QStringLiteral("Too large: a side can have %1 pixels at most.")
+                    .arg(locale.toString(raster::maximumImageSide)),
+                false};
+    return {QStringLiteral("Too large: a picture can have %1 million pixels at most.")
+                .arg(locale.toString(raster::maximumImagePixels / 1'000'000)),
+            false};
+}
 
 NewProjectDialog::NewProjectDialog(QSizeF size, QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("New Project"));
@@ -36,10 +58,23 @@ NewProjectDialog::NewProjectDialog(QSizeF size, QWidget* parent) : QDialog(paren
     m_height = addField(QStringLiteral("Height:"), size.height(), pixels);
     m_resolution =
         addField(QStringLiteral("Resolution:"), defaultResolution, QStringLiteral("pixels/inch"));
+    m_need = Labels::muted({}, this);
+    m_need->setObjectName(QStringLiteral("canvasNeed"));
+    column->addWidget(m_need);
     column->addStretch();
     column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Create")));
+    m_create = findChild<QPushButton*>(QStringLiteral("accept"));
+    for (const NumberField* field : {m_width, m_height})
+        connect(field, &NumberField::valueChanged, this, &NewProjectDialog::showNeed);
+    showNeed();
     m_width->setFocus();
     m_width->selectAll();
+}
+
+void NewProjectDialog::showNeed() {
+    const CanvasNeed need = CanvasNeed::of(m_width->value(), m_height->value());
+    m_need->setText(need.text);
+    m_create->setEnabled(need.isPossible);
 }
 
 NewProjectDialogResult NewProjectDialog::answer() const {

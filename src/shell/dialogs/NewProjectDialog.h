@@ -4,12 +4,25 @@
 #include "shell/dialogs/Dialogs.h"
 
 #include <QDialog>
+#include <QString>
+
+class QLabel;
+class QPushButton;
 
 namespace quillabrae::shell {
 
 class NumberField;
 
-/// Asks for the size and resolution of a new project.
+/// What a canvas of that size takes, or why there can be none: a sentence for the dialog.
+struct CanvasNeed {
+    QString text;
+    bool isPossible = false;
+
+    static CanvasNeed of(double width, double height);
+};
+
+/// Asks for the size and resolution of a new project, and tells what a layer of it takes. A size
+/// that no picture can have is refused in words.
 class NewProjectDialog final : public QDialog {
     Q_OBJECT
 
@@ -20,6 +33,10 @@ public:
     NewProjectDialogResult answer() const;
 
 private:
+    void showNeed();
+
+    QLabel* m_need;
+    QPushButton* m_create = nullptr;
     NumberField* m_width;
     NumberField* m_height;
     NumberField* m_resolution;

@@ -90,6 +90,9 @@ void markPrimary(QPushButton& button) {
 QColor line(const QPalette& palette) {
     return veil(palette, 36);
 }
+QColor outline(const QPalette& palette) {
+    return veil(palette, schemeOf(palette) == ColorScheme::dark ? 112 : 128);
+}
 QColor mutedText(const QPalette& palette) {
     return veil(palette, 176);
 }

@@ -31,6 +31,8 @@ void markPrimary(QPushButton& button);
 
 /// Hairlines between and around surfaces.
 QColor line(const QPalette& palette);
+/// The edge of fields and boxes that something is entered in.
+QColor outline(const QPalette& palette);
 /// Text that stands back: captions, paths, disabled titles.
 QColor mutedText(const QPalette& palette);
 /// The face of a control under the pointer.

@@ -2,6 +2,7 @@
 #include "shell/looks/SystemColorScheme.h"
 
 #include "platform/Preferences.h"
+#include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Symbols.h"
 
 #include <QApplication>
@@ -22,7 +23,7 @@ SystemColorScheme::SystemColorScheme(platform::Preferences& preferences)
       m_scheme(Style::schemeOf(QApplication::palette())) {
     connect(&m_setting, &DesktopSetting::told, this, &SystemColorScheme::take);
     if (m_preferences.boolean(darkKey, false)) m_scheme = ColorScheme::dark;
-    QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setStyle(new OutlinedStyle);
     Symbols::useScheme(m_scheme);
     Style::apply(m_scheme);
 }

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/looks/OutlinedStyle.h"
+
+#include "shell/looks/Style.h"
+
+#include <QPainter>
+#include <QStyleOption>
+
+namespace quillabrae::shell {
+namespace {
+
+enum class Edge { field, box, disc };
+
+void paintEdge(QPainter& painter, const QStyleOption& option, Edge edge) {
+    // The base style marks what has the keyboard, in the accent.
+    const bool isMarked = edge == Edge::field && option.state.testFlag(QStyle::State_HasFocus);
+    if (isMarked || !option.state.testFlag(QStyle::State_Enabled)) return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Style::outline(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    const QRectF face = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (edge == Edge::disc)
+        painter.drawEllipse(face);
+    else
+        painter.drawRoundedRect(face, 2.0, 2.0);
+    painter.restore();
+}
+
+} // namespace
+
+OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                  QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+        case PE_FrameLineEdit:
+            return paintEdge(*painter, *option, Edge::field);
+        case PE_IndicatorCheckBox:
+            return paintEdge(*painter, *option, Edge::box);
+        case PE_IndicatorRadioButton:
+            return paintEdge(*painter, *option, Edge::disc);
+        default:
+            return;
+    }
+}
+
+void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                       QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    const auto* spinBox = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
+    if (control == CC_SpinBox && spinBox != nullptr && spinBox->frame)
+        paintEdge(*painter, *option, Edge::field);
+}
+
+} // namespace quillabrae::shell

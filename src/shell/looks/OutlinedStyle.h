@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QProxyStyle>
+
+namespace quillabrae::shell {
+
+/// The base style with edges around fields and boxes that show on light and on dark: its own are
+/// shades of the window's colour, which a dark window swallows.
+class OutlinedStyle final : public QProxyStyle {
+    Q_OBJECT
+
+public:
+    OutlinedStyle();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                            QPainter* painter, const QWidget* widget) const override;
+};
+
+} // namespace quillabrae::shell

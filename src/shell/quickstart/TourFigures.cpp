@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/quickstart/TourFigures.h"
+
+#include "model/PaintTool.h"
+#include "shell/controls/Labels.h"
+#include "shell/controls/SymbolLabel.h"
+#include "shell/editor/ToolsPalette.h"
+#include "shell/looks/Style.h"
+#include "shell/quickstart/ShortcutComparison.h"
+
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QTreeWidget>
+
+namespace quillabrae::shell::TourFigures {
+namespace {
+
+constexpr int toolColumns = 3;
+constexpr int sectionHeight = 34;
+constexpr int rowHeight = 24;
+constexpr int actionWidth = 152;
+constexpr int thereWidth = 116;
+
+enum Column : int { actionColumn, hereColumn, thereColumn, columnCount };
+
+QWidget* makeTool(model::PaintTool tool, QWidget* parent) {
+    auto* row = new QWidget(parent);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Style::grid);
+    layout->addWidget(new SymbolLabel(model::symbolName(tool), Style::mediumIcon, row));
+    layout->addWidget(Labels::body(model::title(tool), row), 1);
+    return row;
+}
+
+QString keysText(const QKeySequence& keys) {
+    return keys.toString(QKeySequence::NativeText);
+}
+
+QTreeWidgetItem* addSection(QTreeWidget& table, const QString& title) {
+    auto* section =
+        new QTreeWidgetItem(&table, {title, QStringLiteral("Here"), QStringLiteral("Paint.NET")});
+    QFont font = table.font();
+    font.setWeight(QFont::DemiBold);
+    for (int column = actionColumn; column < columnCount; ++column) {
+        section->setFont(column, font);
+        section->setSizeHint(column, {0, sectionHeight});
+    }
+    section->setFlags(Qt::ItemIsEnabled);
+    section->setExpanded(true);
+    return section;
+}
+
+void addRow(QTreeWidgetItem& section, const ComparedShortcut& shortcut) {
+    QString here = keysText(shortcut.here);
+    if (!shortcut.note.isEmpty())
+        here += here.isEmpty() ? shortcut.note : QStringLiteral("  (%1)").arg(shortcut.note);
+    if (here.isEmpty()) here = QStringLiteral("none");
+    auto* row = new QTreeWidgetItem(&section, {shortcut.action, here, keysText(shortcut.there)});
+    row->setSizeHint(actionColumn, {0, rowHeight});
+}
+
+} // namespace
+
+QWidget* makeTools(QWidget* parent) {
+    auto* tools = new QWidget(parent);
+    auto* grid = new QGridLayout(tools);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(20);
+    const int rows = (static_cast<int>(paletteTools.size()) + toolColumns - 1) / toolColumns;
+    int index = 0;
+    for (const model::PaintTool tool : paletteTools) {
+        grid->addWidget(makeTool(tool, tools), index % rows, index / rows);
+        ++index;
+    }
+    return tools;
+}
+
+QWidget* makeShortcuts(QWidget* parent) {
+    auto* table = new QTreeWidget(parent);
+    table->setAccessibleName(QStringLiteral("Shortcuts"));
+    table->setColumnCount(columnCount);
+    table->setHeaderLabels(
+        {QStringLiteral("Command"), QStringLiteral("Here"), QStringLiteral("Paint.NET")});
+    table->setRootIsDecorated(false);
+    table->setIndentation(0);
+    table->setItemsExpandable(false);
+    table->setFrameShape(QFrame::NoFrame);
+    table->viewport()->setAutoFillBackground(false);
+    table->setFocusPolicy(Qt::TabFocus);
+    table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    QTreeWidgetItem* different = addSection(*table, QStringLiteral("Different"));
+    QTreeWidgetItem* same = addSection(*table, QStringLiteral("The same"));
+    for (const ComparedShortcut& shortcut : comparedShortcuts())
+        addRow(shortcut.isSame() ? *same : *different, shortcut);
+    table->header()->hide();
+    table->header()->setStretchLastSection(false);
+    table->header()->setSectionResizeMode(hereColumn, QHeaderView::Stretch);
+    table->setColumnWidth(actionColumn, actionWidth);
+    table->setColumnWidth(thereColumn, thereWidth);
+    return table;
+}
+
+} // namespace quillabrae::shell::TourFigures
