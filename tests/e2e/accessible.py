@@ -11,7 +11,7 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 STATE_BITS = {"focused": 12, "sensitive": 24, "showing": 25, "visible": 30, "checked": 4,
-              "enabled": 8, "selected": 23, "active": 1, "modal": 16}
+              "enabled": 8, "focusable": 11, "selected": 23, "active": 1, "modal": 16}
 
 
 class Tree:

@@ -5,6 +5,7 @@
 #include "raster/DecodeCache.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/controls/IconButton.h"
+#include "shell/controls/ScrollHints.h"
 #include "shell/editor/ProjectTab.h"
 #include "shell/editor/ProjectThumbnail.h"
 #include "shell/looks/Style.h"
@@ -23,6 +24,8 @@ namespace quillabrae::shell {
 namespace {
 
 constexpr int barHeight = 48;
+/// The chosen tab stays clear of the hints that there are more.
+constexpr int hintedEdge = 40;
 /// Pictures follow a little behind the work, so that a run of edits makes one.
 constexpr std::chrono::milliseconds thumbnailDelay{60};
 
@@ -63,6 +66,7 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     m_row->setSpacing(Style::grid / 2);
     m_row->setSizeConstraint(QLayout::SetMinAndMaxSize);
     m_scroller = makeScroller(content, this);
+    new ScrollHints(*m_scroller);
 
     auto* create =
         new IconButton({.symbolName = QStringLiteral("plus"),
@@ -158,7 +162,7 @@ void ProjectTabBar::refreshTabs() {
     });
     m_row->activate();
     m_scroller->updateGeometry();
-    if (active != m_tabs.end()) m_scroller->ensureWidgetVisible(*active, Style::grid, 0);
+    if (active != m_tabs.end()) m_scroller->ensureWidgetVisible(*active, hintedEdge, 0);
 }
 
 void ProjectTabBar::projectChanged(const QUuid& id) {

@@ -91,7 +91,7 @@ QColor line(const QPalette& palette) {
     return veil(palette, 36);
 }
 QColor outline(const QPalette& palette) {
-    return veil(palette, schemeOf(palette) == ColorScheme::dark ? 112 : 128);
+    return veil(palette, schemeOf(palette) == ColorScheme::dark ? 132 : 148);
 }
 QColor mutedText(const QPalette& palette) {
     return veil(palette, 176);

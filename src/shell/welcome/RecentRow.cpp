@@ -10,7 +10,7 @@
 namespace quillabrae::shell {
 namespace {
 
-constexpr int rowHeight = 44;
+constexpr int rowHeight = 41;
 constexpr int padding = 8;
 constexpr int removeExtent = 24;
 
