@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What an edit costs the panels: following the store and painting, with 30 layers and 200 steps of
-// history, at one and two device pixels a point. A program of its own, since widgets need another
-// application object than the other benchmarks have.
+// history, at one and two device pixels a point; and how long the windows beside the editor take to
+// open. A program of its own, since widgets need another application object than the other
+// benchmarks have.
 #include "NoPanels.h"
 #include "SyntheticImages.h"
+#include "effects/OpenAIKeychainService.h"
+#include "effects/PluginLibraryService.h"
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
 #include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
+#include "platform/MemorySecretStore.h"
 #include "raster/DecodeCache.h"
 #include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
@@ -16,6 +20,8 @@
 #include "shell/panels/LayerList.h"
 #include "shell/panels/LayerListModel.h"
 #include "shell/panels/LayersPanel.h"
+#include "shell/plugins/PluginLibraryView.h"
+#include "shell/settings/PaintSettingsView.h"
 #include "store/ProjectStore.h"
 
 #include <QApplication>
@@ -140,6 +146,58 @@ void thumbnailAfterAnEdit(benchmark::State& state) {
     }
 }
 BENCHMARK(thumbnailAfterAnEdit)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
+
+/// A store with nothing in it, and what the windows beside the editor show.
+struct Desk {
+    NoPanels noPanels;
+    platform::MemoryPreferences preferences;
+    platform::SystemClock clock;
+    platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
+    QTemporaryDir folder;
+    ProjectStore store{
+        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
+        store::Persistence::off};
+    platform::MemorySecretStore secrets;
+    effects::OpenAIKeychainService keychain{secrets};
+    effects::PluginLibraryService plugins{folder.path()};
+};
+
+/// From the making of a window to its first picture.
+void open(benchmark::State& state, QSize size,
+          const std::function<std::unique_ptr<QWidget>()>& make) {
+    for (auto _ : state) {
+        const std::unique_ptr<QWidget> window = make();
+        window->resize(size);
+        window->show();
+        QImage target = targetFor(*window, static_cast<int>(state.range(0)));
+        paint(*window, target);
+        state.PauseTiming();
+        QCoreApplication::processEvents();
+        state.ResumeTiming();
+    }
+}
+
+/// At the pane of the most rows, which has been asked for when the window shows.
+void openSettings(benchmark::State& state) {
+    Desk desk;
+    open(state, QSize(720, 500), [&] {
+        auto view = std::make_unique<shell::PaintSettingsView>(
+            shell::SettingsContext{desk.store, desk.preferences, desk.keychain, {}});
+        view->showSection(shell::PaintSettingsSection::intelligence);
+        return view;
+    });
+}
+BENCHMARK(openSettings)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+void openPluginLibrary(benchmark::State& state) {
+    Desk desk;
+    open(state, QSize(980, 680), [&] {
+        return std::make_unique<shell::PluginLibraryView>(
+            shell::PluginLibraryContext{desk.plugins, desk.store, {}, {}});
+    });
+}
+BENCHMARK(openPluginLibrary)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->Iterations(20);
 
 } // namespace
 } // namespace quillabrae::bench

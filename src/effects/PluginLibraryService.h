@@ -38,8 +38,9 @@ public:
     /// The catalogue's plugin of that id; null without one.
     const QuillabraePlugin* plugin(const QString& id) const;
 
-    /// Writes the plugin's manifest; its folder goes when that fails. Throws PluginLibraryError,
-    /// also for a plugin that differs from the catalogue's.
+    /// Writes the plugin's manifest; its folder goes when that fails, and what counts as installed
+    /// stays as it was until the folder is read again. Throws PluginLibraryError, also for a plugin
+    /// that differs from the catalogue's.
     void install(const QuillabraePlugin& plugin);
     /// Removes the plugin's folder, if there is one. Throws PluginLibraryError.
     void uninstall(const QuillabraePlugin& plugin);

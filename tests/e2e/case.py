@@ -19,8 +19,9 @@ class DeskCase(unittest.TestCase):
         self.desk = self.enterContext(Desk())
         self.running = []
 
-    def start(self, *files):
-        editor = Editor(self.desk, *files, program=self.program)
+    def start(self, *files, **options):
+        """`options` are those of a process."""
+        editor = Editor(self.desk, *files, program=self.program, **options)
         self.running.append(editor)
         return editor
 

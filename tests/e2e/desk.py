@@ -119,8 +119,9 @@ class Desk:
 
     def spawn(self, *command, **options):
         with (self.folder / f"{Path(command[0]).name}.log").open("ab") as log:
-            process = subprocess.Popen(list(map(str, command)), env=self.environment, stdout=log,
-                                       stderr=log, stdin=subprocess.DEVNULL, **options)
+            streams = {"stdin": subprocess.DEVNULL, "stdout": log, "stderr": log}
+            process = subprocess.Popen(list(map(str, command)), env=self.environment,
+                                       **(streams | options))
         self._spawned.append(process)
         return process
 

@@ -155,6 +155,20 @@ TEST_F(PluginLibraryTest, InstallThatCannotWriteLeavesNoFolder) {
     }
 }
 
+TEST_F(PluginLibraryTest, AnotherInstallThatFailsLeavesWhatIsListedUntilTheNextStart) {
+    persistence::FaultyFileOperations operations;
+    PluginLibraryService service(folder(), operations);
+    service.install(first);
+    const QSignalSpy changes(&service, &PluginLibraryService::installedPluginIDsChanged);
+    failAt(operations, "write");
+    EXPECT_EQ(failureOf([&] { service.install(first); }), Reason::installFailed);
+    // The folder is gone, as one is that somebody else removes: running goes on meanwhile.
+    EXPECT_FALSE(QFile::exists(folderOf(first)));
+    EXPECT_EQ(service.installedPluginIDs(), QSet<QString>{first.id});
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_TRUE(installedAtNextStart().isEmpty());
+}
+
 TEST_F(PluginLibraryTest, UninstallRemovesTheFolder) {
     PluginLibraryService service(folder());
     service.install(first);

@@ -62,7 +62,7 @@ constexpr std::array rows{
     Row{"chevron.down"sv, "./chevron-down"sv},
     Row{"chevron.right"sv, "./chevron-right"sv},
     Row{"xmark"sv, "./close"sv},
-    Row{"gearshape"sv, "configure"sv},
+    Row{"gearshape"sv, "./gear"sv},
     // Sections of the settings and the library
     Row{"person.crop.circle"sv, "im-user"sv},
     Row{"macwindow"sv, "window"sv},
