@@ -2,7 +2,6 @@
 #include "services/QuillabraeAccountService.h"
 
 #include "platform/Preferences.h"
-#include "services/AppSignInPayload.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -49,14 +48,23 @@ QuillabraeAccountService::QuillabraeAccountService(Environment environment, WebS
       m_service(std::move(service)),
       m_tokens(m_environment.secrets),
       m_name(m_environment.preferences.value(nameKey).toString()),
-      m_email(m_environment.preferences.value(emailKey).toString()) {}
+      m_email(m_environment.preferences.value(emailKey).toString()),
+      m_isSignedIn(!m_email.isEmpty()) {}
 
 QuillabraeAccountService::~QuillabraeAccountService() = default;
 
 bool QuillabraeAccountService::isSignedIn() const {
-    if (!isConfigured()) return false;
-    if (!m_isSignedIn) m_isSignedIn = m_tokens.loadToken().has_value();
-    return *m_isSignedIn;
+    return isConfigured() && m_isSignedIn;
+}
+
+void QuillabraeAccountService::lookForToken() {
+    if (m_hasLooked || m_isBusy || !isConfigured()) return;
+    m_hasLooked = true;
+    m_tokenCall = m_tokens.loadToken([this](const std::optional<QString>& token) {
+        m_tokenCall.reset();
+        m_isSignedIn = token.has_value();
+        Q_EMIT changed();
+    });
 }
 
 void QuillabraeAccountService::signIn() {
@@ -73,8 +81,7 @@ void QuillabraeAccountService::signIn() {
         [this, request = *request](const auto& outcome) { takeCallback(outcome, request); });
     if (!m_authenticationSession)
         return report(QStringLiteral("Could not open the Quillabrae sign-in page."));
-    m_isBusy = true;
-    report(QStringLiteral("Complete sign-in in your browser…"));
+    begin(QStringLiteral("Complete sign-in in your browser…"));
 }
 
 void QuillabraeAccountService::takeCallback(const WebAuthenticationOutcome& outcome,
@@ -110,13 +117,19 @@ void QuillabraeAccountService::takeToken(const HttpOutcome& outcome) {
     const auto payload = isSuccess(reply) ? appSignInPayload(reply.body) : std::nullopt;
     if (!payload)
         return end(QStringLiteral("Quillabrae could not finish signing in. Please try again."));
-    try {
-        m_tokens.saveToken(payload->token);
-    } catch (const platform::SecretStoreError& error) {
-        return end(error.description());
-    }
-    updateProfile(payload->name.value_or(QString()), payload->email);
+    m_tokenCall = m_tokens.saveToken(
+        payload->token, [this, payload = *payload](const std::optional<QString>& failure) {
+            m_tokenCall.reset();
+            if (failure) return end(*failure);
+            takeSavedToken(payload);
+        });
+    Q_EMIT changed();
+}
+
+void QuillabraeAccountService::takeSavedToken(const AppSignInPayload& payload) {
+    updateProfile(payload.name.value_or(QString()), payload.email);
     m_isSignedIn = true;
+    m_hasLooked = true;
     end(QStringLiteral("Signed in."));
 }
 
@@ -138,18 +151,27 @@ void QuillabraeAccountService::cancelSignIn() {
 
 void QuillabraeAccountService::signOut() {
     if (m_isBusy) return;
-    const auto token = m_tokens.loadToken();
-    try {
-        m_tokens.removeToken();
-    } catch (const platform::SecretStoreError& error) {
-        return report(error.description());
-    }
-    if (token) tellServiceOfSignOut(*token);
+    begin(QStringLiteral("Signing out…"));
+    m_tokenCall =
+        m_tokens.loadToken([this](const std::optional<QString>& token) { removeToken(token); });
+}
+
+void QuillabraeAccountService::removeToken(const std::optional<QString>& token) {
+    m_tokenCall = m_tokens.removeToken([this, token](const std::optional<QString>& failure) {
+        m_tokenCall.reset();
+        if (failure) return end(*failure);
+        if (token) tellServiceOfSignOut(*token);
+        forgetUser();
+    });
+}
+
+void QuillabraeAccountService::forgetUser() {
     m_name.clear();
     m_email.clear();
     for (const QString& key : {nameKey, emailKey}) m_environment.preferences.remove(key);
     m_isSignedIn = false;
-    report(QStringLiteral("Signed out."));
+    m_hasLooked = true;
+    end(QStringLiteral("Signed out."));
 }
 
 void QuillabraeAccountService::tellServiceOfSignOut(const QString& token) {
@@ -162,6 +184,13 @@ void QuillabraeAccountService::tellServiceOfSignOut(const QString& token) {
                               maximumReplyBytes};
     m_signOutExchange = m_environment.http.send(
         request, {}, [this](const HttpOutcome&) { m_signOutExchange.reset(); });
+}
+
+void QuillabraeAccountService::begin(const QString& statusMessage) {
+    // An answer that comes from now on is about another time.
+    m_tokenCall.reset();
+    m_isBusy = true;
+    report(statusMessage);
 }
 
 void QuillabraeAccountService::report(const QString& statusMessage) {

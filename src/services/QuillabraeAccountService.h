@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/HttpClient.h"
+#include "services/AppSignInPayload.h"
 #include "services/QuillabraeAuthTokenStore.h"
 #include "services/SignInRequest.h"
 #include "services/WebAuthenticationSession.h"
@@ -42,19 +43,23 @@ public:
     bool isConfigured() const { return m_service.isConfigured(); }
     const QString& name() const { return m_name; }
     const QString& email() const { return m_email; }
-    /// Whether there is a token. The first call asks the secret store, which may ask the user to
-    /// unlock it.
+    /// Whether there is a token: as far as the profile tells, until the secret store has answered.
     bool isSignedIn() const;
     const QString& statusMessage() const { return m_statusMessage; }
-    /// Whether a sign-in is under way.
+    /// Whether a sign-in or a sign-out is under way.
     bool isBusy() const { return m_isBusy; }
+    /// Whether what is under way waits for the browser or the service.
+    bool canCancel() const { return m_authenticationSession || m_tokenExchange; }
 
-    /// Has the user sign in in the browser. Does nothing while a sign-in is under way.
+    /// Asks the secret store for the token, unless that was done before. Put off until somebody
+    /// looks, since the store may ask the user to unlock it.
+    void lookForToken();
+    /// Has the user sign in in the browser. Does nothing while the service is busy.
     void signIn();
-    /// Gives up the sign-in that is under way, if one is.
+    /// Gives up the sign-in that is under way, where that can be.
     void cancelSignIn();
-    /// Forgets token and profile at once and tells the service, whose answer is not waited for.
-    /// Does nothing while a sign-in is under way.
+    /// Forgets token and profile and tells the service, whose answer is not waited for. Does
+    /// nothing while the service is busy.
     void signOut();
 
 Q_SIGNALS:
@@ -65,8 +70,12 @@ private:
     void takeCallback(const WebAuthenticationOutcome& outcome, const SignInRequest& request);
     void finishSignIn(const QString& code, const QString& verifier);
     void takeToken(const platform::HttpOutcome& outcome);
+    void takeSavedToken(const AppSignInPayload& payload);
+    void removeToken(const std::optional<QString>& token);
+    void forgetUser();
     void updateProfile(const QString& name, const QString& email);
     void tellServiceOfSignOut(const QString& token);
+    void begin(const QString& statusMessage);
     void report(const QString& statusMessage);
     void end(const QString& statusMessage);
 
@@ -77,11 +86,13 @@ private:
     QString m_email;
     QString m_statusMessage;
     bool m_isBusy = false;
-    /// Nothing until somebody asked.
-    mutable std::optional<bool> m_isSignedIn;
+    bool m_isSignedIn = false;
+    bool m_hasLooked = false;
     std::unique_ptr<WebAuthenticationSession> m_authenticationSession;
     std::unique_ptr<platform::HttpExchange> m_tokenExchange;
     std::unique_ptr<platform::HttpExchange> m_signOutExchange;
+    /// What was asked of the secret store last, while it has not answered.
+    QuillabraeAuthTokenStore::Call m_tokenCall;
 };
 
 } // namespace quillabrae::services

@@ -54,6 +54,9 @@ class Server:
         return self
 
     def __exit__(self, *_):
+        self.close()
+
+    def close(self):
         self._http.shutdown()
         self._http.server_close()
 

@@ -3,6 +3,7 @@
 #include "platform/MemorySecretStore.h"
 #include "platform/SettingsPreferences.h"
 #include "shell/ShellTest.h"
+#include "shell/TestAccount.h"
 #include "shell/controls/SlimBar.h"
 #include "shell/settings/APIKeyPane.h"
 
@@ -21,7 +22,7 @@ protected:
 
     void open() {
         pane = std::make_unique<APIKeyPane>(SettingsContext{
-            *store, preferences, keychain, [this](const QUrl& url) { page = url; }});
+            *store, preferences, keychain, [this](const QUrl& url) { page = url; }, *account.none});
         pane->show();
     }
     void openAndWait() {
@@ -52,6 +53,7 @@ protected:
 
     platform::MemorySecretStore secrets;
     effects::OpenAIKeychainService keychain{secrets};
+    TestAccount account;
     QUrl page;
     std::unique_ptr<APIKeyPane> pane;
 };
@@ -203,15 +205,15 @@ TEST_F(APIKeyPaneTest, TheStatusOutlivesTheProgramAndTheKeyIsInNoPreference) {
         platform::SettingsPreferences stored(path,
                                              platform::SettingsPreferences::Writing::gathered);
         pane = std::make_unique<APIKeyPane>(
-            SettingsContext{*store, stored, keychain, [](const QUrl&) {}});
+            SettingsContext{*store, stored, keychain, [](const QUrl&) {}, *account.none});
         runDeferred();
         enter(QStringLiteral("sk-canary"));
         pane.reset();
     }
     platform::SettingsPreferences stored(path, platform::SettingsPreferences::Writing::gathered);
     secrets.isSlow = true;
-    pane =
-        std::make_unique<APIKeyPane>(SettingsContext{*store, stored, keychain, [](const QUrl&) {}});
+    pane = std::make_unique<APIKeyPane>(
+        SettingsContext{*store, stored, keychain, [](const QUrl&) {}, *account.none});
     EXPECT_EQ(connection(), QStringLiteral("Connected with BYOK"));
     EXPECT_EQ(keyState(), QStringLiteral("API key saved in Keychain"));
     pane.reset();

@@ -4,6 +4,7 @@
 #include "persistence/AppPersistenceService.h"
 #include "platform/MemorySecretStore.h"
 #include "shell/ShellTest.h"
+#include "shell/TestAccount.h"
 #include "shell/controls/SliderRow.h"
 #include "shell/settings/PaintSettingsView.h"
 #include "shell/settings/SettingsPane.h"
@@ -21,7 +22,7 @@ namespace {
 class SettingsTest : public ShellTest {
 protected:
     SettingsContext context() {
-        return {*store, preferences, keychain, [](const QUrl&) {}};
+        return {*store, preferences, keychain, [](const QUrl&) {}, *account.none};
     }
     void show(PaintSettingsSection section) {
         pane = std::make_unique<SettingsPane>(section, context());
@@ -55,6 +56,7 @@ protected:
 
     platform::MemorySecretStore secrets;
     effects::OpenAIKeychainService keychain{secrets};
+    TestAccount account;
     std::unique_ptr<SettingsPane> pane;
 };
 

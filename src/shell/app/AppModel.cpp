@@ -9,16 +9,20 @@
 #include "platform/ApplicationService.h"
 #include "platform/ClipboardPasteboard.h"
 #include "platform/Clock.h"
+#include "platform/DesktopBrowser.h"
 #include "platform/DesktopRegistration.h"
 #include "platform/GioFileIcons.h"
 #include "platform/KeychainSecretStore.h"
 #include "platform/NetworkHttpClient.h"
 #include "platform/ProgramInstance.h"
+#include "platform/SecureRandom.h"
 #include "platform/SettingsPreferences.h"
 #include "platform/XdgRecentDocuments.h"
+#include "services/BrowserAuthentication.h"
 #include "services/FeedbackAttachmentService.h"
 #include "services/FeedbackService.h"
 #include "services/ProgramIdentity.h"
+#include "services/QuillabraeAccountService.h"
 #include "services/WebService.h"
 #include "shell/app/AppDelegate.h"
 #include "shell/app/Deployment.h"
@@ -35,7 +39,6 @@
 #include "store/ProjectStore.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 
 namespace quillabrae::shell {
 
@@ -64,6 +67,9 @@ struct AppModel::Graph {
           recentDocuments(platform::XdgRecentDocuments::standardFile(),
                           platform::XdgRecentDocuments::standardMissing()),
           recents(store, recentDocuments),
+          authentication(browser),
+          account({http, secrets, preferences, authentication, platform::secureRandomData},
+                  services::WebService(deployment.service)),
           plugins(effects::PluginLibraryService::defaultInstallDirectory(paths)),
           feedback(http, services::WebService(deployment.service), identityOf(deployment)),
           feedbackAttachments(
@@ -79,8 +85,8 @@ struct AppModel::Graph {
                    [this](QWidget* parent) {
                        return panels.chooseImage(QStringLiteral("Attach Image"), parent);
                    }}),
-          factory({store, preferences, keychain,
-                   [](const QUrl& url) { QDesktopServices::openUrl(url); }},
+          factory({store, preferences, keychain, [this](const QUrl& url) { browser.open(url); },
+                   account},
                   motion),
           windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
@@ -93,8 +99,14 @@ struct AppModel::Graph {
                             motion.followSystem();
                             if (service != nullptr) service->start();
                         },
-                    .quit = [] { QCoreApplication::exit(); }}) {
+                    .quit = [] { QCoreApplication::exit(); },
+                    .followLink = [this](const QUrl& link) { follow(link); }}) {
         application.installEventFilter(&delegate);
+    }
+
+    /// A link that a sign-in waits for brings the user back to where it was begun.
+    void follow(const QUrl& link) {
+        if (authentication.takeLink(link)) windows.showSettings();
     }
 
     std::optional<model::PastedImage> importSvg(const QByteArray& svg) {
@@ -115,6 +127,7 @@ struct AppModel::Graph {
     platform::XdgDesktopRegistration registration;
     platform::KeychainSecretStore secrets;
     platform::NetworkHttpClient http;
+    platform::DesktopBrowser browser;
     effects::OpenAIKeychainService keychain{secrets};
     effects::OpenAIImageEditService imageEdit;
     platform::SettingsPreferences preferences;
@@ -125,6 +138,8 @@ struct AppModel::Graph {
     store::ProjectStore store;
     platform::XdgRecentDocuments recentDocuments;
     DesktopRecents recents;
+    services::BrowserAuthentication authentication;
+    services::QuillabraeAccountService account;
     effects::PluginLibraryService plugins;
     services::FeedbackService feedback;
     services::FeedbackAttachmentService feedbackAttachments;

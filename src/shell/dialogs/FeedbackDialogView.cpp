@@ -106,13 +106,12 @@ QWidget* FeedbackDialogView::makeForm() {
     column->addWidget(m_error);
     column->addWidget(m_bar);
 
-    m_send = new QPushButton(sendTitle, form);
+    m_send = new QPushButton(sendingTitle, form);
     m_send->setDefault(true);
     Style::markPrimary(*m_send);
-    // As wide as its other title, so that nothing moves when it comes.
-    const int growth = m_send->fontMetrics().horizontalAdvance(sendingTitle) -
-                       m_send->fontMetrics().horizontalAdvance(sendTitle);
-    m_send->setFixedWidth(m_send->sizeHint().width() + growth);
+    // As wide as the longer of its titles needs, so that nothing moves.
+    m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
+    m_send->setText(sendTitle);
     auto* cancel = new QPushButton(QStringLiteral("Cancel"), form);
     connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
     connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
@@ -154,8 +153,9 @@ QWidget* FeedbackDialogView::makeConfirmation() {
     column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
     column->setSpacing(Style::grid);
     column->addStretch();
-    column->addWidget(new SymbolLabel(QStringLiteral("checkmark.circle"), confirmationSymbol, page),
-                      0, Qt::AlignHCenter);
+    column->addWidget(
+        new SymbolLabel(QStringLiteral("checkmark.circle.fill"), confirmationSymbol, page), 0,
+        Qt::AlignHCenter);
     QLabel* heading = Labels::title(QStringLiteral("Feedback sent"), 1.4, page);
     QLabel* thanks =
         note(QStringLiteral("Thank you. Your feedback will help make Quillabrae better."), page);

@@ -118,7 +118,7 @@ constexpr std::array rows{
     // Feedback
     Row{"bubble.left.and.bubble.right"sv, "./bubbles"sv},
     Row{"photo"sv, "viewimage"sv},
-    Row{"checkmark.circle"sv, "./check-circle"sv},
+    Row{"checkmark.circle.fill"sv, "./check-circle"sv},
     // Places
     Row{"arrow.up"sv, "./arrow-up"sv},
     Row{"arrow.up.right"sv, "./arrow-up-right"sv},

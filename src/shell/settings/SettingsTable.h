@@ -19,6 +19,10 @@ namespace quillabrae::platform {
 class Preferences;
 }
 
+namespace quillabrae::services {
+class QuillabraeAccountService;
+}
+
 namespace quillabrae::store {
 class ProjectStore;
 }
@@ -32,6 +36,7 @@ struct SettingsContext {
     effects::OpenAIKeychainService& keychain;
     /// Shows a page in the user's browser.
     std::function<void(const QUrl&)> openURL;
+    services::QuillabraeAccountService& account;
 };
 
 /// What has to follow a change at once; null for nothing.
