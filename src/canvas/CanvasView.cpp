@@ -67,6 +67,7 @@ void CanvasView::projectChanged() {
     // The canvas reports itself what its own edits have changed on screen.
     if (m_context.isEditing()) return;
     m_keyboard.projectChangedElsewhere();
+    m_text.projectChanged();
     const bool wasDrawing = m_drawing.live().isRunning();
     m_drawing.projectChanged();
     if (wasDrawing && !m_drawing.live().isRunning()) m_rightMouse.forgetButton();
@@ -79,6 +80,7 @@ void CanvasView::activeProjectChanged() {
     m_keyboard.cancel();
     m_keyboard.leave();
     cancelDrawing();
+    m_text.projectChanged();
     m_drawing.projectChanged();
     m_selection.reset();
     updateLayout();
@@ -101,7 +103,7 @@ void CanvasView::settingsChanged() {
 }
 
 void CanvasView::toolChanged(PaintTool former) {
-    m_keyboard.cancel();
+    if (const auto last = m_keyboard.letGo()) finishKeyboardDrag(*last, former);
     m_drags.toolChanged(former);
     m_selection.toolChanged(selectedTool());
     if (selectedTool() != PaintTool::text) m_text.commitActiveText();
@@ -256,6 +258,15 @@ void CanvasView::dragByKeyboardCancelled(const DragValue& value) {
     m_pan.finish();
     m_selection.cancel();
     cancelDrawing();
+}
+
+void CanvasView::finishKeyboardDrag(const DragValue& last, PaintTool tool) {
+    m_modifiers.isKeyboardDrawing = false;
+    if (m_drafts.dragEnded(last)) return;
+    m_drags.dragCancelled();
+    m_pan.finish();
+    m_selection.finishAsItStands();
+    m_drawing.finishAsItStands(tool);
 }
 
 void CanvasView::scrollBy(QPointF distance) {

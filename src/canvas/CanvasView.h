@@ -127,6 +127,8 @@ private:
     void dragByKeyboard(const DragValue& value);
     void dragByKeyboardEnded(const DragValue& value);
     void dragByKeyboardCancelled(const DragValue& value);
+    /// Ends the keyboard's drag as it stands, when `tool` is no longer the one in use.
+    void finishKeyboardDrag(const DragValue& last, model::PaintTool tool);
     void draftStyleChanged(const model::PaintAppSettings& before);
 
     GestureModifiers m_modifiers;

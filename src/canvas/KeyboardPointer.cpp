@@ -114,13 +114,18 @@ void KeyboardPointer::pressOrRelease() {
 }
 
 bool KeyboardPointer::release() {
-    if (!isPressed()) return false;
+    const auto value = letGo();
+    if (value) m_drags.ended(*value);
+    return value.has_value();
+}
+
+std::optional<DragValue> KeyboardPointer::letGo() {
+    if (!isPressed()) return std::nullopt;
     const DragValue value = dragValue();
     m_pressedAt.reset();
     m_before.reset();
-    m_drags.ended(value);
     m_context.repaintOverlays();
-    return true;
+    return value;
 }
 
 bool KeyboardPointer::cancel() {

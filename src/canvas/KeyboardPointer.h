@@ -47,6 +47,8 @@ public:
     void pressOrRelease();
     /// Lets the tool go; whether it was pressed.
     bool release();
+    /// Forgets the press, whose gesture somebody else ends; its last sample.
+    std::optional<DragValue> letGo();
     /// Gives up the gesture, and the project is again as it was at the press unless something else
     /// has changed it meanwhile. Whether one ran.
     bool cancel();

@@ -77,6 +77,7 @@ void TextDraft::beginTextEditing(CanvasPoint point) {
     const QSizeF box = (newBoxInFontSizes * draft.style.fontSize).expandedTo(leastNewBoxSize);
     draft.textBoxSize = clampedTextBoxSize(box, draft.point, canvas);
     m_activeTextDraft = draft;
+    m_canvas = canvas;
     changed(boxRect());
 }
 
@@ -110,6 +111,22 @@ void TextDraft::refreshActiveTextStyle() {
     if (!m_activeTextDraft) return;
     applySettings(*m_activeTextDraft, m_context.host.settings());
     changed(boxRect());
+}
+
+void TextDraft::projectChanged() {
+    const model::PaintProject* project = m_context.host.project();
+    if (!m_activeTextDraft || project == nullptr) return;
+    CanvasTextDraft& draft = *m_activeTextDraft;
+    const bool isItsProject = std::ranges::any_of(
+        project->layers, [&](const auto& layer) { return layer.id == draft.layerID; });
+    if (!isItsProject || std::exchange(m_canvas, canvasSize(*project)) == canvasSize(*project))
+        return;
+    const QRectF before = boxRect();
+    if (QRectF(QPointF(), m_canvas).contains(before)) return;
+    draft.point = clampedTextPoint(draft.point, draft.textBoxSize, m_canvas);
+    draft.textBoxSize = clampedTextBoxSize(draft.textBoxSize, draft.point, m_canvas);
+    dragEnded();
+    changed(before);
 }
 
 void TextDraft::move(QPointF translation) {

@@ -61,6 +61,9 @@ public:
     /// To be called when the text tool's settings or the primary colour have changed.
     void refreshActiveTextStyle();
 
+    /// To be called when somebody else has changed the project: the box stays on the canvas.
+    void projectChanged();
+
     /// `translation`: canvas pixels since the drag of the handle began.
     void move(QPointF translation);
     void resize(TextDraftResizeAxis axis, QPointF translation);
@@ -85,6 +88,8 @@ private:
     TextEditing m_editing;
     std::optional<model::CanvasPoint> m_textDragStartPoint;
     std::optional<QSizeF> m_textResizeStartSize;
+    /// The canvas that the box was put on.
+    QSizeF m_canvas;
     /// Made when asked for.
     mutable std::optional<raster::TextLayout> m_layout;
     mutable raster::RasterImage m_preview;

@@ -292,14 +292,43 @@ TEST_F(Keyboard, ZoomingInMidGestureKeepsItsPlaces) {
     EXPECT_EQ(pixel(30, 33), clear);
 }
 
-TEST_F(Keyboard, AnotherToolGivesUpTheGesture) {
+TEST_F(Keyboard, AnotherToolFinishesTheGestureAsItStands) {
+    for (const PaintTool tool : {PaintTool::pencil, PaintTool::zoom, PaintTool::rectangleSelect}) {
+        useTool(PaintTool::paintbrush);
+        host.history.clear();
+        pointAt({20, 30});
+        key(CanvasKey::space);
+        moveBy(5, 0);
+        useTool(tool);
+        EXPECT_FALSE(view.keyboardPointer().isPressed());
+        EXPECT_EQ(pixel(25, 30), red);
+        EXPECT_THAT(titles(), ElementsAre("Paintbrush"));
+        // What comes then is the new tool's, and nothing takes the stroke back.
+        moveBy(0, 5);
+        key(CanvasKey::escape);
+        EXPECT_EQ(pixel(25, 30), red);
+        EXPECT_THAT(titles(), ElementsAre("Paintbrush"));
+    }
+}
+
+TEST_F(Keyboard, AnotherToolKeepsASelectionAndCommitsAShape) {
+    useTool(PaintTool::rectangleSelect);
     pointAt({20, 30});
     key(CanvasKey::space);
-    moveBy(5, 0);
-    useTool(PaintTool::pencil);
-    EXPECT_FALSE(view.keyboardPointer().isPressed());
-    EXPECT_FALSE(layer().bitmapPNGData);
-    EXPECT_THAT(host.history, IsEmpty());
+    moveBy(8, 6);
+    useTool(PaintTool::shapes);
+    ASSERT_TRUE(project().pixelSelection);
+    EXPECT_EQ(project().pixelSelection->width, 9.0);
+    EXPECT_THAT(titles(), ElementsAre("Select"));
+    view.keyboardLeft();
+    project().pixelSelection.reset();
+    project().isCanvasSelected = false;
+    pointAt({40, 30});
+    key(CanvasKey::space);
+    moveBy(10, 10);
+    useTool(PaintTool::text);
+    EXPECT_FALSE(view.drafts().hasShape());
+    EXPECT_THAT(titles(), ElementsAre("Select", "Shapes"));
 }
 
 TEST_F(Keyboard, ThePointerTakesOverAndLeavesTheStrokeFinished) {

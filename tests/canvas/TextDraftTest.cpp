@@ -240,6 +240,28 @@ TEST_F(Text, HandlesResizeTheBoxDownTo48By32) {
     EXPECT_EQ(draft()->point, (CanvasPoint{20, 10}));
 }
 
+TEST_F(Text, TheBoxStaysOnACanvasThatShrinks) {
+    click({120, 30});
+    ASSERT_EQ(draft()->textBoxSize, QSizeF(80, 60));
+    type(QStringLiteral("abc"));
+    const auto resizeCanvas = [&](double width, double height) {
+        project().canvasWidth = width;
+        project().canvasHeight = height;
+        view.projectChanged();
+    };
+    resizeCanvas(150, 95);
+    EXPECT_EQ(draft()->point, (CanvasPoint{70, 30}));
+    EXPECT_EQ(draft()->textBoxSize, QSizeF(80, 60));
+    resizeCanvas(50, 40);
+    EXPECT_EQ(draft()->point, (CanvasPoint{0, 0}));
+    EXPECT_EQ(draft()->textBoxSize, QSizeF(50, 40));
+    EXPECT_EQ(draft()->text, QStringLiteral("abc"));
+    // One that fits is left where it is.
+    resizeCanvas(200, 100);
+    EXPECT_EQ(draft()->point, (CanvasPoint{0, 0}));
+    EXPECT_EQ(draft()->textBoxSize, QSizeF(50, 40));
+}
+
 TEST_F(Text, TheGripMovesTheBoxWithinTheCanvas) {
     click({20, 10});
     dragHandle("move", {7.4, 5.6});
