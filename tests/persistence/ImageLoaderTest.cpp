@@ -197,20 +197,52 @@ TEST_F(TurnedHeic, IsNotTurnedAgainByWhatTheCameraNoted) {
     expectCorners(loadImage(heicWith("irot", 3)), standing, {white, red, white, blue});
 }
 
-TEST_F(ImageLoading, AHeicOfWiderColoursIsBroughtToSrgb) {
-    // The red of sRGB in the colours of Display P3.
-    QImage picture(64, 48, QImage::Format_RGB32);
-    picture.fill(QColor(234, 51, 35));
-    picture.setColorSpace(QColorSpace::DisplayP3);
-    ASSERT_TRUE(picture.save(path("profile.jpg"), "jpeg", 100));
-    run("heif-enc", {QStringLiteral("-q"), QStringLiteral("98"), path("profile.jpg"),
-                     QStringLiteral("-o"), path("profile.heic")});
+/// The red of sRGB in the colours of Display P3, as "profile.jpg" and "profile.heic".
+class WideColours : public ImageLoading {
+protected:
+    void SetUp() override {
+        QImage picture(64, 48, QImage::Format_RGB32);
+        picture.fill(redInP3);
+        picture.setColorSpace(QColorSpace::DisplayP3);
+        ASSERT_TRUE(picture.save(path("profile.jpg"), "jpeg", 100));
+        run("heif-enc", {QStringLiteral("-q"), QStringLiteral("98"), path("profile.jpg"),
+                         QStringLiteral("-o"), path("profile.heic")});
+    }
+    /// The HEIC file with the numbers of a colour space in the place of the profile.
+    QByteArray heicWithPrimaries(char primaries) const {
+        QByteArray file = contents(path("profile.heic"));
+        const qsizetype profile = file.indexOf("colrprof");
+        EXPECT_GT(profile, 0);
+        constexpr char srgbCurve = 13;
+        constexpr char matrixOfBt601 = 6;
+        const std::array<char, 15> numbers{'c', 'o',           'l',   'r',       'n', 'c',
+                                           'l', 'x',           0,     primaries, 0,   srgbCurve,
+                                           0,   matrixOfBt601, '\x80'};
+        file.replace(profile, numbers.size(), numbers.data(), numbers.size());
+        return file;
+    }
+
+    const QColor redInP3{234, 51, 35};
+};
+
+TEST_F(WideColours, OfAProfileAreBroughtToSrgb) {
     for (const char* name : {"profile.heic", "profile.jpg"}) {
         const auto image = loadImageFile(path(name));
         ASSERT_TRUE(image) << name;
         SCOPED_TRACE(name);
         expectNear(*image, 20, 20, Qt::red, 6);
     }
+}
+
+TEST_F(WideColours, OfAHeicsNumbersAreBroughtToSrgb) {
+    constexpr char bt709 = 1;
+    constexpr char p3 = 12;
+    const auto narrow = loadImage(heicWithPrimaries(bt709));
+    ASSERT_TRUE(narrow);
+    expectNear(*narrow, 20, 20, redInP3, 6);
+    const auto wide = loadImage(heicWithPrimaries(p3));
+    ASSERT_TRUE(wide);
+    expectNear(*wide, 20, 20, Qt::red, 6);
 }
 
 TEST_F(ImageLoading, OfAnAnimationTheFirstFrameIsRead) {
