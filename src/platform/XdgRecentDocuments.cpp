@@ -5,28 +5,17 @@
 #include "platform/HelperProcess.h"
 #include "platform/RecentlyUsedList.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 
-#include <sys/stat.h>
-
 #include <chrono>
-#include <optional>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
 namespace quillabrae::platform {
 namespace {
 
 const QString programName = QStringLiteral("Quillabrae");
-
-/// Lists of the desktop's programs are a hundred kilobytes long.
-constexpr qint64 greatestList = qint64{16} << 20U;
 
 QVariant configured(const QString& file, const QString& key) {
     const QString path = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, file);
@@ -51,15 +40,6 @@ bool gnomeNotesRecentFiles() {
     const auto bytes = answer.bytes();
     return !std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size())
                 .starts_with("false");
-}
-
-/// What tells one state of a file from another; nothing for no file.
-using FileState = std::optional<std::tuple<ino_t, off_t, time_t, long>>;
-
-FileState stateOf(const QString& path) {
-    struct stat facts {};
-    if (::stat(QFile::encodeName(path).constData(), &facts) != 0) return std::nullopt;
-    return std::tuple(facts.st_ino, facts.st_size, facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec);
 }
 
 } // namespace
@@ -107,36 +87,12 @@ void XdgRecentDocuments::finish() {
     m_thread.waitForDone();
 }
 
-void XdgRecentDocuments::change(Change change) {
+void XdgRecentDocuments::change(ContentChange change) {
     m_thread.start([this, change = std::move(change)] { changeNow(change); });
 }
 
-void XdgRecentDocuments::changeNow(const Change& change) const {
-    if (!m_isWanted()) return;
-    // Other programs change the list too, and there is no lock: one that did so meanwhile is asked
-    // again for what it has now.
-    constexpr int attempts = 5;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        const FileState before = stateOf(m_file);
-        QFile file(m_file);
-        const QFileInfo information(m_file);
-        const bool isThere = information.exists() || information.isSymLink();
-        if (!isThere && m_missing == Missing::leftOut) return;
-        if (isThere && (!information.isFile() || information.size() > greatestList ||
-                        !file.open(QIODevice::ReadOnly)))
-            return;
-        const std::optional<QByteArray> changed = change(isThere ? file.readAll() : QByteArray());
-        if (!changed) return;
-        if (!isThere) QDir().mkpath(information.path());
-        QSaveFile rewritten(m_file);
-        if (!rewritten.open(QIODevice::WriteOnly)) return;
-        // Which files a user has is nobody else's business.
-        if (!isThere) rewritten.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-        rewritten.write(*changed);
-        if (stateOf(m_file) != before) continue;
-        rewritten.commit();
-        return;
-    }
+void XdgRecentDocuments::changeNow(const ContentChange& change) const {
+    if (m_isWanted()) rewriteSharedFile(m_file, m_missing, change);
 }
 
 } // namespace quillabrae::platform

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "platform/RecentDocuments.h"
+#include "platform/SharedFile.h"
 
 #include <QString>
 #include <QThreadPool>
 
 #include <functional>
-#include <optional>
 
 namespace quillabrae::platform {
 
@@ -20,8 +20,7 @@ bool desktopNotesRecentFiles();
 /// not write, or that is not in order is left as it is.
 class XdgRecentDocuments final : public RecentDocuments {
 public:
-    /// What is to become of a list that is not there.
-    enum class Missing { made, leftOut };
+    using Missing = MissingFile;
 
     /// Changes `file`, while `isWanted`, which is asked on that thread.
     XdgRecentDocuments(QString file, Missing missing,
@@ -37,10 +36,8 @@ public:
     void finish();
 
 private:
-    using Change = std::function<std::optional<QByteArray>(const QByteArray& list)>;
-
-    void change(Change change);
-    void changeNow(const Change& change) const;
+    void change(ContentChange change);
+    void changeNow(const ContentChange& change) const;
 
     QString m_file;
     Missing m_missing;
