@@ -131,12 +131,26 @@ bool isCommittable(const PaintProject& project) {
            !raster::decodedImage(floating->pngData).isNull();
 }
 
+bool hasUnflaggedSelection(const PaintProject& project) {
+    return project.pixelSelection && !project.isCanvasSelected;
+}
+
+/// A fill keeps the selection and takes its flag away; a project may be opened as one left it.
+bool comesFromAFill(const PaintHistoryState& history) {
+    return std::ranges::any_of(history.entries, [&](const model::PaintHistoryEntry& entry) {
+        return entry.title == QLatin1StringView("Generative Fill") ||
+               (&entry == &history.entries.front() && hasUnflaggedSelection(entry.project));
+    });
+}
+
 void selectionIsSound(const Step& step, QStringList& broken) {
     for (const PaintProject& project : step.after.projects) {
         const auto& selection = project.pixelSelection;
-        if (project.isCanvasSelected != selection.has_value())
-            broken << (selection ? QStringLiteral("flags: a selection without its flag")
-                                 : QStringLiteral("flags: a flag without a selection"));
+        if (project.isCanvasSelected && !selection)
+            broken << QStringLiteral("flags: a flag without a selection");
+        if (hasUnflaggedSelection(project) &&
+            !comesFromAFill(step.after.histories.value(project.id)))
+            broken << QStringLiteral("flags: a selection without its flag");
         if (isCommittable(project) && !selection)
             broken << QStringLiteral("placed: floating pixels without a place");
         if (!selection) continue;
@@ -166,7 +180,8 @@ void historyIsSound(const Step& step, QStringList& broken) {
 void nothingRunsWithoutAButton(const Step& step, QStringList& broken) {
     const CanvasStage& stage = step.session.canvas();
     const canvas::CanvasView& view = step.session.canvas().view();
-    if (stage.isDragging() || view.isRightMouseDrawing()) return;
+    if (stage.isDragging() || view.isRightMouseDrawing() || view.keyboardPointer().isPressed())
+        return;
     if (view.drawing().isRunning() && !view.shapeDraft().activeShapeDraft())
         broken << QStringLiteral("running: a drawing with no button down");
     if (view.selection().pixels().isRunning())
@@ -177,8 +192,8 @@ void nothingRunsWithoutAButton(const Step& step, QStringList& broken) {
 
 /// Lines that are about another project than the active one, or about many.
 bool isAboutTabs(const Step& step) {
-    return isOneOf(step.verb(),
-                   {"store.closeProject", "store.openProject", "store.restoreHistory"});
+    return isOneOf(step.verb(), {"store.closeProject", "store.openProject", "store.restoreHistory",
+                                 "service.answer"});
 }
 
 void otherTabsStay(const Step& step, QStringList& broken) {
