@@ -69,10 +69,8 @@ class Desk:
         self.home = self.folder / "home"
         self.environment = self._environment()
         try:
-            self._start_display()
             self._start_bus()
-            self.spawn("openbox", "--sm-disable")
-            until(self._has_window_manager, "the window manager")
+            self.start_screen()
         except BaseException:
             self.__exit__(None, None, None)
             raise
@@ -128,6 +126,12 @@ class Desk:
     def log_of(self, name):
         file = self.folder / f"{name}.log"
         return file.read_text(errors="replace") if file.exists() else ""
+
+    def start_screen(self):
+        """One more display with a window manager, for all that is started and done from here on."""
+        self._start_display()
+        self.spawn("openbox", "--sm-disable")
+        until(self._has_window_manager, "the window manager")
 
     def _start_display(self):
         reading, writing = os.pipe()

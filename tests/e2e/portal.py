@@ -11,9 +11,12 @@ PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.Settings"
 SCHEME = ("org.freedesktop.appearance", "color-scheme")
 ANIMATIONS = ("org.gnome.desktop.interface", "enable-animations")
+PREFERENCE = ("org.freedesktop.appearance", "reduced-motion")
 VALUES = {"light": GLib.Variant("u", 2), "dark": GLib.Variant("u", 1),
-          "moving": GLib.Variant("b", True), "still": GLib.Variant("b", False)}
-SETTINGS = {"light": SCHEME, "dark": SCHEME, "moving": ANIMATIONS, "still": ANIMATIONS}
+          "moving": GLib.Variant("b", True), "still": GLib.Variant("b", False),
+          "any motion": GLib.Variant("u", 0), "less motion": GLib.Variant("u", 1)}
+SETTINGS = {"light": SCHEME, "dark": SCHEME, "moving": ANIMATIONS, "still": ANIMATIONS,
+            "any motion": PREFERENCE, "less motion": PREFERENCE}
 DESCRIPTION = f"""
 <node><interface name="{INTERFACE}">
   <method name="Read">

@@ -56,8 +56,9 @@ class Looks(DeskCase):
             time.sleep(0.15)
         return len(seen) > 1
 
-    def test_the_ants_stand_still_when_the_desktop_wants_no_motion(self):
-        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "light", "still")
+    def assert_ants_follow(self, still, moving):
+        """The two words are what the desktop says."""
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "light", still)
         store_settings(self.desk, selectedTool="brush")
         drawing = self.desk.home / "drawing.png"
         Image.new("RGB", (400, 300), "white").save(drawing)
@@ -68,10 +69,16 @@ class Looks(DeskCase):
         self.desk.keys("ctrl+a")
         editor.wait_for_status("Selected canvas pixels")
         until(lambda: not self.ants_move(editor), "the ants to stand still")
-        portal.change("moving")
+        portal.change(moving)
         until(lambda: self.ants_move(editor), "the ants to march")
-        portal.change("still")
+        portal.change(still)
         until(lambda: not self.ants_move(editor), "the ants to stand still again")
+
+    def test_the_ants_stand_still_when_the_desktop_has_no_animations(self):
+        self.assert_ants_follow("still", "moving")
+
+    def test_the_ants_stand_still_when_the_user_prefers_less_motion(self):
+        self.assert_ants_follow("less motion", "any motion")
 
 
 if __name__ == "__main__":
