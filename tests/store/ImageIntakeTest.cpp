@@ -1,12 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "persistence/SVGImportService.h"
-#include "raster/DecodeCache.h"
-#include "raster/LayerRasterService.h"
-#include "store/DroppedContents.h"
-#include "store/StoreTest.h"
-
-#include <QBuffer>
-#include <QFile>
+#include "store/ImageIntakeFixture.h"
 
 namespace quillabrae::store {
 namespace {
@@ -15,67 +8,6 @@ namespace MimeTypes = platform::MimeTypes;
 using model::PaintTool;
 using model::PastedImage;
 using model::PixelSelection;
-
-PastedImage image(double width, double height, std::optional<QPointF> origin = std::nullopt) {
-    const auto bytes =
-        raster::LayerRasterService::solidColorPNGData(width, height, {0.0, 1.0, 0.0, 1.0});
-    PastedImage pasted{*bytes, width, height, std::nullopt, std::nullopt};
-    if (origin) {
-        pasted.sourceX = origin->x();
-        pasted.sourceY = origin->y();
-    }
-    return pasted;
-}
-
-QByteArray pngFile(const QColor& color = Qt::red) {
-    QImage picture(5, 4, QImage::Format_RGB32);
-    picture.fill(color);
-    QBuffer file;
-    file.open(QIODevice::WriteOnly);
-    picture.save(&file, "png");
-    return file.data();
-}
-
-QImage pixels(const model::PaintLayer& layer) {
-    return raster::decodedImage(*layer.bitmapPNGData).toQImage();
-}
-
-/// A store with one project of 8 by 6 pixels, and an SVG drawing that is always 30 by 20.
-class ImageIntake : public StoreTest {
-protected:
-    ImageIntake() {
-        svgImport = [this](const QByteArray& svg) -> std::optional<PastedImage> {
-            drawings << svg;
-            if (svg.contains("broken")) return std::nullopt;
-            if (svg.contains("boundless")) throw persistence::SVGSizeRefused();
-            return image(30, 20);
-        };
-        store = makeStore();
-        id = makeProject(*store);
-    }
-
-    const model::PaintProject& project() const { return *store->activeProject(); }
-    DroppedContents drop(const std::vector<platform::MemoryPasteboard::Item>& items) const {
-        platform::MemoryPasteboard drag;
-        drag.put(items);
-        return droppedContents(drag);
-    }
-    DroppedContents dropFiles(const QList<QUrl>& files) const {
-        QByteArray list;
-        for (const QUrl& url : files) list += platform::uriListOf(url);
-        return drop({{MimeTypes::uriList, list}, {MimeTypes::text, "where they are"}});
-    }
-    QUrl writeText(const QString& name, const QByteArray& text) const {
-        QFile writing(folder.filePath(name));
-        EXPECT_TRUE(writing.open(QIODevice::WriteOnly));
-        writing.write(text);
-        return file(name);
-    }
-
-    QList<QByteArray> drawings;
-    std::unique_ptr<ProjectStore> store;
-    QUuid id;
-};
 
 TEST_F(ImageIntake, ADrawingThatIsToBeTooLargeIsToldForFilesAndIsNoImageElsewhere) {
     const QByteArray svg = "<svg>boundless</svg>";
@@ -335,113 +267,6 @@ TEST_F(ImageIntake, AnSvgFileOpensAsAProjectWhateverTheCaseOfItsExtension) {
     EXPECT_FALSE(store->openFile(writeText(QStringLiteral("bad.svg"), "broken")));
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Open failed: image could not be read"));
 }
-
-// Drops
-
-TEST(DroppedContents, ADrawingGoesBeforeAPictureAndAPictureBeforeFiles) {
-    platform::MemoryPasteboard drag;
-    const QByteArray files = platform::uriListOf(QUrl(QStringLiteral("file:///a.png")));
-    drag.put({{MimeTypes::uriList, files}, {MimeTypes::png, "p"}, {MimeTypes::svg, "<svg/>"}});
-    EXPECT_EQ(droppedContents(drag), (DroppedContents{"<svg/>", {}, {}}));
-    drag.put({{MimeTypes::text, "https://example.org"},
-              {MimeTypes::uriList, files},
-              {MimeTypes::png, "p"},
-              {MimeTypes::webP, "w"}});
-    EXPECT_EQ(droppedContents(drag), (DroppedContents{{}, "w", {}}));
-    drag.put({{MimeTypes::text, "/a.png"}, {MimeTypes::uriList, files}});
-    EXPECT_EQ(droppedContents(drag),
-              (DroppedContents{{}, {}, {QUrl(QStringLiteral("file:///a.png"))}}));
-    drag.put({{MimeTypes::text, "words"}});
-    EXPECT_TRUE(droppedContents(drag).isEmpty());
-}
-
-TEST(DroppedContents, AWindowWelcomesWhatCouldHoldAnImage) {
-    platform::MemoryPasteboard drag;
-    EXPECT_FALSE(isDropWelcome(drag));
-    for (const QString& type : {MimeTypes::png, MimeTypes::svg, MimeTypes::uriList, MimeTypes::text,
-                                QStringLiteral("text/plain;charset=utf-8")}) {
-        drag.put({{QStringLiteral("application/zip"), "x"}, {type, "x"}});
-        EXPECT_TRUE(isDropWelcome(drag)) << qPrintable(type);
-    }
-    drag.put({{QStringLiteral("application/zip"), "x"}});
-    EXPECT_FALSE(isDropWelcome(drag));
-}
-
-TEST_F(ImageIntake, ADroppedFileIsPastedAtTheTopLeft) {
-    ASSERT_TRUE(store->acceptDrop(dropFiles({writePicture(QStringLiteral("red.png"))}),
-                                  DropTarget::editor));
-    EXPECT_EQ(project().pixelSelection, (PixelSelection{0, 0, 5, 4, std::nullopt}));
-    EXPECT_EQ(store->openProjects().size(), 1u);
-}
-
-TEST_F(ImageIntake, OfSeveralDroppedFilesTheFirstIsPasted) {
-    panels.pasteChoices = {PasteImageChoice::cancel};
-    ASSERT_TRUE(store->acceptDrop(dropFiles({writePicture(QStringLiteral("1.png"), Qt::red),
-                                             writePicture(QStringLiteral("2.png"), Qt::blue)}),
-                                  DropTarget::editor));
-    EXPECT_EQ(store->openProjects().size(), 1u);
-    const auto floating = raster::decodedImage(project().floatingSelection->pngData).toQImage();
-    EXPECT_EQ(floating.pixelColor(0, 0), QColor(Qt::red));
-}
-
-TEST_F(ImageIntake, ABrowsersImageIsItsDataNotItsAddress) {
-    const auto dropped = drop({{MimeTypes::uriList, "https://example.org/cat.png\r\n"},
-                               {MimeTypes::text, "https://example.org/cat.png"},
-                               {QStringLiteral("text/html"), "<img>"},
-                               {MimeTypes::png, pngFile(Qt::blue)}});
-    ASSERT_TRUE(store->acceptDrop(dropped, DropTarget::editor));
-    EXPECT_EQ(project().floatingSelection->width, 5);
-}
-
-TEST_F(ImageIntake, DroppedSvgTextIsDrawnAndAsksWhereItGoes) {
-    panels.pasteChoices = {PasteImageChoice::expandCanvas};
-    ASSERT_TRUE(store->acceptDrop(drop({{MimeTypes::text, "<svg/>"}}), DropTarget::editor));
-    EXPECT_EQ(project().canvasWidth, 30);
-    EXPECT_EQ(panels.shown, QStringList{QStringLiteral("paste 30 x 20 smaller")});
-}
-
-TEST_F(ImageIntake, ADropWithoutAnImageSaysSo) {
-    QDir(folder.path()).mkdir(QStringLiteral("photos"));
-    const DroppedContents drops[] = {
-        dropFiles({file(QStringLiteral("photos"))}),
-        dropFiles({writeText(QStringLiteral("letter.txt"), "words")}),
-        dropFiles({file(QStringLiteral("gone.png"))}),
-        drop({{MimeTypes::text, "words"}}),
-        drop({{MimeTypes::text, "<svg broken"}}),
-        drop({{MimeTypes::png, "rubbish"}}),
-        drop({{MimeTypes::uriList, "https://example.org/cat.png"}}),
-        drop({}),
-    };
-    const auto before = store->openProjects();
-    for (const DroppedContents& contents : drops) {
-        store->setStatusMessage(QString());
-        EXPECT_FALSE(store->acceptDrop(contents, DropTarget::editor));
-        EXPECT_EQ(store->statusMessage(), QStringLiteral("Drop failed: no image found"));
-    }
-    EXPECT_EQ(store->openProjects(), before);
-}
-
-TEST_F(ImageIntake, ADroppedPackageOpens) {
-    saveTo(*store, QStringLiteral("boat.quillabrae"));
-    store->closeProject(id);
-    ASSERT_TRUE(store->acceptDrop(dropFiles({file(QStringLiteral("boat.quillabrae/"))}),
-                                  DropTarget::editor));
-    EXPECT_EQ(store->statusMessage(), QStringLiteral("Opened boat"));
-    EXPECT_EQ(store->openProjects().size(), 1u);
-    EXPECT_FALSE(store->acceptDrop(dropFiles({file(QStringLiteral("gone.quillabrae"))}),
-                                   DropTarget::editor));
-    EXPECT_TRUE(store->statusMessage().startsWith(QStringLiteral("Open failed: ")));
-}
-
-TEST_F(ImageIntake, AnImageDroppedOnTheWelcomeWindowIsAProject) {
-    ASSERT_TRUE(store->acceptDrop(dropFiles({writePicture(QStringLiteral("red.png"))}),
-                                  DropTarget::welcome));
-    EXPECT_EQ(store->openProjects().size(), 2u);
-    EXPECT_EQ(store->statusMessage(), QStringLiteral("Created Pasted Image from clipboard"));
-    EXPECT_EQ(panels.shown, QStringList());
-}
-
-// Files of copies
 
 TEST_F(ImageIntake, ACleanStartRemovesTheFilesOfOldCopies) {
     const auto copied = store->clipboard().writeTemporaryPNGFile("x", QStringLiteral("cat"));
