@@ -119,7 +119,8 @@ void LiveDrawing::finishRasterDrawing(model::PaintTool tool) {
     }
     const auto layer =
         std::ranges::find(project->layers, *m_activeDrawingLayerID, &model::PaintLayer::id);
-    if (layer == project->layers.end()) return resetRasterDrawing();
+    if (layer == project->layers.end() || !layer->isVisible || layer->isLocked)
+        return resetRasterDrawing();
 
     write(static_cast<std::size_t>(layer - project->layers.begin()));
     m_context.host.recordHistory(model::title(tool), model::symbolName(tool));

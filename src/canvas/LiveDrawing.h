@@ -63,7 +63,7 @@ public:
     /// Shows the layer's own pixels again.
     void forgetLiveImage();
     /// Writes the live image into its layer with one history entry for `tool`, if anything was
-    /// drawn.
+    /// drawn. Of a drawing whose layer is gone, hidden or locked meanwhile, nothing remains.
     void finishRasterDrawing(model::PaintTool tool);
     /// The gesture is over, and what it drew stays to be changed.
     void keepAsDraft();

@@ -120,12 +120,13 @@ void PixelTransformGesture::finish() {
     reset();
 }
 
-/// Null when the layer under edit is gone.
+/// Null when the layer under edit is gone, hidden or locked meanwhile.
 const model::PaintLayer* PixelTransformGesture::layerUnder(
     const model::PaintProject& project) const {
     const auto layer =
         std::ranges::find(project.layers, *m_activeSelectionLayerID, &model::PaintLayer::id);
-    return layer == project.layers.end() ? nullptr : &*layer;
+    const bool isEditable = layer != project.layers.end() && layer->isVisible && !layer->isLocked;
+    return isEditable ? &*layer : nullptr;
 }
 
 void PixelTransformGesture::land(const model::PaintLayer& layer) {

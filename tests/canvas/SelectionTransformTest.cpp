@@ -180,6 +180,17 @@ TEST_F(PixelTransform, AHiddenOrLockedLayerStopsItWithoutASound) {
     EXPECT_THAT(host.history, IsEmpty());
 }
 
+TEST_F(PixelTransform, OfALayerLockedMeanwhileIsGivenUp) {
+    const auto before = layer().bitmapPNGData;
+    press({35.0, 35.0});
+    moveTo({75.0, 65.0});
+    layer().isLocked = true;
+    release({75.0, 65.0});
+    EXPECT_EQ(layer().bitmapPNGData, before);
+    EXPECT_THAT(host.history, IsEmpty());
+    EXPECT_FALSE(view.selection().pixels().isRunning());
+}
+
 TEST_F(PixelTransform, FloatingPixelsGoOnFloatingAtTheirNewPlace) {
     floatPixels();
     layer().bitmapPNGData = block({20, 20, 30, 30}, Qt::blue);

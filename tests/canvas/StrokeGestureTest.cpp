@@ -185,6 +185,21 @@ TEST_F(Stroke, AHiddenALockedAndAMissingLayerTurnAStrokeIntoNothing) {
     expectNothing();
 }
 
+TEST_F(Stroke, ALayerHiddenOrLockedMeanwhileTakesNothing) {
+    fillLayer(Qt::green);
+    const auto before = layer().bitmapPNGData;
+    for (const auto change : {&model::PaintLayer::isLocked, &model::PaintLayer::isVisible}) {
+        press({20.0, 20.0});
+        moveTo({60.0, 20.0});
+        layer().*change = !(layer().*change);
+        release({60.0, 20.0});
+        EXPECT_EQ(layer().bitmapPNGData, before);
+        EXPECT_THAT(host.history, IsEmpty());
+        EXPECT_FALSE(view.drawing().isRunning());
+        layer().*change = !(layer().*change);
+    }
+}
+
 TEST_F(Stroke, OtherToolsAreHeldAtTheBorderAndRunAlongIt) {
     draw({{180.0, 20.0}, {260.0, 20.0}, {260.0, 80.0}});
     EXPECT_EQ(pixel(199, 50), QColor(255, 0, 0));
