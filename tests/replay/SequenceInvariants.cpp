@@ -281,8 +281,11 @@ bool mayLoseFloating(const Step& step) {
 
 /// Lines that put floating pixels down and change the layer besides.
 bool putsDownAndGoesOn(const Step& step) {
-    return isOneOf(step.verb(), {"store.flattenLayerDown", "store.trimTransparentWhitespace",
-                                 "store.invertActiveImage"});
+    // The keyboard presses a tool that only clicks and lets it go in one.
+    const bool mayClick = step.verb() == QLatin1StringView("canvas.key") &&
+                          step.line.value(QStringLiteral("key")) == QStringLiteral("space");
+    return mayClick || isOneOf(step.verb(), {"store.flattenLayerDown", "store.invertActiveImage",
+                                             "store.trimTransparentWhitespace"});
 }
 
 /// The definition of putting down, pixel by pixel: nearest neighbour, source over.
