@@ -39,8 +39,21 @@ constexpr int side = 2048;
 constexpr int layerCount = 30;
 constexpr int stepCount = 200;
 
-/// A store with a full project, and the two panels that follow it.
-struct Editor {
+/// A store with nothing in it.
+struct World {
+    NoPanels noPanels;
+    platform::MemoryPreferences preferences;
+    platform::SystemClock clock;
+    platform::NoFileIcons icons;
+    platform::MemoryPasteboard pasteboard;
+    QTemporaryDir folder;
+    ProjectStore store{
+        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
+        store::Persistence::off};
+};
+
+/// A full project, and the two panels that follow it.
+struct Editor : World {
     Editor() {
         store.createUntitledProject(side, side, 96);
         const raster::RasterImage picture = syntheticDrawing(side);
@@ -76,15 +89,6 @@ struct Editor {
         while (quiet.elapsed() < 300) QCoreApplication::processEvents();
     }
 
-    NoPanels noPanels;
-    platform::MemoryPreferences preferences;
-    platform::SystemClock clock;
-    platform::NoFileIcons icons;
-    platform::MemoryPasteboard pasteboard;
-    QTemporaryDir folder;
-    ProjectStore store{
-        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::off};
     std::array<model::PngBytes, 2> pictures{raster::encodedImage(syntheticDrawing(side)),
                                             raster::encodedImage(syntheticPhoto(side))};
     std::size_t edits = 0;
@@ -147,17 +151,8 @@ void thumbnailAfterAnEdit(benchmark::State& state) {
 }
 BENCHMARK(thumbnailAfterAnEdit)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
 
-/// A store with nothing in it, and what the windows beside the editor show.
-struct Desk {
-    NoPanels noPanels;
-    platform::MemoryPreferences preferences;
-    platform::SystemClock clock;
-    platform::NoFileIcons icons;
-    platform::MemoryPasteboard pasteboard;
-    QTemporaryDir folder;
-    ProjectStore store{
-        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::off};
+/// What the windows beside the editor show.
+struct Desk : World {
     platform::MemorySecretStore secrets;
     effects::OpenAIKeychainService keychain{secrets};
     effects::PluginLibraryService plugins{folder.path()};

@@ -12,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QSlider>
 #include <QTest>
@@ -244,6 +245,29 @@ TEST_F(SettingsTest, ListsItsSectionsInTheirOrderAndShowsTheChosenOne) {
     QTest::keyClick(list, Qt::Key_Home);
     QTest::keyClick(list, Qt::Key_Down);
     EXPECT_EQ(view.section(), PaintSettingsSection::canvas);
+}
+
+TEST_F(SettingsTest, NamesEveryControlAndReachesItWithTheTabKey) {
+    for (const PaintSettingsSection section : allPaintSettingsSections()) {
+        show(section);
+        for (const QWidget* control : pane->findChildren<QWidget*>()) {
+            // The lists of menus and the parts of number fields are the toolkit's own.
+            const bool isPart = control->window() != pane.get() ||
+                                qobject_cast<const QAbstractSpinBox*>(control->parentWidget());
+            const bool isControl = qobject_cast<const QAbstractButton*>(control) != nullptr ||
+                                   qobject_cast<const QComboBox*>(control) != nullptr ||
+                                   qobject_cast<const QAbstractSlider*>(control) != nullptr ||
+                                   qobject_cast<const QAbstractSpinBox*>(control) != nullptr ||
+                                   qobject_cast<const QLineEdit*>(control) != nullptr;
+            if (isPart || !isControl) continue;
+            const auto* button = qobject_cast<const QAbstractButton*>(control);
+            const QString name = button != nullptr && control->accessibleName().isEmpty()
+                                     ? button->text()
+                                     : control->accessibleName();
+            EXPECT_FALSE(name.isEmpty()) << control->metaObject()->className();
+            EXPECT_TRUE(control->focusPolicy() & Qt::TabFocus) << qPrintable(name);
+        }
+    }
 }
 
 TEST_F(SettingsTest, ReadsAgainWhatWasStoredWhileItsWindowWasNotActive) {
