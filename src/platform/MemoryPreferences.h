@@ -12,9 +12,13 @@ class MemoryPreferences final : public Preferences {
 public:
     QVariant value(const QString& key) const override { return m_values.value(key); }
     void setValue(const QString& key, const QVariant& value) override {
+        if (this->value(key) == value) return;
         m_values.insert(key, value);
+        Q_EMIT changes().changed(key);
     }
-    void remove(const QString& key) override { m_values.remove(key); }
+    void remove(const QString& key) override {
+        if (m_values.remove(key)) Q_EMIT changes().changed(key);
+    }
 
 private:
     QHash<QString, QVariant> m_values;

@@ -1,13 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QVariant>
 
 namespace quillabrae::platform {
 
+/// Tells of changes, to those who connect.
+class PreferenceChanges final : public QObject {
+    Q_OBJECT
+
+Q_SIGNALS:
+    /// The key holds another value, or none any more, than it did.
+    void changed(const QString& key);
+};
+
 /// The user's stored preferences: a persistent map from key to value in which an absent key is
-/// told apart from a stored false.
+/// told apart from a stored false. Main thread only.
 class Preferences {
 public:
     virtual ~Preferences() = default;
@@ -23,6 +33,12 @@ public:
     int integer(const QString& key, int fallback) const;
     /// The stored bytes, empty when the key is absent.
     QByteArray bytes(const QString& key) const { return value(key).toByteArray(); }
+
+    /// Those that are made through this object.
+    PreferenceChanges& changes() { return m_changes; }
+
+private:
+    PreferenceChanges m_changes;
 };
 
 } // namespace quillabrae::platform

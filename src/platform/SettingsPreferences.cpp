@@ -42,6 +42,7 @@ void SettingsPreferences::change(const QString& key, const QVariant& newValue) {
         flush();
     else if (!m_flushTimer.isActive())
         m_flushTimer.start();
+    Q_EMIT changes().changed(key);
 }
 
 void SettingsPreferences::flush() {

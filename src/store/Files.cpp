@@ -9,6 +9,7 @@
 #include "store/FileLocation.h"
 #include "store/Intake.h"
 #include "store/ProjectStore.h"
+#include "store/UsageReports.h"
 
 #include <QFileInfo>
 
@@ -20,6 +21,7 @@ namespace quillabrae::store {
 using persistence::FileError;
 using persistence::SaveDestination;
 using persistence::SaveFormat;
+using services::AppAnalyticsEvent;
 
 namespace {
 
@@ -31,6 +33,18 @@ std::optional<SaveDestination> attachedDestination(const model::PaintProject& pr
     const auto format = persistence::saveFormatOf(*project.fileURL);
     if (!format) return std::nullopt;
     return SaveDestination{*project.fileURL, *format};
+}
+
+/// The kind of an image file as usage events tell it: a word of this list, whatever the file is
+/// called.
+QString countedFormat(const QUrl& imageFile) {
+    static const QStringList known{
+        QStringLiteral("png"),  QStringLiteral("jpg"),  QStringLiteral("jpeg"),
+        QStringLiteral("heic"), QStringLiteral("webp"), QStringLiteral("tif"),
+        QStringLiteral("tiff"), QStringLiteral("svg"),  QStringLiteral("bmp"),
+        QStringLiteral("gif"),  QStringLiteral("jp2")};
+    const QString extension = lowercasedExtension(imageFile);
+    return known.contains(extension) ? extension : QStringLiteral("other");
 }
 
 } // namespace
@@ -78,6 +92,10 @@ bool ProjectStore::saveProject(std::size_t index, const SaveDestination& destina
     attachToFile(saved.id, location);
     setStatusMessage(QStringLiteral("Saved %1").arg(location.fileName()));
     persistAutosavedSession();
+    report(m_environment,
+           destination.format == SaveFormat::project ? AppAnalyticsEvent::projectSaved
+                                                     : AppAnalyticsEvent::imageExported,
+           {{QStringLiteral("format"), persistence::fileExtension(destination.format)}});
     return true;
 }
 
@@ -161,6 +179,7 @@ std::optional<model::PaintProject> ProjectStore::openProject(const QUrl& url) {
     storeFingerprint(id);
     setStatusMessage(QStringLiteral("Opened %1").arg(this->project(id)->displayName()));
     recordHistory(id, QStringLiteral("Open Project"), QStringLiteral("folder"));
+    report(m_environment, AppAnalyticsEvent::projectOpened);
     return *this->project(id);
 }
 
@@ -209,6 +228,9 @@ std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& image
     Q_EMIT projectChanged(id);
     persistAutosavedSession();
     setStatusMessage(QStringLiteral("Opened %1").arg(location.fileName()));
+    report(m_environment, AppAnalyticsEvent::projectOpened,
+           {{QStringLiteral("kind"), QStringLiteral("image")},
+            {QStringLiteral("format"), countedFormat(location)}});
     const model::PaintProject* opened = project(id);
     return opened ? std::optional(*opened) : std::nullopt;
 }

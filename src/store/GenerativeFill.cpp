@@ -12,6 +12,7 @@
 #include "store/GenerativeFills.h"
 #include "store/ProjectLayers.h"
 #include "store/SelectionState.h"
+#include "store/UsageReports.h"
 
 #include <algorithm>
 #include <utility>
@@ -160,6 +161,7 @@ std::optional<QString> ProjectStore::applyFill(FillID id, const RasterImage& ret
     const QUuid projectID = finishEdit(project);
     recordHistory(projectID, QStringLiteral("Generative Fill"), QStringLiteral("sparkles"));
     setStatusMessage(QStringLiteral("Applied generative fill"));
+    report(m_environment, services::AppAnalyticsEvent::generativeFillCompleted);
     return std::nullopt;
 }
 

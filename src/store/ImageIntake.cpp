@@ -11,6 +11,7 @@
 #include "store/MimePictures.h"
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
+#include "store/UsageReports.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -169,7 +170,7 @@ std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
             active ? PasteTarget::smallerCanvas : PasteTarget::noProject);
     switch (*choice) {
         case PasteImageChoice::openAsNewProject:
-            return createProject(image);
+            return createProject(image, clipboardSource);
         case PasteImageChoice::expandCanvas:
             return pasteImageIntoActiveProject(image, PastedCanvas::expanded);
         case PasteImageChoice::keepCanvasSize:
@@ -230,7 +231,8 @@ std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& cont
     }
     const auto [image, failure] = droppedImage(contents);
     if (image) {
-        auto pasted = target == DropTarget::editor ? pasteImage(*image) : createProject(*image);
+        auto pasted = target == DropTarget::editor ? pasteImage(*image)
+                                                   : createProject(*image, clipboardSource);
         return pasted ? pasted : shown;
     }
     if (failure == IntakeFailure::cancelled)

@@ -6,6 +6,7 @@
 #include "raster/LayerRasterService.h"
 #include "store/AutosaveScope.h"
 #include "store/ProjectStore.h"
+#include "store/UsageReports.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,10 +55,12 @@ model::PaintProject ProjectStore::createUntitledProject(double width, double hei
     zoomToFitCanvasWhenReady(created.id);
     setStatusMessage(QStringLiteral("Created %1").arg(created.title));
     recordHistory(created.id, newProjectTitle, QStringLiteral("plus.square"));
+    report(m_environment, services::AppAnalyticsEvent::projectCreated);
     return created;
 }
 
-model::PaintProject ProjectStore::createProject(const model::PastedImage& image) {
+model::PaintProject ProjectStore::createProject(const model::PastedImage& image,
+                                                const std::optional<QString>& analyticsSource) {
     ++m_pastedProjectCount;
     model::PaintProject project = model::PaintProject::fromPastedImage(image, m_pastedProjectCount);
     project.lastModified = m_environment.clock.now();
@@ -66,6 +69,9 @@ model::PaintProject ProjectStore::createProject(const model::PastedImage& image)
     selectTool(model::PaintTool::moveSelectedPixels);
     setStatusMessage(QStringLiteral("Created %1 from clipboard").arg(created.displayName()));
     recordHistory(created.id, QStringLiteral("Paste"), QStringLiteral("doc.on.clipboard"));
+    if (analyticsSource)
+        report(m_environment, services::AppAnalyticsEvent::projectCreated,
+               {{QStringLiteral("source"), *analyticsSource}});
     return created;
 }
 

@@ -125,8 +125,10 @@ public:
 
     /// A white canvas of one layer. Sizes are rounded to whole numbers of at least 1.
     model::PaintProject createUntitledProject(double width, double height, double resolutionDPI);
-    /// A canvas of the image's size that holds it, selected whole.
-    model::PaintProject createProject(const model::PastedImage& image);
+    /// A canvas of the image's size that holds it, selected whole. `analyticsSource` is where users
+    /// got it from, as usage events tell it; without one it is not counted.
+    model::PaintProject createProject(const model::PastedImage& image,
+                                      const std::optional<QString>& analyticsSource = {});
     /// A project attached to an image file, unmodified: saving it writes that image again.
     std::optional<model::PaintProject> createProject(const QUrl& imageFile);
     /// Closes without asking.

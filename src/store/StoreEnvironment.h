@@ -23,6 +23,10 @@ class Pasteboard;
 class Preferences;
 } // namespace quillabrae::platform
 
+namespace quillabrae::services {
+class UsageEvents;
+} // namespace quillabrae::services
+
 namespace quillabrae::effects {
 class OpenAIImageEditService;
 class OpenAIKeychainService;
@@ -81,6 +85,8 @@ struct StoreEnvironment {
     platform::LockTaker takeLock = platform::takeFileLock;
     /// Without these there is no key.
     std::optional<GenerativeFillServices> generativeFill{};
+    /// Who counts what users do; nobody without it.
+    services::UsageEvents* usageEvents = nullptr;
 };
 
 } // namespace quillabrae::store

@@ -55,6 +55,50 @@ TEST(Preferences, WhatIsNoWholeNumberIsTheFallback) {
     EXPECT_EQ(preferences.integer(key, 7), 50);
 }
 
+/// The keys that a change was told of, in turn.
+class ChangeLog {
+public:
+    explicit ChangeLog(Preferences& preferences) {
+        QObject::connect(&preferences.changes(), &PreferenceChanges::changed, &m_context,
+                         [this](const QString& changed) { keys << changed; });
+    }
+    QStringList keys;
+
+private:
+    QObject m_context;
+};
+
+void makeChanges(Preferences& preferences) {
+    preferences.setValue(key, true);
+    preferences.setValue(key, true);
+    preferences.setValue(key, false);
+    preferences.remove(key);
+    preferences.remove(key);
+}
+
+TEST_F(StoredPreferences, TellOfEachChangeAndOfNothingElse) {
+    const QStringList expected{key, key, key};
+    MemoryPreferences inMemory;
+    const ChangeLog ofMemory(inMemory);
+    makeChanges(inMemory);
+    EXPECT_EQ(ofMemory.keys, expected);
+    for (const Writing writing : {Writing::atOnce, Writing::gathered}) {
+        SettingsPreferences inFile(file, writing);
+        const ChangeLog ofFile(inFile);
+        makeChanges(inFile);
+        EXPECT_EQ(ofFile.keys, expected);
+    }
+}
+
+TEST_F(StoredPreferences, AChangeIsSeenByThoseWhoAreToldOfIt) {
+    SettingsPreferences preferences(file, Writing::gathered);
+    QVariant seen;
+    QObject::connect(&preferences.changes(), &PreferenceChanges::changed, &preferences.changes(),
+                     [&] { seen = preferences.value(key); });
+    preferences.setValue(key, 7);
+    EXPECT_EQ(seen, QVariant(7));
+}
+
 TEST_F(StoredPreferences, AnotherStartReadsWhatWasWritten) {
     SettingsPreferences preferences(file, Writing::atOnce);
     preferences.setValue(key, false);

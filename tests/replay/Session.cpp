@@ -29,7 +29,8 @@ Session::Session(const SessionPlaces& places)
             platform::directWorkRunner(),
             [this](const QByteArray& svg) { return m_panels.importSvg(svg); },
             platform::makeDirectLatestWork, platform::takeFileLock,
-            store::GenerativeFillServices{m_fillService.keychain, m_fillService.imageEdit}},
+            store::GenerativeFillServices{m_fillService.keychain, m_fillService.imageEdit},
+            &m_usage},
         store::Persistence::on);
     m_canvas = std::make_unique<CanvasStage>(*m_store, m_time);
 }

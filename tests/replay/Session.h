@@ -10,6 +10,7 @@
 #include "replay/ScriptedPanels.h"
 #include "replay/VirtualTime.h"
 #include "store/ProjectStore.h"
+#include "support/NotedUsage.h"
 
 #include <QDir>
 #include <QJsonValue>
@@ -54,6 +55,7 @@ public:
     VirtualTime& time() { return m_time; }
     platform::MemoryPasteboard& pasteboard() { return m_pasteboard; }
     ScriptedFillService& fillService() { return m_fillService; }
+    const tests::NotedUsage& usage() const { return m_usage; }
     const platform::AppPaths& paths() const { return m_paths; }
     CanvasStage& canvas() { return *m_canvas; }
     /// Where the recovery file is.
@@ -94,6 +96,7 @@ private:
     platform::MemoryPasteboard m_pasteboard;
     ScriptedPanels m_panels;
     ScriptedFillService m_fillService;
+    tests::NotedUsage m_usage;
     std::optional<platform::SettingsPreferences> m_preferences;
     std::unique_ptr<store::ProjectStore> m_store;
     std::unique_ptr<CanvasStage> m_canvas;

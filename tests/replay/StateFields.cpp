@@ -46,6 +46,18 @@ QJsonValue canvasCursorPosition(Session& session) {
     return position ? QJsonValue(QJsonArray{position->x, position->y}) : QJsonValue();
 }
 
+QJsonValue usage(Session& session) {
+    QJsonArray list;
+    for (const auto& [event, data] : session.usage().events) {
+        QJsonObject told;
+        for (auto entry = data.cbegin(); entry != data.cend(); ++entry)
+            told.insert(entry.key(), entry.value());
+        list.append(QJsonObject{{QStringLiteral("name"), services::eventName(event)},
+                                {QStringLiteral("data"), told}});
+    }
+    return list;
+}
+
 struct StateField {
     const char* name;
     QJsonValue (*read)(Session&);
@@ -60,6 +72,7 @@ constexpr StateField stateFields[] = {
     {"canvasCursorPosition", canvasCursorPosition},
     {"zoomToFitRequestID",
      [](Session& session) { return toJson(session.store().zoomToFitRequestID()); }},
+    {"usage", usage},
     {"canvas", [](Session& session) { return QJsonValue(canvasState(session)); }},
     {"hasClosedWork", [](Session& session) { return QJsonValue(session.store().hasClosedWork()); }},
 };

@@ -28,8 +28,11 @@ QJsonValue createProject(Session& session, const Arguments& arguments) {
     if (arguments.has("fromImageAt"))
         return idOf(session.store().createProject(
             QUrl::fromLocalFile(session.resolvedPath(arguments.text("fromImageAt")))));
-    return toJson(
-        session.store().createProject(pastedImageFrom(session, arguments.value("from"))).id);
+    std::optional<QString> source;
+    if (arguments.has("analyticsSource")) source = arguments.text("analyticsSource");
+    return toJson(session.store()
+                      .createProject(pastedImageFrom(session, arguments.value("from")), source)
+                      .id);
 }
 
 QJsonValue closeProject(Session& session, const Arguments& arguments) {

@@ -163,6 +163,18 @@ TEST_F(GenerativeFill, PutsTheReturnedPixelsIntoTheSelection) {
     EXPECT_EQ(redPixels(0), QRect(2, 1, 3, 2));
 }
 
+TEST_F(GenerativeFill, IsCountedOnceItIsApplied) {
+    usage.events.clear();
+    selectRect({2, 1, 3, 2});
+    fill();
+    http.answer(HttpFailure{QStringLiteral("no network")});
+    fill();
+    EXPECT_TRUE(usage.events.empty());
+    http.answer(picture(3, 2, Qt::red));
+    EXPECT_EQ(usage.events, (std::vector<tests::NotedUsage::Event>{
+                                {services::AppAnalyticsEvent::generativeFillCompleted, {}}}));
+}
+
 TEST_F(GenerativeFill, WithContextTheSelectionsPartOfTheReturnedCanvasCounts) {
     QImage returned(8, 6, QImage::Format_ARGB32);
     returned.fill(Qt::green);

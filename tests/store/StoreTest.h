@@ -7,6 +7,7 @@
 #include "platform/MemoryPreferences.h"
 #include "store/FakeWork.h"
 #include "store/ProjectStore.h"
+#include "support/NotedUsage.h"
 
 #include <QColor>
 #include <QDir>
@@ -93,7 +94,7 @@ protected:
     std::unique_ptr<ProjectStore> makeStore(Persistence persistence = Persistence::on) {
         return std::make_unique<ProjectStore>(
             StoreEnvironment{panels, preferences, clock, icons, pasteboard, paths, work, svgImport,
-                             makeLatestWork, takeLock, generativeFill},
+                             makeLatestWork, takeLock, generativeFill, &usage},
             persistence);
     }
 
@@ -155,6 +156,7 @@ protected:
     /// A second store is taken for the next start of a program that was killed, though the first
     /// one's object is still there.
     std::optional<GenerativeFillServices> generativeFill;
+    tests::NotedUsage usage;
     platform::LockTaker takeLock = [](const QString&) { return platform::FileLock(); };
     FakePanels panels;
     FakeWork work;

@@ -47,6 +47,7 @@ void AppDelegate::finishLaunching(const StartRequest& request) {
         m_windows.showWelcome();
     QWidget* first = m_windows.window(startsInEditor ? WindowRole::editor : WindowRole::welcome);
     new FirstFrame(first, [this, request] {
+        m_hooks.atFirstFrame();
         openFirstFiles(request.files);
         m_hooks.afterFirstFrame();
         followLinks(request.links);

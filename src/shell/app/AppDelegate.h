@@ -28,6 +28,8 @@ class AppDelegate final : public QObject {
 
 public:
     struct Hooks {
+        /// The first window has painted; its files come next.
+        std::function<void()> atFirstFrame = [] {};
         /// Work of the launch that no window waits for; run after the first frame.
         std::function<void()> afterFirstFrame;
         /// Ends the event loop.

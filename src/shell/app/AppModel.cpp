@@ -18,6 +18,7 @@
 #include "platform/SecureRandom.h"
 #include "platform/SettingsPreferences.h"
 #include "platform/XdgRecentDocuments.h"
+#include "services/AppAnalyticsService.h"
 #include "services/BrowserAuthentication.h"
 #include "services/FeedbackAttachmentService.h"
 #include "services/FeedbackService.h"
@@ -54,15 +55,21 @@ services::ProgramIdentity identityOf(const Deployment& deployment) {
 /// In the order of construction: each leans only on those before it.
 struct AppModel::Graph {
     Graph(QApplication& application, const platform::AppPaths& paths, const Deployment& deployment)
-        : imageEdit(http, deployment.imageEdit),
+        : identity(services::identityOfThisProgram(deployment.version, deployment.build,
+                                                   deployment.channel)),
+          imageEdit(http, deployment.imageEdit),
           preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
+          analytics(services::AppAnalyticsConfiguration::from(deployment.analyticsEndpoint,
+                                                              deployment.analyticsWebsiteID,
+                                                              deployment.analyticsHostName),
+                    preferences, identity),
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
           store({panels, preferences, clock, fileIcons, pasteboard, paths, work,
                  [this](const QByteArray& svg) { return importSvg(svg); },
                  platform::makeThreadedLatestWork, platform::takeFileLock,
-                 store::GenerativeFillServices{keychain, imageEdit}},
+                 store::GenerativeFillServices{keychain, imageEdit}, &analytics},
                 store::Persistence::on),
           recentDocuments(platform::XdgRecentDocuments::standardFile(),
                           platform::XdgRecentDocuments::standardMissing()),
@@ -90,7 +97,8 @@ struct AppModel::Graph {
                   motion),
           windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
-                   {.afterFirstFrame =
+                   {.atFirstFrame = [this] { analytics.trackLaunch(); },
+                    .afterFirstFrame =
                         [this] {
                             QGuiApplication::setWindowIcon(
                                 Symbols::icon(QStringLiteral("quillabrae.project")));
@@ -121,6 +129,7 @@ struct AppModel::Graph {
             work);
     }
 
+    services::ProgramIdentity identity;
     platform::SystemClock clock;
     platform::GioFileIcons fileIcons;
     platform::ClipboardPasteboard pasteboard;
@@ -131,6 +140,7 @@ struct AppModel::Graph {
     effects::OpenAIKeychainService keychain{secrets};
     effects::OpenAIImageEditService imageEdit;
     platform::SettingsPreferences preferences;
+    services::AppAnalyticsService analytics;
     SystemColorScheme colorScheme;
     SystemMotion motion;
     DesktopProjectPanels panels;

@@ -185,8 +185,9 @@ void WindowCoordinator::presentOpenProjectFromPanel() {
 }
 
 void WindowCoordinator::openImageAsNewProject(const model::PastedImage& image) {
-    QTimer::singleShot(0, this,
-                       [this, image] { succeedWith(m_environment.store.createProject(image).id); });
+    QTimer::singleShot(0, this, [this, image] {
+        succeedWith(m_environment.store.createProject(image, QStringLiteral("clipboard")).id);
+    });
 }
 
 void WindowCoordinator::openRecent(const model::RecentProject& recent) {
