@@ -55,7 +55,7 @@ public:
 
 /// Speaks HTTP and HTTPS with servers whose certificates the system trusts. Nothing is cached, no
 /// cookie is kept, and a redirect is the server's answer: what a request carries goes to the host
-/// that it names and to no other. Main thread only.
+/// that it names and to no other. Belongs to the thread that sends with it.
 class HttpClient {
 public:
     virtual ~HttpClient() = default;

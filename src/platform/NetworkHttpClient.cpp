@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/NetworkHttpClient.h"
 
+#include "platform/NameLookup.h"
+
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QObject>
+#include <QTimer>
 
 namespace quillabrae::platform {
 namespace {
@@ -25,14 +28,37 @@ QNetworkRequest networkRequest(const HttpRequest& request) {
     return prepared;
 }
 
+const QString timedOut = QStringLiteral("The request timed out.");
+
 class NetworkExchange final : public QObject, public HttpExchange {
 public:
-    NetworkExchange(QNetworkReply* reply, qint64 maximumReplyBytes, HttpClient::Watch watch,
+    NetworkExchange(QNetworkAccessManager& network, HttpRequest request, HttpClient::Watch watch,
                     HttpClient::Completion completion)
-        : m_reply(reply),
-          m_maximumReplyBytes(maximumReplyBytes),
+        : m_network(network),
+          m_request(std::move(request)),
           m_watch(std::move(watch)),
-          m_completion(std::move(completion)) {
+          m_completion(std::move(completion)) {}
+    ~NetworkExchange() override {
+        if (m_reply == nullptr) return;
+        m_reply->disconnect(this);
+        m_reply->abort();
+        m_reply->deleteLater();
+    }
+
+    void sendAfter(std::shared_ptr<NameLookup> lookup) {
+        m_lookup = std::move(lookup);
+        // Queued, since it ends with the last exchange that waits for it.
+        connect(m_lookup.get(), &NameLookup::finished, this, &NetworkExchange::takeLookup,
+                Qt::QueuedConnection);
+        QTimer::singleShot(m_request.timeout, this, [this] {
+            if (m_lookup) fail(timedOut);
+        });
+    }
+
+    void send() {
+        QNetworkReply* reply = m_network.sendCustomRequest(networkRequest(m_request),
+                                                           m_request.method, m_request.body);
+        m_reply = reply;
         connect(reply, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 toSend) {
             // At the end it starts anew from nothing.
             if (toSend == 0) return;
@@ -48,18 +74,25 @@ public:
         connect(reply, &QNetworkReply::readyRead, this, &NetworkExchange::limit);
         connect(reply, &QNetworkReply::finished, this, &NetworkExchange::finish);
     }
-    ~NetworkExchange() override {
-        m_reply->disconnect(this);
-        m_reply->abort();
-        m_reply->deleteLater();
-    }
 
 private:
+    void takeLookup(NameLookup::Outcome outcome) {
+        m_lookup.reset();
+        if (outcome == NameLookup::Outcome::found)
+            send();
+        else
+            fail(QStringLiteral("Host %1 not found").arg(m_request.url.host()));
+    }
+    void fail(const QString& description) {
+        m_lookup.reset();
+        const HttpClient::Completion completion = std::move(m_completion);
+        completion(HttpFailure{description});
+    }
     void tell() {
         if (m_watch) m_watch(m_progress);
     }
     void limit() {
-        if (m_reply->bytesAvailable() <= m_maximumReplyBytes) return;
+        if (m_reply->bytesAvailable() <= m_request.maximumReplyBytes) return;
         m_isTooLong = true;
         m_reply->abort();
     }
@@ -76,12 +109,14 @@ private:
             return HttpReply{status, m_reply->readAll()};
         // Nobody else aborts a reply that this object still listens to.
         if (error == QNetworkReply::OperationCanceledError)
-            return HttpFailure{QStringLiteral("The request timed out.")};
+            return HttpFailure{timedOut};
         return HttpFailure{m_reply->errorString()};
     }
 
-    QNetworkReply* m_reply;
-    qint64 m_maximumReplyBytes;
+    QNetworkAccessManager& m_network;
+    HttpRequest m_request;
+    std::shared_ptr<NameLookup> m_lookup;
+    QNetworkReply* m_reply = nullptr;
     HttpClient::Watch m_watch;
     HttpClient::Completion m_completion;
     HttpProgress m_progress;
@@ -93,10 +128,22 @@ private:
 std::unique_ptr<HttpExchange> NetworkHttpClient::send(const HttpRequest& request, Watch watch,
                                                       Completion completion) {
     if (!m_network) m_network.emplace();
-    QNetworkReply* reply =
-        m_network->sendCustomRequest(networkRequest(request), request.method, request.body);
-    return std::make_unique<NetworkExchange>(reply, request.maximumReplyBytes, std::move(watch),
-                                             std::move(completion));
+    auto exchange = std::make_unique<NetworkExchange>(*m_network, request, std::move(watch),
+                                                      std::move(completion));
+    const QString host = request.url.host();
+    if (isName(host))
+        exchange->sendAfter(lookup(host));
+    else
+        exchange->send();
+    return exchange;
+}
+
+std::shared_ptr<NameLookup> NetworkHttpClient::lookup(const QString& host) {
+    std::weak_ptr<NameLookup>& known = m_lookups[host];
+    if (auto underWay = known.lock(); underWay && !underWay->isFinished()) return underWay;
+    auto started = std::make_shared<NameLookup>(host);
+    known = started;
+    return started;
 }
 
 } // namespace quillabrae::platform

@@ -2,6 +2,8 @@
 #include "platform/NetworkHttpClient.h"
 #include "support/LoopbackServer.h"
 
+#include <QCoreApplication>
+#include <QProcess>
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
@@ -101,6 +103,42 @@ TEST_F(NetworkHttpClientTest, AServerThatIsNotThereIsAFailure) {
         url = server.url();
     }
     EXPECT_EQ(failure({url, "GET", {}, {}, 5s}), QStringLiteral("Connection refused"));
+}
+
+TEST_F(NetworkHttpClientTest, AHostIsFoundByItsName) {
+    const LoopbackServer server(LoopbackServer::respond(200, "hello"));
+    HttpRequest message = request(server);
+    message.url.setHost(QStringLiteral("localhost"));
+    EXPECT_EQ(reply(message).body, "hello");
+    // Several at once, of which one is given up.
+    std::vector<std::unique_ptr<HttpExchange>> exchanges;
+    int answers = 0;
+    for (int i = 0; i < 3; ++i)
+        exchanges.push_back(client.send(message, {}, [&](const auto&) { ++answers; }));
+    exchanges.front().reset();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return answers == 2; }));
+    EXPECT_EQ(server.requests().size(), 3U);
+}
+
+TEST_F(NetworkHttpClientTest, AHostThatNobodyKnowsIsAFailureEachTime) {
+    const HttpRequest message{QUrl(QStringLiteral("http://nobody.invalid/")), "GET", {}, {}, 5s};
+    int failures = 0;
+    std::unique_ptr<HttpExchange> second;
+    const auto first = client.send(message, {}, [&](const HttpOutcome& result) {
+        EXPECT_EQ(failureOf(result), QStringLiteral("Host nobody.invalid not found"));
+        ++failures;
+        second = client.send(message, {}, [&](const auto&) { ++failures; });
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 2; }, 20'000));
+}
+
+TEST(NetworkHttpClientEnd, WaitsForNoNameServer) {
+    QProcess program;
+    program.start(QCoreApplication::applicationDirPath() +
+                  QStringLiteral("/ask-silent-name-server"));
+    // The lookup takes a minute.
+    EXPECT_TRUE(program.waitForFinished(20'000));
+    EXPECT_EQ(program.exitCode(), 7);
 }
 
 TEST_F(NetworkHttpClientTest, ADroppedConnectionIsAFailure) {
