@@ -110,9 +110,13 @@ class ServicesCase(DeskCase):
         super().setUp()
         self.credentials = self.desk.folder / "credentials"
         self.credentials.mkdir()
-        subprocess.run([CREDENTIALS, self.credentials], check=True, timeout=30)
+        self.make_credentials()
         self.configure(VERSION="1.2.3", BUILD="45", CHANNEL="release",
                        AUTHORITY=self.credentials / "authority.pem")
+
+    def make_credentials(self, *package):
+        """Before any server is started. A package is signed as well."""
+        subprocess.run([CREDENTIALS, self.credentials, *package], check=True, timeout=30)
 
     def configure(self, **settings):
         """What programs are started with from here on."""

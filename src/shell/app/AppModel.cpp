@@ -14,11 +14,13 @@
 #include "platform/GioFileIcons.h"
 #include "platform/KeychainSecretStore.h"
 #include "platform/NetworkHttpClient.h"
+#include "platform/PackageInstaller.h"
 #include "platform/ProgramInstance.h"
 #include "platform/SecureRandom.h"
 #include "platform/SettingsPreferences.h"
 #include "platform/XdgRecentDocuments.h"
 #include "services/AppAnalyticsService.h"
+#include "services/AppUpdateService.h"
 #include "services/BrowserAuthentication.h"
 #include "services/FeedbackAttachmentService.h"
 #include "services/FeedbackService.h"
@@ -30,6 +32,7 @@
 #include "shell/app/DesktopRecents.h"
 #include "shell/app/DesktopWindows.h"
 #include "shell/app/WindowCoordinator.h"
+#include "shell/dialogs/Alert.h"
 #include "shell/dialogs/DesktopDialogs.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
 #include "shell/dialogs/DesktopWorkRunner.h"
@@ -55,14 +58,12 @@ services::ProgramIdentity identityOf(const Deployment& deployment) {
 /// In the order of construction: each leans only on those before it.
 struct AppModel::Graph {
     Graph(QApplication& application, const platform::AppPaths& paths, const Deployment& deployment)
-        : identity(services::identityOfThisProgram(deployment.version, deployment.build,
-                                                   deployment.channel)),
-          imageEdit(http, deployment.imageEdit),
+        : imageEdit(http, deployment.imageEdit),
           preferences(paths.preferencesFile, platform::SettingsPreferences::Writing::gathered),
           analytics(services::AppAnalyticsConfiguration::from(deployment.analyticsEndpoint,
                                                               deployment.analyticsWebsiteID,
                                                               deployment.analyticsHostName),
-                    preferences, identity),
+                    preferences, identityOf(deployment)),
           colorScheme(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
@@ -92,9 +93,14 @@ struct AppModel::Graph {
                    [this](QWidget* parent) {
                        return panels.chooseImage(QStringLiteral("Attach Image"), parent);
                    }}),
+          updates(services::UpdateSource::from(deployment.updateFeed, deployment.updatePublicKey,
+                                               deployment.version),
+                  {http, installer, paths.applicationSupport + QStringLiteral("/Updates"),
+                   platform::makeThreadedLatestWork},
+                  preferences, clock),
           factory({store, preferences, keychain, [this](const QUrl& url) { browser.open(url); },
                    account},
-                  motion),
+                  motion, updates),
           windows({store, preferences, factory, dialogs, plugins}),
           delegate(store, windows,
                    {.atFirstFrame = [this] { analytics.trackLaunch(); },
@@ -106,10 +112,19 @@ struct AppModel::Graph {
                             colorScheme.followSystem();
                             motion.followSystem();
                             if (service != nullptr) service->start();
+                            updates.start();
                         },
                     .quit = [] { QCoreApplication::exit(); },
                     .followLink = [this](const QUrl& link) { follow(link); }}) {
         application.installEventFilter(&delegate);
+        // Queued, since the alert has an event loop of its own.
+        QObject::connect(
+            &updates, &services::AppUpdateService::endedWith, &delegate,
+            [this](const QString& message, const QString& informativeText) {
+                runAlert({message, informativeText, {QStringLiteral("OK")}},
+                         windows.dialogParent());
+            },
+            Qt::QueuedConnection);
     }
 
     /// A link that a sign-in waits for brings the user back to where it was begun.
@@ -129,7 +144,6 @@ struct AppModel::Graph {
             work);
     }
 
-    services::ProgramIdentity identity;
     platform::SystemClock clock;
     platform::GioFileIcons fileIcons;
     platform::ClipboardPasteboard pasteboard;
@@ -137,6 +151,7 @@ struct AppModel::Graph {
     platform::KeychainSecretStore secrets;
     platform::NetworkHttpClient http;
     platform::DesktopBrowser browser;
+    platform::XdgPackageInstaller installer;
     effects::OpenAIKeychainService keychain{secrets};
     effects::OpenAIImageEditService imageEdit;
     platform::SettingsPreferences preferences;
@@ -154,6 +169,7 @@ struct AppModel::Graph {
     services::FeedbackService feedback;
     services::FeedbackAttachmentService feedbackAttachments;
     DesktopDialogs dialogs;
+    services::AppUpdateService updates;
     DesktopWindows factory;
     WindowCoordinator windows;
     platform::ApplicationService* service = nullptr;

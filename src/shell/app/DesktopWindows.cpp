@@ -51,8 +51,12 @@ void placeOnScreen(QWidget& window, const WindowTraits& traits) {
 
 } // namespace
 
-DesktopWindows::DesktopWindows(SettingsContext context, const SystemMotion& motion)
-    : m_context(std::move(context)), m_store(m_context.store), m_motion(motion) {}
+DesktopWindows::DesktopWindows(SettingsContext context, const SystemMotion& motion,
+                               services::AppUpdateService& updates)
+    : m_context(std::move(context)),
+      m_store(m_context.store),
+      m_motion(motion),
+      m_updates(updates) {}
 
 DesktopWindows::~DesktopWindows() = default;
 
@@ -75,7 +79,8 @@ std::unique_ptr<QWidget> DesktopWindows::makeWindow(WindowRole role,
 }
 
 std::unique_ptr<QWidget> DesktopWindows::makeEditor(WindowCoordinator& coordinator) {
-    auto window = std::make_unique<EditorWindow>(m_store, coordinator, actions(coordinator));
+    auto window =
+        std::make_unique<EditorWindow>(m_store, coordinator, actions(coordinator), &m_updates);
     window->setReducedMotion(m_motion.isReduced());
     QObject::connect(&m_motion, &SystemMotion::changed, window.get(),
                      &EditorWindow::setReducedMotion);

@@ -4,6 +4,10 @@
 #include "shell/app/WindowFactory.h"
 #include "shell/settings/SettingsTable.h"
 
+namespace quillabrae::services {
+class AppUpdateService;
+}
+
 namespace quillabrae::shell {
 
 class CommandActions;
@@ -12,8 +16,9 @@ class SystemMotion;
 /// The program's real windows, centred on the screen.
 class DesktopWindows final : public WindowFactory {
 public:
-    /// `motion` outlives the windows.
-    DesktopWindows(SettingsContext context, const SystemMotion& motion);
+    /// `motion` and `updates` outlive the windows.
+    DesktopWindows(SettingsContext context, const SystemMotion& motion,
+                   services::AppUpdateService& updates);
     ~DesktopWindows() override;
 
     std::unique_ptr<QWidget> makeWindow(WindowRole role, WindowCoordinator& coordinator) override;
@@ -28,6 +33,7 @@ private:
     SettingsContext m_context;
     store::ProjectStore& m_store;
     const SystemMotion& m_motion;
+    services::AppUpdateService& m_updates;
     std::unique_ptr<CommandActions> m_actions;
 };
 

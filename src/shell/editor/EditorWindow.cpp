@@ -20,7 +20,7 @@
 namespace quillabrae::shell {
 
 EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
-                           const CommandActions& actions)
+                           const CommandActions& actions, services::AppUpdateService* updates)
     : m_windows(windows) {
     setAcceptDrops(true);
     ProjectTabAccessible::install();
@@ -32,7 +32,7 @@ EditorWindow::EditorWindow(store::ProjectStore& store, WindowCoordinator& window
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->setMenuBar(menuBar);
-    layout->addWidget(new ProjectTabBar(store, windows, this));
+    layout->addWidget(new ProjectTabBar(store, windows, updates, this));
     layout->addWidget(new QuickToolbar({store, windows}, this));
     // After what is above it: the Tab key follows the order of making.
     m_workspace = new Workspace(

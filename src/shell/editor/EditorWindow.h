@@ -3,6 +3,10 @@
 
 #include <QWidget>
 
+namespace quillabrae::services {
+class AppUpdateService;
+}
+
 namespace quillabrae::store {
 class ProjectStore;
 }
@@ -20,7 +24,7 @@ class EditorWindow final : public QWidget {
 
 public:
     EditorWindow(store::ProjectStore& store, WindowCoordinator& windows,
-                 const CommandActions& actions);
+                 const CommandActions& actions, services::AppUpdateService* updates = nullptr);
 
     /// Whether things are to stand still, for people who do not want motion.
     void setReducedMotion(bool isReduced);

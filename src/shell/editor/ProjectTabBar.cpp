@@ -3,11 +3,13 @@
 
 #include "platform/LatestWork.h"
 #include "raster/DecodeCache.h"
+#include "services/AppUpdateService.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/ScrollHints.h"
 #include "shell/editor/ProjectTab.h"
 #include "shell/editor/ProjectThumbnail.h"
+#include "shell/editor/UpdateButton.h"
 #include "shell/looks/Style.h"
 #include "store/ProjectStore.h"
 
@@ -53,7 +55,7 @@ QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
 } // namespace
 
 ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
-                             QWidget* parent)
+                             services::AppUpdateService* updates, QWidget* parent)
     : QWidget(parent),
       m_store(store),
       m_windows(windows),
@@ -83,6 +85,8 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     layout->addWidget(m_scroller);
     layout->addWidget(create);
     layout->addStretch();
+    if (updates != nullptr && updates->hasSource())
+        layout->addWidget(new UpdateButton(*updates, this));
     auto* feedback = new IconButton(
         {.symbolName = QStringLiteral("bubble.left.and.bubble.right"),
          .title = QStringLiteral("Give Feedback"),

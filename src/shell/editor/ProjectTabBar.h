@@ -15,6 +15,10 @@ namespace quillabrae::platform {
 class LatestWork;
 }
 
+namespace quillabrae::services {
+class AppUpdateService;
+}
+
 namespace quillabrae::store {
 class ProjectStore;
 }
@@ -24,13 +28,14 @@ namespace quillabrae::shell {
 class ProjectTab;
 class WindowCoordinator;
 
-/// The open projects as a row of tabs that scrolls sideways, and a button for a new one.
+/// The open projects as a row of tabs that scrolls sideways, and a button for a new one. At the end
+/// stands the button for updates, in builds that have somewhere to look for them.
 class ProjectTabBar final : public QWidget {
     Q_OBJECT
 
 public:
     ProjectTabBar(const store::ProjectStore& store, WindowCoordinator& windows,
-                  QWidget* parent = nullptr);
+                  services::AppUpdateService* updates = nullptr, QWidget* parent = nullptr);
     ~ProjectTabBar() override;
 
 protected:

@@ -50,6 +50,7 @@ constexpr std::array rows{
     Row{"grid"sv, "./grid"sv},
     Row{"grid.circle.fill"sv, "./grid-on"sv},
     Row{"arrow.triangle.2.circlepath"sv, "./swap"sv},
+    Row{"arrow.down.circle.fill"sv, "./arrow-down-circle"sv},
     Row{"plus"sv, "list-add"sv},
     Row{"plus.square"sv, "list-add"sv},
     Row{"minus.square"sv, "list-remove"sv},
