@@ -108,8 +108,7 @@ private:
         if (status >= 400 || error == QNetworkReply::NoError)
             return HttpReply{status, m_reply->readAll()};
         // Nobody else aborts a reply that this object still listens to.
-        if (error == QNetworkReply::OperationCanceledError)
-            return HttpFailure{timedOut};
+        if (error == QNetworkReply::OperationCanceledError) return HttpFailure{timedOut};
         return HttpFailure{m_reply->errorString()};
     }
 
