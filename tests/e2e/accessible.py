@@ -72,6 +72,11 @@ class Node:
         return [Node(self._bus, owner, path)
                 for owner, path in self._call(ACCESSIBLE, "GetChildren")[0]]
 
+    @property
+    def parent(self):
+        """What the control is in, as a key: an owner and a path."""
+        return self._property(ACCESSIBLE, "Parent")
+
     def has(self, state):
         low, high = self._call(ACCESSIBLE, "GetState")[0]
         return bool((low | high << 32) >> STATE_BITS[state] & 1)

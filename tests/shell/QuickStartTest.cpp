@@ -56,7 +56,7 @@ TEST(ShortcutComparison, TakesWhatIsHereFromTheCommandTable) {
         for (const Command& command : commandTable()) {
             if (title != nullptr && command.title != nullptr &&
                 QLatin1StringView(command.title) == QLatin1StringView(title))
-                keys = shortcutsOf(command);
+                keys += shortcutsOf(command);
         }
         EXPECT_EQ(all[row].isSame(), keys.contains(all[row].there)) << qPrintable(all[row].action);
         EXPECT_TRUE(all[row].here.isEmpty() || keys.contains(all[row].here));

@@ -6,8 +6,11 @@
 #include "shell/welcome/WelcomeContent.h"
 #include "shell/welcome/WelcomePanel.h"
 
+#include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 
 namespace quillabrae::shell {
 namespace {
@@ -91,6 +94,75 @@ TEST_F(WelcomeTest, TakesARecentOffTheList) {
     runDeferred();
     EXPECT_TRUE(store->recents().empty());
     EXPECT_TRUE(shows(QStringLiteral("No recent projects yet")));
+}
+
+TEST_F(WelcomeTest, KeepsARecentWhoseFileHasGone) {
+    const QUrl package = savePackage(QStringLiteral("cat.quillabrae"));
+    ASSERT_TRUE(QDir(package.toLocalFile()).removeRecursively());
+    showPanel();
+    panel->findChild<RecentRow*>()->click();
+    runDeferred();
+    EXPECT_FALSE(store->hasActiveProject());
+    EXPECT_EQ(store->recents().size(), 1U);
+    EXPECT_TRUE(store->statusMessage().startsWith(QStringLiteral("Open failed: ")));
+    EXPECT_TRUE(shows(store->statusMessage()));
+    EXPECT_TRUE(panel->isVisible());
+}
+
+TEST_F(WelcomeTest, SaysThatADropHasNoPicture) {
+    showPanel();
+    coordinator->acceptDrop(dropOf(writeBrokenPicture(QStringLiteral("words.txt"))),
+                            WindowRole::welcome);
+    runDeferred();
+    EXPECT_TRUE(shows(QStringLiteral("Drop failed: no image found")));
+}
+
+TEST_F(WelcomeTest, MakesAProjectOfADroppedPicture) {
+    QImage picture(30, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(folder.filePath(QStringLiteral("red.png"))));
+    coordinator->showWelcome();
+    coordinator->acceptDrop(dropOf(file(QStringLiteral("red.png"))), WindowRole::welcome);
+    runDeferred();
+    ASSERT_NE(store->activeProject(), nullptr);
+    EXPECT_EQ(store->activeProject()->canvasWidth, 30);
+    EXPECT_EQ(welcome(), nullptr);
+    EXPECT_NE(editor(), nullptr);
+}
+
+TEST_F(WelcomeTest, ShowsEightRecentsAtOnce) {
+    for (int number = 0; number < 8; ++number)
+        savePackage(QStringLiteral("cat %1.quillabrae").arg(number));
+    showPanel();
+    panel->setFixedSize(windowTraits(WindowRole::welcome).size);
+    runDeferred();
+    const auto rows = panel->findChildren<RecentRow*>();
+    ASSERT_EQ(rows.size(), 8);
+    for (const RecentRow* row : rows) EXPECT_EQ(row->visibleRegion().boundingRect(), row->rect());
+}
+
+TEST_F(WelcomeTest, ClosesByItsOwnControlAndWithEscape) {
+    showPanel();
+    panel->findChild<QAbstractButton*>(QStringLiteral("closeWelcome"))->click();
+    runDeferred();
+    EXPECT_FALSE(panel->isVisible());
+    panel->show();
+    QTest::keyClick(panel.get(), Qt::Key_Escape);
+    runDeferred();
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST_F(WelcomeTest, HelpsWithTheTourAndTheList) {
+    savePackage(QStringLiteral("cat.quillabrae"));
+    showPanel();
+    EXPECT_TRUE(shows(QStringLiteral("Coming from Paint.NET?")));
+    EXPECT_TRUE(shows(QStringLiteral("Your muscle memory already knows most of this workspace.")));
+    EXPECT_TRUE(shows(QStringLiteral("Take the 60-second workspace tour")));
+    const auto* tour = panel->findChild<ActionRow*>(QString(), Qt::FindDirectChildrenOnly);
+    EXPECT_EQ(tour->accessibleDescription(),
+              QStringLiteral("Open the Paint.NET quick-start guide"));
+    const auto* remove = panel->findChild<RecentRow*>()->findChild<QAbstractButton*>();
+    EXPECT_EQ(remove->accessibleName(), QStringLiteral("Remove from recents"));
 }
 
 TEST_F(WelcomeTest, LeadsItsButtonsToTheCoordinator) {
