@@ -45,6 +45,7 @@ DIALOGS = (
     Dialog("color-removal", "Color Removal", (520, 310), button="Color Removal"),
     Dialog("rotate-zoom", "Rotate / Zoom", (420, 260), keys="ctrl+alt+z"),
     Dialog("layer-properties", "Layer Properties", (380, 295), button="Layer Properties"),
+    Dialog("feedback", "Give Feedback", (480, 520), button="Give Feedback"),
     Dialog("open", "Open Quillabrae Project or Image", None, keys="ctrl+o"),
     Dialog("save-as", "Save Quillabrae", None, keys="ctrl+shift+s"),
 )
@@ -152,10 +153,27 @@ class Screens(DeskCase):
         self.press(editor, "poster")
         editor.wait_for_status("Open failed: ")
         self.capture("welcome-recent-gone", "Welcome to Quillabrae", (480, 632))
+        self.library(editor)
+        self.settings(editor)
+        self.end(editor)
+
+    def library(self, editor):
         self.desk.keys("ctrl+shift+p")
         editor.wait_for_window("Plugin Library")
         self.capture("plugin-library", "Plugin Library", (980, 680))
-        self.end(editor)
+        self.desk.tool("xdotool", "windowsize", "--sync", self.window_number("Plugin Library"),
+                       300 * self.scale, 300 * self.scale)
+        self.capture("plugin-library-smallest", "Plugin Library", (820, 560))
+        self.desk.keys("alt+F4")
+        until(lambda: "Plugin Library" not in editor.titles(), "the library to close")
+
+    def settings(self, editor):
+        self.desk.keys("ctrl+comma")
+        editor.wait_for_window("Settings")
+        sections = editor.wait_for_control("Sections")
+        for section in [row.name for row in sections.children()]:
+            self.capture(f"settings-{section.lower().replace(' & ', '-')}", "Settings")
+            self.desk.keys("Down")
 
     def editor_window(self):
         self.remember(settings={"selectedTool": "brush", "brushSize": 24})
@@ -177,7 +195,7 @@ class Screens(DeskCase):
         self.dialogs(editor)
         self.alerts(editor)
         self.smallest(editor)
-        self.without_project(editor)
+        self.many_tabs(editor)
 
     def tools(self, editor):
         for name, tool in TOOLS.items():
@@ -209,7 +227,7 @@ class Screens(DeskCase):
         self.capture("editor-unsaved", "evening - Quillabrae v", (1180, 820))
         self.desk.keys("ctrl+w")
         editor.wait_for_control('Save changes to "evening" before closing?')
-        self.capture("alert-save", "Quillabrae")
+        self.capture("alert-save", "Quillabrae$")
         self.desk.keys("Escape")
         until(lambda: len(editor.windows()) == 1, "the question to close")
 
@@ -219,10 +237,23 @@ class Screens(DeskCase):
         self.press(editor, "Text", "check box")
         self.capture("editor-smallest", "evening - Quillabrae v", (1100, 760))
 
-    def without_project(self, editor):
-        self.desk.keys("ctrl+w")
-        self.press(editor, "Don't Save")
-        until(lambda: not editor.windows(), "the editor to close")
+    def many_tabs(self, editor):
+        pictures = []
+        for number in range(30):
+            pictures.append(self.desk.home / f"Pictures/{number * 7919} sketches.png")
+            Image.new("RGB", (90, 60), (number * 8, 120, 255 - number * 8)).save(pictures[-1])
+        Editor(self.desk, *pictures).process.wait(60)
+        until(lambda: editor.windows()[0][1].startswith(pictures[-1].stem), "the last picture", 60)
+        title = pictures[-1].stem
+        self.capture("editor-tabs-last", title, (1100, 760))
+        self.desk.click([self.scale * value for value in
+                         editor.wait_for_control("Open projects").middle])
+        until(lambda: not editor.windows()[0][1].startswith(title), "another tab")
+        self.capture("editor-tabs-middle", editor.windows()[0][1], (1100, 760))
+        # A picture cannot keep a second layer.
+        self.desk.keys("ctrl+shift+n", "ctrl+s")
+        editor.wait_for_control("Flatten layers before saving?")
+        self.capture("alert-flatten", "Quillabrae$")
 
 
 def add_test(theme, scale):

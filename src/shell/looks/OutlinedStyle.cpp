@@ -6,6 +6,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <algorithm>
+
 namespace quillabrae::shell {
 namespace {
 
@@ -52,6 +54,16 @@ void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptio
     const auto* spinBox = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
     if (control == CC_SpinBox && spinBox != nullptr && spinBox->frame)
         paintEdge(*painter, *option, Edge::field);
+}
+
+QSize OutlinedStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                      const QSize& contents, const QWidget* widget) const {
+    constexpr int air = 14;
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (type == CT_PushButton && button != nullptr && !button->text.isEmpty())
+        size.setWidth(std::max(size.width(), contents.width() + 2 * air));
+    return size;
 }
 
 } // namespace quillabrae::shell
