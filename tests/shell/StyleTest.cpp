@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 
@@ -123,6 +124,27 @@ TEST_P(StyleTest, PaintsTheEdgesOfFieldsAndBoxes) {
         for (const QColor& pixel : middleRow(*field).first(4))
             best = std::max(best, contrast(pixel, color(QPalette::Window)));
         EXPECT_GE(best, leastForMarks) << field->metaObject()->className();
+    }
+    QApplication::setPalette(former);
+}
+
+TEST_P(StyleTest, PaintsButtonsThatTheirTitlesCanBeReadOn) {
+    const QPalette former = QApplication::palette();
+    QApplication::setPalette(palette);
+    QWidget window;
+    for (const bool isPrimary : {false, true}) {
+        for (const bool isDown : {false, true}) {
+            QPushButton button(QStringLiteral("Create"), &window);
+            if (isPrimary) Style::markPrimary(button);
+            button.setDown(isDown);
+            button.resize(100, 36);
+            const QImage picture = button.grab().toImage();
+            const QColor title = button.palette().color(QPalette::ButtonText);
+            // Along the left side of the face, where there is no letter.
+            for (int y = 6; y < 30; ++y)
+                EXPECT_GE(contrast(title, picture.pixelColor(8, y)), leastForText)
+                    << isPrimary << isDown << ' ' << y;
+        }
     }
     QApplication::setPalette(former);
 }

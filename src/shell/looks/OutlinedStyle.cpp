@@ -29,12 +29,42 @@ void paintEdge(QPainter& painter, const QStyleOption& option, Edge edge) {
     painter.restore();
 }
 
+/// Whether the button is of the likeliest choice, whose face is the accent.
+bool isPrimary(const QStyleOption& option) {
+    return option.palette.color(QPalette::Button) == Style::accent(option.palette) &&
+           option.state.testFlag(QStyle::State_Enabled);
+}
+
+/// Flat, since the base style's gradient is too light for the title on it.
+void paintPrimary(QPainter& painter, const QStyleOption& option) {
+    constexpr int darkerWhenDown = 118;
+    constexpr qreal ringInset = 2.5;
+    const QColor face = Style::accent(option.palette);
+    const QColor ink = option.palette.color(QPalette::ButtonText);
+    const bool isDown = option.state.testFlag(QStyle::State_Sunken);
+    const QRectF rect = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isDown ? face.darker(darkerWhenDown) : face);
+    painter.drawRoundedRect(rect, 3.0, 3.0);
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter.setPen(ink);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRoundedRect(rect.adjusted(ringInset, ringInset, -ringInset, -ringInset), 2.0,
+                                2.0);
+    }
+    painter.restore();
+}
+
 } // namespace
 
 OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("fusion")) {}
 
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
+    if (element == PE_PanelButtonCommand && isPrimary(*option))
+        return paintPrimary(*painter, *option);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
         case PE_FrameLineEdit:

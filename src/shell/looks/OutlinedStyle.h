@@ -6,7 +6,8 @@
 namespace quillabrae::shell {
 
 /// The base style with edges around fields and boxes that show on light and on dark: its own are
-/// shades of the window's colour, which a dark window swallows.
+/// shades of the window's colour, which a dark window swallows. The button of the likeliest choice
+/// is flat, so that its title can be read on it.
 class OutlinedStyle final : public QProxyStyle {
     Q_OBJECT
 

@@ -64,9 +64,9 @@ void PluginCard::addPlain() {
     names->addStretch();
     names->addWidget(Labels::title(m_plugin.title, plainTitle, this));
     names->addWidget(
-        Labels::muted(QStringLiteral("%1 · %2 · %3")
-                          .arg(title(m_plugin.category), m_plugin.author, m_plugin.version),
-                      this));
+        wrapped(Labels::muted(QStringLiteral("%1 · %2 · %3")
+                                  .arg(title(m_plugin.category), m_plugin.author, m_plugin.version),
+                              this)));
     names->addStretch();
     head->addLayout(names, 1);
     column->addLayout(head);

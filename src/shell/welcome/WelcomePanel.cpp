@@ -101,6 +101,7 @@ void WelcomePanel::build(QVBoxLayout& layout) {
     m_status = Labels::muted({}, this);
     m_status->setObjectName(QStringLiteral("welcomeStatus"));
     m_status->setWordWrap(true);
+    m_status->setContentsMargins(0, Style::grid, 0, 0);
     layout.addWidget(m_status);
 }
 
