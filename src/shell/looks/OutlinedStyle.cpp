@@ -35,9 +35,14 @@ bool isPrimary(const QStyleOption& option) {
            option.state.testFlag(QStyle::State_Enabled);
 }
 
+/// The face of a button that is held down: further from its title than before.
+QColor awayFrom(const QColor& ink, const QColor& face) {
+    constexpr int percent = 115;
+    return ink.lightness() < face.lightness() ? face.lighter(percent) : face.darker(percent);
+}
+
 /// Flat, since the base style's gradient is too light for the title on it.
 void paintPrimary(QPainter& painter, const QStyleOption& option) {
-    constexpr int darkerWhenDown = 118;
     constexpr qreal ringInset = 2.5;
     const QColor face = Style::accent(option.palette);
     const QColor ink = option.palette.color(QPalette::ButtonText);
@@ -46,7 +51,7 @@ void paintPrimary(QPainter& painter, const QStyleOption& option) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown ? face.darker(darkerWhenDown) : face);
+    painter.setBrush(isDown ? awayFrom(ink, face) : face);
     painter.drawRoundedRect(rect, 3.0, 3.0);
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter.setPen(ink);
