@@ -106,7 +106,7 @@ constexpr std::array rows{
     Row{"square.grid.3x3"sv, "./align"sv},
     Row{"eraser.line.dashed"sv, "./color-removal"sv},
     Row{"sparkles"sv, "./sparkles"sv},
-    Row{"scribble.variable"sv, "draw-freehand"sv},
+    Row{"scribble.variable"sv, "./scribble"sv},
     Row{"paintpalette.fill"sv, "./palette"sv},
     Row{"square.grid.3x3.fill"sv, "view-list-icons"sv},
     Row{"viewfinder"sv, "crosshairs"sv},
