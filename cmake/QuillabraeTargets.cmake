@@ -22,15 +22,25 @@ if(QUILLABRAE_LLD)
     add_link_options(-fuse-ld=lld)
 endif()
 
+# A crash report names the build by this.
+add_link_options(-Wl,--build-id=sha1)
+
 option(QUILLABRAE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QUILLABRAE_FUZZ "Build the fuzz targets; needs Clang" OFF)
+option(QUILLABRAE_TESTS "Build the tests and benchmarks" ON)
+option(QUILLABRAE_WERROR "Take warnings for errors" ON)
+option(QUILLABRAE_DEBIAN "Install as Debian wants it, and build a package of it" OFF)
 
 add_library(quillabrae_build INTERFACE)
 target_include_directories(quillabrae_build INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_compile_definitions(quillabrae_build INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS)
 target_compile_options(quillabrae_build INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion $<$<BOOL:${QUILLABRAE_WERROR}>:-Werror>)
+if(QUILLABRAE_DEBIAN)
+    # What is installed does not tell where it was built.
+    add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+endif()
 if(QUILLABRAE_FUZZ)
     # The warnings are tuned to the compiler that the program is built with.
     target_compile_options(quillabrae_build INTERFACE

@@ -12,23 +12,38 @@ QString folderOr(QStandardPaths::StandardLocation location, const QString& fallb
     return folder.isEmpty() ? fallback : folder;
 }
 
-AppPaths inside(const QString& data, const QString& configuration, const QString& temporary) {
-    return {data + QStringLiteral("/Quillabrae"), temporary,
-            configuration + QStringLiteral("/Quillabrae/preferences.ini")};
+/// Qt 6.4 does not know this one.
+QString stateHome() {
+    const QString told = qEnvironmentVariable("XDG_STATE_HOME");
+    return QDir::isAbsolutePath(told) ? told : QDir::homePath() + QStringLiteral("/.local/state");
+}
+
+struct Homes {
+    QString data;
+    QString configuration;
+    QString state;
+    QString temporary;
+};
+
+AppPaths inside(const Homes& homes) {
+    return {homes.data + QStringLiteral("/Quillabrae"), homes.temporary,
+            homes.configuration + QStringLiteral("/Quillabrae/preferences.ini"),
+            homes.state + QStringLiteral("/Quillabrae")};
 }
 
 } // namespace
 
 AppPaths AppPaths::standard() {
     const QString temporary = folderOr(QStandardPaths::TempLocation, QDir::tempPath());
-    return inside(folderOr(QStandardPaths::GenericDataLocation, temporary),
-                  folderOr(QStandardPaths::GenericConfigLocation, temporary), temporary);
+    return inside({folderOr(QStandardPaths::GenericDataLocation, temporary),
+                   folderOr(QStandardPaths::GenericConfigLocation, temporary), stateHome(),
+                   temporary});
 }
 
 AppPaths AppPaths::under(const QString& home) {
     const QString root = QDir(home).absolutePath();
-    return inside(root + QStringLiteral("/.local/share"), root + QStringLiteral("/.config"),
-                  root + QStringLiteral("/tmp"));
+    return inside({root + QStringLiteral("/.local/share"), root + QStringLiteral("/.config"),
+                   root + QStringLiteral("/.local/state"), root + QStringLiteral("/tmp")});
 }
 
 } // namespace quillabrae::platform

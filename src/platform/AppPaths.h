@@ -12,7 +12,10 @@ struct AppPaths {
     QString temporary;
     /// The file of the user's preferences.
     QString preferencesFile{};
+    /// What is worth keeping between runs but belongs to no work of the user's.
+    QString state{};
 
+    QString crashFolder() const { return state + QStringLiteral("/Crashes"); }
     QString autosaveFolder() const { return applicationSupport + QStringLiteral("/Autosave"); }
     QString clipboardFolder() const { return applicationSupport + QStringLiteral("/Clipboard"); }
 

@@ -14,6 +14,8 @@ TEST(AppPaths, AnotherHomeHoldsEverything) {
     EXPECT_EQ(paths.autosaveFolder(),
               QStringLiteral("/somewhere/else/.local/share/Quillabrae/Autosave"));
     EXPECT_TRUE(paths.temporary.startsWith(QStringLiteral("/somewhere/else/")));
+    EXPECT_EQ(paths.crashFolder(),
+              QStringLiteral("/somewhere/else/.local/state/Quillabrae/Crashes"));
     EXPECT_TRUE(paths.preferencesFile.startsWith(QStringLiteral("/somewhere/else/")));
 }
 

@@ -4,6 +4,7 @@
 #include "platform/AppPaths.h"
 #include "platform/ApplicationIdentity.h"
 #include "platform/ApplicationService.h"
+#include "platform/CrashReporter.h"
 #include "platform/ProgramInstance.h"
 #include "platform/StartRequest.h"
 #include "shell/app/AppModel.h"
@@ -61,6 +62,7 @@ int runProgram(QApplication& application, const Deployment& deployment,
             return EXIT_FAILURE;
     }
 
+    platform::reportCrashesTo(paths.crashFolder(), deployment.version.toUtf8());
     AppModel model(application, paths, deployment);
     model.launch(instance, service, request);
     return QCoreApplication::exec();
