@@ -91,6 +91,10 @@ class Node:
         left, top, width, height = self.box
         return left + width / 2, top + height / 2
 
+    def press(self):
+        """Does what a click would, without a pointer."""
+        self._call("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (0,)))
+
     def walk(self):
         """This node and everything under it that is still there when it is reached."""
         yield self

@@ -11,12 +11,13 @@ from editor import PROGRAM, SCREENSHOTS, Editor
 
 class DeskCase(unittest.TestCase):
     longMessage = True
+    Desk = Desk
     program = PROGRAM
 
     def setUp(self):
         for needed in (self.program, photos.JPEG, photos.PNG):
             self.assertTrue(needed.exists(), f"{needed} is missing: run ./dev test")
-        self.desk = self.enterContext(Desk())
+        self.desk = self.enterContext(self.Desk())
         self.running = []
 
     def start(self, *files, **options):
