@@ -8,7 +8,11 @@ import unittest
 
 import photos
 from case import DeskCase
+from desk import until
 from editor import store_settings
+from services import Answer, ServicesCase
+
+WELCOME = "Welcome to Quillabrae"
 
 
 class Crash(DeskCase):
@@ -54,6 +58,40 @@ class Crash(DeskCase):
         editor.wait_for_window("Welcome to Quillabrae")
         editor.kill()
         self.assertFalse(self.reports.exists())
+
+
+class Report(ServicesCase):
+    """A build with a service to send feedback to."""
+
+    def setUp(self):
+        super().setUp()
+        store_settings(self.desk, selectedTool="brush")
+        self.reports = self.desk.home / ".local/state/Quillabrae/Crashes"
+        self.server = self.serve(lambda request: Answer(body=b'{"ok":true}'))
+        self.configure(SERVICE_URL=self.server.url)
+        editor = self.start()
+        editor.wait_for_window(WELCOME)
+        editor.process.send_signal(signal.SIGSEGV)
+        self.assertEqual(editor.process.wait(30), -signal.SIGSEGV)
+
+    def test_the_next_start_offers_the_report_and_sends_nothing_by_itself(self):
+        again = self.start()
+        again.wait_for_control("Show Report").press()
+        again.wait_for_window("Give Feedback")
+        again.screenshot("16-crash-report")
+        self.assertEqual(self.server.connections, 0)
+        self.assertEqual(len(list(self.reports.iterdir())), 1)
+        again.wait_for_control("Send Feedback", "push button").press()
+        until(lambda: self.server.requests, "the feedback to be sent")
+        self.assertIn(b"signal: SIGSEGV", self.server.requests[0].body)
+        until(lambda: not list(self.reports.iterdir()), "the report to be gone")
+
+    def test_what_is_not_wanted_is_forgotten(self):
+        again = self.start()
+        again.wait_for_control("Don't Report").press()
+        until(lambda: not list(self.reports.iterdir()), "the report to be gone")
+        again.wait_for_window(WELCOME)
+        self.assertEqual(self.server.connections, 0)
 
 
 if __name__ == "__main__":

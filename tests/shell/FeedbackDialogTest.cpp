@@ -14,6 +14,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTextCursor>
 
 namespace quillabrae::shell {
 namespace {
@@ -377,6 +378,18 @@ TEST(FileSizes, AreToldInThousandsAndMillions) {
     };
     for (const auto& [bytes, words] : expected)
         EXPECT_EQ(fileSizeText(bytes), QString::fromLatin1(words)) << bytes;
+}
+
+TEST_F(FeedbackDialogTest, ADraftStandsUnderWhatIsWrittenAndIsNotSentByItself) {
+    int sent = 0;
+    dialog = std::make_unique<FeedbackDialogView>(FeedbackDialogView::Environment{
+        service, attachments, [](QWidget*) { return std::nullopt; },
+        [] { return QStringLiteral("\n\nreport"); }, [&] { ++sent; }});
+    dialog->show();
+    EXPECT_EQ(text()->toPlainText(), QStringLiteral("\n\nreport"));
+    EXPECT_EQ(text()->textCursor().position(), 0);
+    dialog->reject();
+    EXPECT_EQ(sent, 0);
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include "platform/DesktopRegistration.h"
 #include "platform/GioFileIcons.h"
 #include "platform/KeychainSecretStore.h"
+#include "platform/LastCrashReport.h"
 #include "platform/NetworkHttpClient.h"
 #include "platform/PackageInstaller.h"
 #include "platform/ProgramInstance.h"
@@ -28,6 +29,7 @@
 #include "services/QuillabraeAccountService.h"
 #include "services/WebService.h"
 #include "shell/app/AppDelegate.h"
+#include "shell/app/CrashOffer.h"
 #include "shell/app/Deployment.h"
 #include "shell/app/DesktopRecents.h"
 #include "shell/app/DesktopWindows.h"
@@ -43,6 +45,7 @@
 #include "store/ProjectStore.h"
 
 #include <QApplication>
+#include <QTimer>
 
 namespace quillabrae::shell {
 
@@ -92,7 +95,8 @@ struct AppModel::Graph {
           dialogs({feedback, feedbackAttachments,
                    [this](QWidget* parent) {
                        return panels.chooseImage(QStringLiteral("Attach Image"), parent);
-                   }}),
+                   },
+                   [this] { return crashOffer.draft(); }, [this] { crashOffer.feedbackSent(); }}),
           updates(services::UpdateSource::from(deployment.updateFeed, deployment.updatePublicKey,
                                                deployment.version),
                   {http, installer, paths.applicationSupport + QStringLiteral("/Updates"),
@@ -102,6 +106,12 @@ struct AppModel::Graph {
                    account},
                   motion, updates),
           windows({store, preferences, factory, dialogs, plugins}),
+          crashes(paths.crashFolder()),
+          crashOffer(crashes, {.ask =
+                                   [this](const Alert& alert) {
+                                       return runAlert(alert, windows.dialogParent());
+                                   },
+                               .showFeedback = [this] { windows.showFeedbackDialog(); }}),
           delegate(store, windows,
                    {.atFirstFrame = [this] { analytics.trackLaunch(); },
                     .afterFirstFrame =
@@ -113,6 +123,9 @@ struct AppModel::Graph {
                             motion.followSystem();
                             if (service != nullptr) service->start();
                             updates.start();
+                            crashes.thinOut();
+                            if (feedback.isConfigured())
+                                QTimer::singleShot(0, &delegate, [this] { crashOffer.offer(); });
                         },
                     .quit = [] { QCoreApplication::exit(); },
                     .followLink = [this](const QUrl& link) { follow(link); }}) {
@@ -172,6 +185,8 @@ struct AppModel::Graph {
     services::AppUpdateService updates;
     DesktopWindows factory;
     WindowCoordinator windows;
+    platform::CrashFolder crashes;
+    CrashOffer crashOffer;
     platform::ApplicationService* service = nullptr;
     AppDelegate delegate;
 };

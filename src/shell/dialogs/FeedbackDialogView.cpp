@@ -68,6 +68,7 @@ FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
     m_pages->addWidget(makeForm());
     m_pages->addWidget(makeConfirmation());
     connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(m_fraction); });
+    if (m_environment.draft) m_feedback->setPlainText(m_environment.draft());
     showLength();
     showError(m_environment.service.isConfigured()
                   ? QString()
@@ -214,6 +215,7 @@ void FeedbackDialogView::finish(const std::optional<services::FeedbackError>& er
     m_sending.reset();
     m_isSent = !error;
     if (error) showError(error->description);
+    if (m_isSent && m_environment.whenSent) m_environment.whenSent();
     showState();
     if (error) m_feedback->setFocus();
 }

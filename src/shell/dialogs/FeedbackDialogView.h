@@ -35,6 +35,10 @@ public:
         services::FeedbackAttachmentService& attachments;
         /// Asks for an image file; nothing when the user cancels.
         std::function<std::optional<QUrl>(QWidget* parent)> chooseImage;
+        /// What is in the form to begin with, under what the user writes; may be absent.
+        std::function<QString()> draft{};
+        /// Feedback was sent; may be absent.
+        std::function<void()> whenSent{};
     };
 
     explicit FeedbackDialogView(Environment environment, QWidget* parent = nullptr);
