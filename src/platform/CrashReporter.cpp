@@ -143,7 +143,7 @@ int writeBuild(dl_phdr_info* module, std::size_t /*size*/, void* data) {
         ElfW(Nhdr) note{};
         std::memcpy(&note, start, std::min<std::size_t>(sizeof note, segment.p_memsz));
         if (note.n_type != NT_GNU_BUILD_ID) continue;
-        const std::size_t nameSize = (note.n_namesz + 3U) / 4U * 4U;
+        const std::size_t nameSize = (std::size_t{note.n_namesz} + 3) / 4 * 4;
         const auto* id = reinterpret_cast<const unsigned char*>(start + sizeof note + nameSize);
         Line line;
         line << "build: ";

@@ -23,7 +23,7 @@ using platform::StartRequest;
 /// What the desktop file offers beside starting the program.
 struct Action {
     QLatin1StringView name;
-    void (WindowCoordinator::*run)();
+    void (WindowCoordinator::*run)() = nullptr;
 };
 
 constexpr std::array actions{
