@@ -134,22 +134,37 @@ int lookForPlace(dl_phdr_info* module, std::size_t /*size*/, void* data) {
     return 1;
 }
 
-/// The linker's name for this very build, from the first module, which is the program.
-int writeBuild(dl_phdr_info* module, std::size_t /*size*/, void* data) {
+constexpr std::size_t padded(std::size_t size) {
+    return (size + 3) / 4 * 4;
+}
+
+/// The linker's name for this very build among the notes of a segment; empty where it is not.
+std::span<const unsigned char> buildIn(std::span<const unsigned char> notes) {
     constexpr std::size_t longestId = 32;
+    ElfW(Nhdr) note{};
+    while (notes.size() >= sizeof note) {
+        std::memcpy(&note, notes.data(), sizeof note);
+        const std::size_t start = sizeof note + padded(note.n_namesz);
+        const std::size_t end = start + padded(note.n_descsz);
+        if (end > notes.size()) break;
+        if (note.n_type == NT_GNU_BUILD_ID)
+            return notes.subspan(start, std::min<std::size_t>(note.n_descsz, longestId));
+        notes = notes.subspan(end);
+    }
+    return {};
+}
+
+/// Of the first module, which is the program.
+int writeBuild(dl_phdr_info* module, std::size_t /*size*/, void* data) {
     for (const auto& segment : std::span(module->dlpi_phdr, module->dlpi_phnum)) {
         if (segment.p_type != PT_NOTE) continue;
-        const auto* start = reinterpret_cast<const char*>(module->dlpi_addr + segment.p_vaddr);
-        ElfW(Nhdr) note{};
-        std::memcpy(&note, start, std::min<std::size_t>(sizeof note, segment.p_memsz));
-        if (note.n_type != NT_GNU_BUILD_ID) continue;
-        const std::size_t nameSize = (std::size_t{note.n_namesz} + 3) / 4 * 4;
-        const auto* id = reinterpret_cast<const unsigned char*>(start + sizeof note + nameSize);
+        const auto* start =
+            reinterpret_cast<const unsigned char*>(module->dlpi_addr + segment.p_vaddr);
+        const auto id = buildIn(std::span(start, segment.p_memsz));
+        if (id.empty()) continue;
         Line line;
         line << "build: ";
-        for (const unsigned char byte :
-             std::span(id, std::min<std::size_t>(note.n_descsz, longestId)))
-            line.byte(byte);
+        for (const unsigned char byte : id) line.byte(byte);
         line.writeTo(*static_cast<const int*>(data));
         break;
     }
