@@ -12,6 +12,7 @@ from gi.repository import Gio, GLib
 NAME = "com.orvik.Quillabrae"
 PATH = "/com/orvik/Quillabrae"
 INTERFACE = "org.freedesktop.Application"
+SCREEN = ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")
 PACKAGING = ROOT / "packaging"
 # It stays until the call is answered: the bus drops what a caller that has gone wanted started.
 LAUNCHER = """
@@ -36,7 +37,11 @@ def install(desk):
                  "Exec=quillabrae", f"Exec={PROGRAM}"))):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(content)
-    SessionBus(desk).call_bus("ReloadConfig")
+    bus = SessionBus(desk)
+    bus.call_bus("ReloadConfig")
+    # As a session tells the bus, which is older than the screen, for the programs that it starts.
+    screen = {name: desk.environment[name] for name in SCREEN if name in desk.environment}
+    bus.call_bus("UpdateActivationEnvironment", GLib.Variant("(a{ss})", (screen,)))
 
 
 def launch(desk, *files):

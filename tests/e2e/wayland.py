@@ -5,9 +5,7 @@ The compositor has no screen and takes no pointer or keys: controls are pressed 
 accessibility bus. The X server of the desk stays, without a program on it.
 """
 
-from bus import SessionBus
 from desk import Desk, until
-from gi.repository import GLib
 
 
 class WaylandDesk(Desk):
@@ -29,10 +27,7 @@ class WaylandDesk(Desk):
                    "--no-config", "--idle-time=0", f"--socket={self.SOCKET}",
                    f"--width={width}", f"--height={height}")
         until((self.folder / "run" / self.SOCKET).exists, "the compositor")
-        ours = {"WAYLAND_DISPLAY": self.SOCKET, "QT_QPA_PLATFORM": "wayland"}
-        self.environment.update(ours)
-        # As a session tells the bus, for the programs that it starts.
-        SessionBus(self).call_bus("UpdateActivationEnvironment", GLib.Variant("(a{ss})", (ours,)))
+        self.environment.update(WAYLAND_DISPLAY=self.SOCKET, QT_QPA_PLATFORM="wayland")
 
     def screenshot(self, file):
         file.parent.mkdir(parents=True, exist_ok=True)
