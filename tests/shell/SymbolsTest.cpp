@@ -19,6 +19,41 @@ TEST_F(SymbolsTest, KnowsEveryToolOfThePalette) {
     }
 }
 
+TEST_F(SymbolsTest, KnowsEveryStepOfTheHistory) {
+    Symbols::useScheme(ColorScheme::light);
+    for (const char* symbol : {"arrow.left.and.right.righttriangle.left.righttriangle.right",
+                               "arrow.up.and.down.and.arrow.left.and.right",
+                               "arrow.up.and.down.righttriangle.up.righttriangle.down",
+                               "arrow.up.arrow.down",
+                               "arrow.up.left.and.arrow.down.right",
+                               "circle.lefthalf.filled",
+                               "clock.arrow.circlepath",
+                               "crop",
+                               "cursorarrow",
+                               "doc.badge.plus",
+                               "doc.on.clipboard",
+                               "doc.on.doc",
+                               "eraser.line.dashed",
+                               "folder",
+                               "plus.square",
+                               "rectangle.expand.vertical",
+                               "rotate.3d",
+                               "scissors",
+                               "selection.pin.in.out",
+                               "slider.horizontal.3",
+                               "sparkles",
+                               "square.and.arrow.down",
+                               "square.grid.3x3",
+                               "square.on.circle",
+                               "square.stack.3d.down.right",
+                               "textformat",
+                               "trash",
+                               "wand.and.sparkles",
+                               "xmark.square"}) {
+        EXPECT_TRUE(Symbols::isKnown(QString::fromLatin1(symbol))) << symbol;
+    }
+}
+
 TEST_F(SymbolsTest, KnowsEveryPluginAndCategory) {
     for (const effects::QuillabraePlugin& plugin : effects::pluginCatalog()) {
         EXPECT_TRUE(Symbols::isKnown(plugin.symbolName)) << qPrintable(plugin.symbolName);

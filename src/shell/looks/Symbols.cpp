@@ -94,6 +94,7 @@ constexpr std::array rows{
     Row{"wand.and.sparkles"sv, "./sliders"sv},
     Row{"doc.on.clipboard"sv, "edit-paste"sv},
     Row{"arrow.up.left.and.arrow.down.right"sv, "./resize"sv},
+    Row{"arrow.up.and.down.and.arrow.left.and.right"sv, "transform-move"sv},
     Row{"rectangle.expand.vertical"sv, "transform-crop-and-resize"sv},
     Row{"xmark.square"sv, "edit-select-none"sv},
     Row{"scissors"sv, "edit-cut"sv},
