@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The plugin library's window: what it shows, what its buttons do, and how the keyboard gets about.
+#include "persistence/FaultyFileOperations.h"
 #include "shell/ShellTest.h"
 #include "shell/controls/SideList.h"
 #include "shell/dialogs/Alert.h"
@@ -12,7 +13,9 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <cerrno>
 #include <set>
+#include <string_view>
 
 namespace quillabrae::shell {
 namespace {
@@ -20,6 +23,11 @@ namespace {
 class PluginLibraryTest : public ShellTest {
 protected:
     PluginLibraryTest() {
+        coordinator.reset();
+        plugins = std::make_unique<effects::PluginLibraryService>(
+            effects::PluginLibraryService::defaultInstallDirectory(paths), operations);
+        coordinator = std::make_unique<WindowCoordinator>(
+            WindowEnvironment{*store, preferences, windows, dialogs, *plugins});
         view = std::make_unique<PluginLibraryView>(PluginLibraryContext{
             *plugins, *store, [this](const QString& id) { coordinator->runPlugin(id); },
             [this](const Alert& alert, QWidget*) { alerts.push_back(alert); }});
@@ -28,7 +36,11 @@ protected:
         QApplication::setActiveWindow(view.get());
         runDeferred();
     }
-    ~PluginLibraryTest() override { view.reset(); }
+    ~PluginLibraryTest() override {
+        view.reset();
+        coordinator.reset();
+        plugins.reset();
+    }
 
     QLineEdit* search() const { return view->findChild<QLineEdit*>(); }
     SideList* side() const { return view->findChild<SideList*>(); }
@@ -78,6 +90,7 @@ protected:
         return false;
     }
 
+    persistence::FaultyFileOperations operations;
     std::vector<Alert> alerts;
     std::unique_ptr<PluginLibraryView> view;
 };
@@ -182,18 +195,15 @@ TEST_F(PluginLibraryTest, AFailedInstallIsTold) {
 
 TEST_F(PluginLibraryTest, AFailedRemovalIsTold) {
     press(QStringLiteral("Install Soft Light"));
-    const QFile::Permissions usual = QFile::permissions(plugins->installDirectory());
-    QFile::setPermissions(plugins->installDirectory(), QFile::ReadOwner | QFile::ExeOwner);
-    const bool isRefused =
-        !QFile(plugins->installDirectory() + QStringLiteral("/probe")).open(QIODevice::WriteOnly);
-    if (isRefused) {
-        press(QStringLiteral("Remove Soft Light"));
-        ASSERT_EQ(alerts.size(), 1U);
-        EXPECT_TRUE(alerts.front().informativeText.startsWith(
-            QStringLiteral("The plugin could not be removed: ")));
-        EXPECT_NE(button(QStringLiteral("Remove Soft Light")), nullptr);
-    }
-    QFile::setPermissions(plugins->installDirectory(), usual);
+    operations.beforeStep = [](int, const char* name) {
+        if (std::string_view(name) == "removeTree")
+            throw platform::FileOperationError(QString(), EACCES);
+    };
+    press(QStringLiteral("Remove Soft Light"));
+    ASSERT_EQ(alerts.size(), 1U);
+    EXPECT_TRUE(alerts.front().informativeText.startsWith(
+        QStringLiteral("The plugin could not be removed: ")));
+    EXPECT_NE(button(QStringLiteral("Remove Soft Light")), nullptr);
 }
 
 TEST_F(PluginLibraryTest, IsUsedWithTheKeyboardAlone) {
