@@ -114,21 +114,21 @@ FeedbackAttachmentService::~FeedbackAttachmentService() {
     cancel();
 }
 
-void FeedbackAttachmentService::prepare(const QUrl& url, Completion completion) {
+void FeedbackAttachmentService::prepare(const QUrl& url, const Completion& completion) {
     const auto read = [read = m_readers.file, path = url.toLocalFile()](
                           const WorkControl& control) -> std::optional<raster::RasterImage> {
         if (path.isEmpty()) return std::nullopt;
         return read(path, control);
     };
-    start(read, url.fileName(), std::move(completion));
+    start(read, url.fileName(), completion);
 }
 
 void FeedbackAttachmentService::prepare(const QByteArray& bytes, const QString& sourceFilename,
-                                        Completion completion) {
+                                        const Completion& completion) {
     const auto read = [read = m_readers.bytes, bytes](const WorkControl& control) {
         return read(bytes, control);
     };
-    start(read, sourceFilename, std::move(completion));
+    start(read, sourceFilename, completion);
 }
 
 void FeedbackAttachmentService::cancel() {
@@ -137,8 +137,8 @@ void FeedbackAttachmentService::cancel() {
     m_work->drop();
 }
 
-void FeedbackAttachmentService::start(Read read, const QString& sourceFilename,
-                                      Completion completion) {
+void FeedbackAttachmentService::start(const Read& read, const QString& sourceFilename,
+                                      const Completion& completion) {
     cancel();
     const auto control = std::make_shared<WorkControl>();
     m_control = control;

@@ -63,9 +63,10 @@ public:
 
     /// Prepares the picture in a file, away from the calling thread. `completion` is called on it
     /// once, from the event loop, unless the work is cancelled or another one is begun.
-    void prepare(const QUrl& url, Completion completion);
+    void prepare(const QUrl& url, const Completion& completion);
     /// The same for a picture that came without a file.
-    void prepare(const QByteArray& bytes, const QString& sourceFilename, Completion completion);
+    void prepare(const QByteArray& bytes, const QString& sourceFilename,
+                 const Completion& completion);
     /// Gives up what is under way, if anything is.
     void cancel();
 
@@ -80,7 +81,7 @@ public:
 private:
     using Read = std::function<std::optional<raster::RasterImage>(const platform::WorkControl&)>;
 
-    void start(Read read, const QString& sourceFilename, Completion completion);
+    void start(const Read& read, const QString& sourceFilename, const Completion& completion);
 
     Readers m_readers;
     Encoder m_encoder;

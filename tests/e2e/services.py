@@ -2,6 +2,7 @@
 """The editor as a build with services is, and HTTPS servers on loopback for it to talk to."""
 
 import os
+import shutil
 import ssl
 import subprocess
 import threading
@@ -9,6 +10,7 @@ from dataclasses import dataclass, field
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 
+import photos
 from case import DeskCase
 from desk import ROOT
 
@@ -122,6 +124,15 @@ class ServicesCase(DeskCase):
         """What programs are started with from here on."""
         self.desk.environment |= {f"QUILLABRAE_TEST_{name}": str(value)
                                   for name, value in settings.items()}
+
+    def start_with_picture(self):
+        """A running program with a picture in its editor window."""
+        drawing = self.desk.home / "stripes.png"
+        shutil.copy(photos.PNG, drawing)
+        editor = self.start(drawing)
+        editor.wait_for_window("stripes - Quillabrae v")
+        editor.wait_for_status("Opened stripes.png")
+        return editor
 
     def serve(self, answer=lambda request: Answer()):
         return self.enterContext(Server(self.credentials / "server.pem", answer))

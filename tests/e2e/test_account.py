@@ -2,11 +2,9 @@
 """Signing in with a browser, and out again."""
 
 import os
-import shutil
 import time
 import unittest
 
-import photos
 from desk import descendants, until
 from services import PROGRAM, Answer, ServicesCase
 from web import AccountService, install_browser, secret, start_keyring
@@ -24,11 +22,7 @@ class Account(ServicesCase):
         self.configure(SERVICE_URL=self.server.url)
 
     def open_account(self):
-        drawing = self.desk.home / "stripes.png"
-        shutil.copy(photos.PNG, drawing)
-        editor = self.start(drawing)
-        editor.wait_for_window("stripes - Quillabrae v")
-        editor.wait_for_status("Opened stripes.png")
+        editor = self.start_with_picture()
         self.desk.keys("ctrl+comma")
         return editor
 

@@ -23,11 +23,7 @@ class Feedback(ServicesCase):
         self.configure(SERVICE_URL=self.server.url)
 
     def open_dialog(self):
-        drawing = self.desk.home / "stripes.png"
-        shutil.copy(photos.PNG, drawing)
-        editor = self.start(drawing)
-        editor.wait_for_window("stripes - Quillabrae v")
-        editor.wait_for_status("Opened stripes.png")
+        editor = self.start_with_picture()
         editor.click("Give Feedback", "push button")
         editor.wait_for_window("Give Feedback")
         return editor

@@ -104,12 +104,12 @@ protected:
 
 TEST_F(FeedbackDialogTest, AsksForWordsAndPerhapsAPicture) {
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Give Feedback"));
-    for (const char* words :
-         {"Give Feedback", "Help shape what Quillabrae becomes next.",
-          "What would make Quillabrae better for you?",
-          "We take feedback very seriously and work to improve the app quickly, so every "
-          "suggestion is appreciated.",
-          "0 / 5,000", "Optional · compressed before sending"})
+    constexpr auto assurance =
+        "We take feedback very seriously and work to improve the app quickly, so every "
+        "suggestion is appreciated.";
+    for (const char* words : {"Give Feedback", "Help shape what Quillabrae becomes next.",
+                              "What would make Quillabrae better for you?", assurance, "0 / 5,000",
+                              "Optional · compressed before sending"})
         EXPECT_TRUE(shows(QString::fromUtf8(words))) << words;
     EXPECT_TRUE(button(cancel));
     EXPECT_TRUE(button(sendTitle)->isDefault());
