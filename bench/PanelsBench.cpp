@@ -8,11 +8,16 @@
 #include "effects/OpenAIKeychainService.h"
 #include "effects/PluginLibraryService.h"
 #include "platform/Clock.h"
+#include "platform/DesktopBrowser.h"
 #include "platform/FileIcons.h"
 #include "platform/MemoryPasteboard.h"
 #include "platform/MemoryPreferences.h"
 #include "platform/MemorySecretStore.h"
+#include "platform/NetworkHttpClient.h"
+#include "platform/SecureRandom.h"
 #include "raster/DecodeCache.h"
+#include "services/BrowserAuthentication.h"
+#include "services/QuillabraeAccountService.h"
 #include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
@@ -156,6 +161,13 @@ struct Desk : World {
     platform::MemorySecretStore secrets;
     effects::OpenAIKeychainService keychain{secrets};
     effects::PluginLibraryService plugins{folder.path()};
+    platform::NetworkHttpClient http;
+    platform::DesktopBrowser browser;
+    services::BrowserAuthentication authentication{browser};
+    /// Of a build that has no service.
+    services::QuillabraeAccountService account{
+        {http, secrets, preferences, authentication, platform::secureRandomData},
+        services::WebService({})};
 };
 
 /// From the making of a window to its first picture.
@@ -178,7 +190,7 @@ void openSettings(benchmark::State& state) {
     Desk desk;
     open(state, QSize(720, 500), [&] {
         auto view = std::make_unique<shell::PaintSettingsView>(
-            shell::SettingsContext{desk.store, desk.preferences, desk.keychain, {}});
+            shell::SettingsContext{desk.store, desk.preferences, desk.keychain, {}, desk.account});
         view->showSection(shell::PaintSettingsSection::intelligence);
         return view;
     });
