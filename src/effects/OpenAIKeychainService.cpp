@@ -7,6 +7,7 @@ namespace quillabrae::effects {
 
 using platform::SecretCall;
 using platform::SecretOrder;
+using platform::SecretOutcome;
 
 namespace {
 
@@ -18,11 +19,15 @@ platform::SecretName keyName() {
 
 std::optional<QString> OpenAIKeychainService::loadAPIKey() const {
     try {
-        const std::optional<QString> key = m_secrets.load(keyName());
-        return key && !key->isEmpty() ? key : std::nullopt;
+        return keyIn(m_secrets.load(keyName()));
     } catch (const platform::SecretStoreError&) {
         return std::nullopt;
     }
+}
+
+std::optional<QString> OpenAIKeychainService::keyIn(const SecretOutcome& loaded) {
+    const auto* key = std::get_if<std::optional<QString>>(&loaded);
+    return key != nullptr && key->has_value() && !key->value().isEmpty() ? *key : std::nullopt;
 }
 
 void OpenAIKeychainService::saveAPIKey(const QString& key) {

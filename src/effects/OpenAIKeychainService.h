@@ -30,6 +30,9 @@ public:
     std::unique_ptr<platform::SecretCall> beginSaving(const QString& key, Completion completion);
     std::unique_ptr<platform::SecretCall> beginRemoving(Completion completion);
 
+    /// The key in what came of beginLoading; nothing where loadAPIKey() would say so.
+    static std::optional<QString> keyIn(const platform::SecretOutcome& loaded);
+
 private:
     platform::SecretStore& m_secrets;
 };

@@ -92,40 +92,42 @@ std::optional<GenerativeFillInput> ProjectStore::makeGenerativeFillInput(
     return project ? inputFor(*project, request) : std::nullopt;
 }
 
-std::optional<ProjectStore::FillID> ProjectStore::performGenerativeFill(
-    const GenerativeFillRequest& request, FillCompletion completion,
-    std::function<void(const platform::HttpProgress&)> watch) {
-    const auto& services = m_environment.generativeFill;
-    const auto key = services ? services->keychain.loadAPIKey() : std::nullopt;
-    if (!key) {
-        completion(description(GenerativeFillError::missingAPIKey));
-        return std::nullopt;
-    }
-    auto input = makeGenerativeFillInput(request);
-    if (!input) {
-        completion(description(GenerativeFillError::noSelection));
-        return std::nullopt;
-    }
+ProjectStore::FillID ProjectStore::performGenerativeFill(const GenerativeFillRequest& request,
+                                                         FillCompletion completion,
+                                                         FillWatch watch) {
     const FillID id = ++m_fills->lastID;
+    auto& fill = m_fills->waiting[id];
+    fill = {
+        request, makeGenerativeFillInput(request), std::move(completion), std::move(watch), nullptr,
+        nullptr, m_environment.makeLatestWork()};
+    if (const auto& services = m_environment.generativeFill)
+        fill.key =
+            services->keychain.beginLoading([this, id](const platform::SecretOutcome& outcome) {
+                sendFill(id, effects::OpenAIKeychainService::keyIn(outcome));
+            });
+    else
+        QMetaObject::invokeMethod(
+            this, [this, id] { sendFill(id, std::nullopt); }, Qt::QueuedConnection);
+    return id;
+}
+
+void ProjectStore::sendFill(FillID id, const std::optional<QString>& key) {
+    const auto waiting = m_fills->waiting.find(id);
+    if (waiting == m_fills->waiting.end()) return;
+    GenerativeFills::Fill& fill = waiting->second;
+    if (!key) return endFill(id, description(GenerativeFillError::missingAPIKey));
+    if (!fill.input) return endFill(id, description(GenerativeFillError::noSelection));
     setStatusMessage(QStringLiteral("Generating fill..."));
-    const auto& fill =
-        m_fills->waiting
-            .emplace(id, GenerativeFills::Fill{request, *std::move(input), std::move(completion),
-                                               nullptr, m_environment.makeLatestWork()})
-            .first->second;
-    auto exchange = services->imageEdit.editImage(
-        *key, request, fill.input.imagePNGData, fill.input.maskPNGData, std::move(watch),
-        [this, id](const effects::ImageEditOutcome& outcome) {
+    auto exchange = m_environment.generativeFill->imageEdit.editImage(
+        *key, fill.request, fill.input->imagePNGData, fill.input->maskPNGData,
+        std::move(fill.watch), [this, id](const effects::ImageEditOutcome& outcome) {
             if (const auto* error = std::get_if<effects::OpenAIImageEditError>(&outcome))
                 endFill(id, error->description);
             else
                 decodeFill(id, std::get<QByteArray>(outcome));
         });
     // An answer may have come already.
-    const auto waiting = m_fills->waiting.find(id);
-    if (waiting == m_fills->waiting.end()) return std::nullopt;
-    waiting->second.exchange = std::move(exchange);
-    return id;
+    if (m_fills->waiting.contains(id)) fill.exchange = std::move(exchange);
 }
 
 void ProjectStore::cancelGenerativeFill(FillID id) {
@@ -147,14 +149,13 @@ void ProjectStore::decodeFill(FillID id, const QByteArray& bytes) {
 
 std::optional<QString> ProjectStore::applyFill(FillID id, const RasterImage& returned) {
     const GenerativeFills::Fill& fill = m_fills->waiting.at(id);
-    const auto index = indexOf(fill.input.projectID);
-    const auto layer =
-        index ? layerIndex(m_openProjects[*index], fill.input.layerID) : std::nullopt;
+    const GenerativeFillInput& input = *fill.input;
+    const auto index = indexOf(input.projectID);
+    const auto layer = index ? layerIndex(m_openProjects[*index], input.layerID) : std::nullopt;
     if (!layer) return description(GenerativeFillError::projectChanged);
     PaintProject& project = m_openProjects[*index];
-    if (!Raster::applyGeneratedImage(replacement(returned, fill.input, project),
-                                     project.layers[*layer], project.canvasWidth,
-                                     project.canvasHeight, fill.input.selection))
+    if (!Raster::applyGeneratedImage(replacement(returned, input, project), project.layers[*layer],
+                                     project.canvasWidth, project.canvasHeight, input.selection))
         return description(GenerativeFillError::applyFailed);
     project.isCanvasSelected = false;
     m_lastRepeatableAction = RepeatableActions::GenerativeFill{fill.request};

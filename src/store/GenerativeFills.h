@@ -6,6 +6,7 @@
 #include "model/PngBytes.h"
 #include "platform/HttpClient.h"
 #include "platform/LatestWork.h"
+#include "platform/SecretStore.h"
 #include "raster/RasterImage.h"
 #include "store/ProjectStore.h"
 
@@ -27,12 +28,15 @@ struct GenerativeFillInput {
     bool usesFullCanvasContext = true;
 };
 
-/// The fills that wait for the service, or for their picture to be decoded.
+/// The fills that wait for the user's key, for the service, or for their picture to be decoded.
 struct ProjectStore::GenerativeFills {
     struct Fill {
         effects::GenerativeFillRequest request;
-        GenerativeFillInput input;
+        /// Nothing where there was nothing to fill.
+        std::optional<GenerativeFillInput> input;
         FillCompletion completion;
+        FillWatch watch;
+        std::unique_ptr<platform::SecretCall> key;
         std::unique_ptr<platform::HttpExchange> exchange;
         std::unique_ptr<platform::LatestWork> decoding;
     };

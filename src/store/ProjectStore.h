@@ -233,18 +233,19 @@ public:
     using FillID = int;
     /// Called once, with a sentence for the user where nothing came of the fill.
     using FillCompletion = std::function<void(const std::optional<QString>& failure)>;
+    /// Told how the exchange with the service goes on.
+    using FillWatch = std::function<void(const platform::HttpProgress&)>;
 
     bool canGenerativeFill() const;
     /// What would be sent now; nothing without a selection on the canvas.
     std::optional<GenerativeFillInput> makeGenerativeFillInput(
         const effects::GenerativeFillRequest& request) const;
-    /// Has the selected pixels of the selected layer painted anew. Returns when the request is on
-    /// its way; nothing when the fill has ended already and `completion` was called. `watch` is
-    /// told how the exchange goes on. Whatever changes meanwhile, the picture goes to the layer and
+    /// Has the selected pixels of the selected layer painted anew, as they are now. Returns at
+    /// once: the user may have to unlock the key first. `completion` is called from the event loop,
+    /// unless the fill is given up. Whatever changes meanwhile, the picture goes to the layer and
     /// the selection that it was asked for, or nowhere.
-    std::optional<FillID> performGenerativeFill(
-        const effects::GenerativeFillRequest& request, FillCompletion completion,
-        std::function<void(const platform::HttpProgress&)> watch = nullptr);
+    FillID performGenerativeFill(const effects::GenerativeFillRequest& request,
+                                 FillCompletion completion, FillWatch watch = nullptr);
     /// Gives a fill up, without a call of its completion. Does nothing when it has ended.
     void cancelGenerativeFill(FillID id);
 
@@ -372,6 +373,7 @@ private:
                          const model::PaintLayer* tried = nullptr);
     /// The project as it was before a dialog's tries; null where there are none.
     const model::PaintProject* previewOriginal(QUuid id) const;
+    void sendFill(FillID id, const std::optional<QString>& key);
     void decodeFill(FillID id, const QByteArray& bytes);
     /// Puts a returned picture where it was asked for; why not, else.
     std::optional<QString> applyFill(FillID id, const raster::RasterImage& returned);

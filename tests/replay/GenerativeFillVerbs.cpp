@@ -36,11 +36,12 @@ effects::GenerativeFillRequest requestFrom(const Arguments& arguments) {
 QJsonValue perform(Session& session, const Arguments& arguments) {
     ScriptedFillService& service = session.fillService();
     service.lastEnd = QStringLiteral("waiting");
-    const auto id = session.store().performGenerativeFill(
+    const int id = session.store().performGenerativeFill(
         requestFrom(arguments), [&service](const std::optional<QString>& failure) {
             service.lastEnd = failure.value_or(QStringLiteral("applied"));
         });
-    return id ? QJsonValue(*id) : QJsonValue();
+    service.giveKey();
+    return id;
 }
 
 QJsonValue cancel(Session& session, const Arguments& arguments) {
@@ -63,14 +64,17 @@ QJsonValue answer(Session& session, const Arguments& arguments) {
     else
         outcome =
             platform::HttpReply{arguments.integer("status", 200), bodyFrom(session, arguments)};
+    session.fillService().giveKey();
     return session.fillService().http.answer(std::move(outcome));
 }
 
 QJsonValue sent(Session& session, const Arguments&) {
+    session.fillService().giveKey();
     return static_cast<int>(session.fillService().http.requests.size());
 }
 
 QJsonValue end(Session& session, const Arguments&) {
+    session.fillService().giveKey();
     return session.fillService().lastEnd;
 }
 

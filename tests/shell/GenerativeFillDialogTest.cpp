@@ -46,6 +46,11 @@ protected:
         const auto png = raster::encodedImage(raster::RasterImage::fromQImage(std::move(image)));
         return {200, R"({"data":[{"b64_json":")" + png.toByteArray().toBase64() + R"("}]})"};
     }
+    /// Presses the dialog's button and has the secret store answer.
+    void generate() {
+        dialog->accept();
+        QCoreApplication::processEvents();
+    }
     QPlainTextEdit* prompt() const { return dialog->findChild<QPlainTextEdit*>(); }
     QStringList shownTexts() const {
         QStringList all;
@@ -93,7 +98,7 @@ TEST_F(GenerativeFillDialogTest, ReturnGeneratesAndTheDialogClosesWhenThePixelsA
     EXPECT_TRUE(shownTexts().contains(working));
     EXPECT_FALSE(prompt()->isEnabled());
     // A second time changes nothing.
-    dialog->accept();
+    generate();
     EXPECT_EQ(http.requests.size(), 1U);
     http.answer(picture());
     EXPECT_FALSE(dialog->isVisible());
@@ -101,13 +106,13 @@ TEST_F(GenerativeFillDialogTest, ReturnGeneratesAndTheDialogClosesWhenThePixelsA
 }
 
 TEST_F(GenerativeFillDialogTest, AFailureIsToldAndCanBeTriedAgain) {
-    dialog->accept();
+    generate();
     http.answer(HttpReply{429, R"({"error":{"message":"Too many requests."}})"});
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_TRUE(shownTexts().contains(QStringLiteral("Too many requests.")));
     EXPECT_FALSE(shownTexts().contains(working));
     EXPECT_TRUE(prompt()->isEnabled());
-    dialog->accept();
+    generate();
     EXPECT_FALSE(shownTexts().contains(QStringLiteral("Too many requests.")));
     http.answer(picture());
     EXPECT_FALSE(dialog->isVisible());
@@ -115,16 +120,27 @@ TEST_F(GenerativeFillDialogTest, AFailureIsToldAndCanBeTriedAgain) {
 
 TEST_F(GenerativeFillDialogTest, WhatFailsAtOnceIsTold) {
     keychain.removeAPIKey();
-    dialog->accept();
+    generate();
     EXPECT_FALSE(dialog->isGenerating());
     EXPECT_TRUE(shownTexts().contains(QStringLiteral(
         "Add an OpenAI API key in Settings > Intelligence before using generative fill.")));
 }
 
+TEST_F(GenerativeFillDialogTest, WaitingForTheKeyCanBeCancelled) {
+    secrets.isSlow = true;
+    generate();
+    EXPECT_TRUE(dialog->isGenerating());
+    EXPECT_TRUE(shownTexts().contains(working));
+    dialog->reject();
+    secrets.isSlow = false;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(http.requests.empty());
+}
+
 TEST_F(GenerativeFillDialogTest, CancelEscapeAndTheCloseButtonGiveTheFillUp) {
     const auto leave = [this](const std::function<void()>& how) {
         dialog->show();
-        dialog->accept();
+        generate();
         ASSERT_TRUE(dialog->isGenerating());
         how();
         EXPECT_FALSE(dialog->isVisible());
@@ -137,7 +153,7 @@ TEST_F(GenerativeFillDialogTest, CancelEscapeAndTheCloseButtonGiveTheFillUp) {
 }
 
 TEST_F(GenerativeFillDialogTest, ADialogThatIsDestroyedGivesTheFillUp) {
-    dialog->accept();
+    generate();
     dialog.reset();
     EXPECT_FALSE(http.answer(picture()));
 }

@@ -29,11 +29,15 @@ protected:
         id = makeProject(*store);
     }
 
-    std::optional<ProjectStore::FillID> fill(bool withContext = true) {
+    /// A fill that has the key, if there is one and the secret store is quick.
+    ProjectStore::FillID fill(bool withContext = true) {
         request.providesCanvasContext = withContext;
-        return store->performGenerativeFill(request, [this](const std::optional<QString>& failure) {
-            ends << failure.value_or(QStringLiteral("applied"));
-        });
+        const auto fillID =
+            store->performGenerativeFill(request, [this](const std::optional<QString>& failure) {
+                ends << failure.value_or(QStringLiteral("applied"));
+            });
+        QCoreApplication::processEvents();
+        return fillID;
     }
     /// The service's answer with a picture of one colour.
     static HttpReply picture(int width, int height, const QColor& color) {
@@ -264,14 +268,50 @@ TEST_F(GenerativeFill, ACancelledFillIsNeverHeardOfAgain) {
     selectRect({2, 1, 3, 2});
     const auto first = fill();
     expectNothing([&] {
-        store->cancelGenerativeFill(*first);
+        store->cancelGenerativeFill(first);
         EXPECT_FALSE(http.answer(picture(8, 6, Qt::red)));
     });
     EXPECT_TRUE(ends.isEmpty());
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Generative fill cancelled"));
     store->setStatusMessage(QStringLiteral("Other"));
-    store->cancelGenerativeFill(*first);
+    store->cancelGenerativeFill(first);
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Other"));
+}
+
+TEST_F(GenerativeFill, WaitsForAStoreThatHasToBeUnlockedFirst) {
+    secrets.isSlow = true;
+    selectRect({2, 1, 3, 2});
+    expectNothing([&] { fill(); });
+    EXPECT_TRUE(http.requests.empty());
+    // What is asked for is what was selected then.
+    selectRect({0, 0, 1, 1});
+    secrets.isSlow = false;
+    QCoreApplication::processEvents();
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Generating fill..."));
+    ASSERT_TRUE(http.answer(picture(8, 6, Qt::red)));
+    EXPECT_EQ(redPixels(0), QRect(2, 1, 3, 2));
+}
+
+TEST_F(GenerativeFill, CancelledBeforeTheKeyIsThereSendsNothing) {
+    secrets.isSlow = true;
+    selectRect({2, 1, 3, 2});
+    store->cancelGenerativeFill(fill());
+    EXPECT_EQ(store->statusMessage(), QStringLiteral("Generative fill cancelled"));
+    secrets.isSlow = false;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(http.requests.empty());
+    EXPECT_TRUE(ends.isEmpty());
+}
+
+TEST_F(GenerativeFill, AStoreThatEndsBeforeTheKeyIsThereSendsNothing) {
+    secrets.isSlow = true;
+    selectRect({2, 1, 3, 2});
+    fill();
+    store.reset();
+    secrets.isSlow = false;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(http.requests.empty());
+    EXPECT_TRUE(ends.isEmpty());
 }
 
 TEST_F(GenerativeFill, TwoAtOnceEndEachInItsPlace) {
@@ -292,10 +332,12 @@ TEST_F(GenerativeFill, IsRepeatedOnWhatIsSelectedNow) {
     http.answer(picture(8, 6, Qt::blue));
     selectRect({5, 4, 2, 2});
     store->repeatLastAction();
+    QCoreApplication::processEvents();
     ASSERT_EQ(http.requests.size(), 2U);
     http.answer(picture(8, 6, Qt::red));
     EXPECT_EQ(redPixels(0), QRect(5, 4, 2, 2));
     store->repeatLastAction();
+    QCoreApplication::processEvents();
     http.answer(HttpFailure{QStringLiteral("The request timed out.")});
     EXPECT_EQ(store->statusMessage(),
               QStringLiteral("Generative fill failed: The request timed out."));
@@ -311,7 +353,7 @@ TEST_F(GenerativeFill, APictureIsDecodedBesideTheRunningProgram) {
     EXPECT_TRUE(ends.isEmpty());
     const auto cancelled = fill();
     http.answer(picture(8, 6, Qt::blue));
-    store->cancelGenerativeFill(*cancelled);
+    store->cancelGenerativeFill(cancelled);
     QSignalSpy entries(store.get(), &ProjectStore::historyChanged);
     ASSERT_TRUE(entries.wait());
     EXPECT_EQ(ends, QStringList{QStringLiteral("applied")});

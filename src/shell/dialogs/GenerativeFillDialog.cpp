@@ -121,15 +121,13 @@ bool GenerativeFillDialog::eventFilter(QObject* watched, QEvent* event) {
 
 void GenerativeFillDialog::generate() {
     m_fraction = -1.0;
-    const auto fill = m_store.performGenerativeFill(
+    m_fill = m_store.performGenerativeFill(
         request(), [this](const std::optional<QString>& failure) { finish(failure); },
         [this](const platform::HttpProgress& progress) {
             m_fraction = progress.expected > 0
                              ? double(progress.received) / double(progress.expected)
                              : -1.0;
         });
-    if (!fill) return;
-    m_fill = fill;
     showState(QStringLiteral("Generating and applying pixels..."));
 }
 

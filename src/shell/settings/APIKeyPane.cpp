@@ -186,8 +186,7 @@ void APIKeyPane::finishWriting(const SecretOutcome& outcome) {
 void APIKeyPane::finishLoading(const SecretOutcome& outcome) {
     m_call.reset();
     const auto* error = std::get_if<SecretStoreError>(&outcome);
-    const auto* key = std::get_if<std::optional<QString>>(&outcome);
-    m_hasSavedAPIKey = key != nullptr && key->has_value() && !key->value().isEmpty();
+    m_hasSavedAPIKey = effects::OpenAIKeychainService::keyIn(outcome).has_value();
     m_context.preferences.setValue(connectionStatusKey,
                                    m_hasSavedAPIKey ? connected : notConnected);
     if (error != nullptr)
