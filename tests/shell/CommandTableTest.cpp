@@ -2,7 +2,9 @@
 #include "shell/ShellTest.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/commands/CommandTable.h"
+#include "shell/controls/IconButton.h"
 #include "shell/editor/QuickToolbar.h"
+#include "shell/looks/Symbols.h"
 
 #include <QAction>
 #include <QApplication>
@@ -19,23 +21,16 @@ namespace {
 
 class CommandTableTest : public ShellTest {
 protected:
-    const Command& command(const char* title) const {
-        const auto table = commandTable();
-        const auto found = std::ranges::find_if(table, [title](const Command& row) {
-            return row.title != nullptr && std::string_view(row.title) == title;
-        });
-        EXPECT_NE(found, table.end()) << title;
-        return *found;
-    }
-    bool isEnabled(const char* title) const { return command(title).isEnabled(*store); }
-    void run(const char* title) { command(title).run({*store, *coordinator}); }
+    bool isEnabled(CommandID id) const { return command(id).isEnabled(*store); }
+    void run(CommandID id) { command(id).run({*store, *coordinator}); }
 };
 
 TEST_F(CommandTableTest, StandsInItsOrder) {
     QStringList rows;
     for (const Command& row : commandTable()) {
+        if (row.menu == CommandMenu::none) continue;
         rows << QString::fromLatin1(title(row.menu)) + u'/' +
-                    QString::fromLatin1(row.title == nullptr ? "-" : row.title);
+                    QString::fromLatin1(row.isDivider() ? "-" : row.title);
     }
     EXPECT_EQ(rows.join(u'\n'),
               QStringLiteral("File/New Project\nFile/Open Project...\nFile/-\nFile/Save\n"
@@ -59,14 +54,14 @@ TEST_F(CommandTableTest, NamesKeysThatExistAndNoKeyTwice) {
     const CommandActions actions({*store, *coordinator});
     std::set<QString> keys;
     for (const Command& row : commandTable()) {
-        if (row.title == nullptr) continue;
+        if (row.isDivider()) continue;
         for (const QKeySequence& key : shortcutsOf(row)) {
             EXPECT_FALSE(key.isEmpty()) << row.title;
             EXPECT_NE(key[0].key(), Qt::Key_unknown) << row.title;
             EXPECT_TRUE(keys.insert(key.toString()).second) << row.title;
         }
     }
-    EXPECT_EQ(actions.action(QStringLiteral("Redo"))->shortcuts(),
+    EXPECT_EQ(actions.action(CommandID::redo).shortcuts(),
               QList({QKeySequence(QStringLiteral("Ctrl+Shift+Z")),
                      QKeySequence(QStringLiteral("Ctrl+Y"))}));
     QWidget window;
@@ -80,104 +75,107 @@ TEST_F(CommandTableTest, NamesKeysThatExistAndNoKeyTwice) {
 }
 
 TEST_F(CommandTableTest, KeepsOnlyWhatNeedsNoProjectEnabledWithoutOne) {
-    for (const auto* title :
-         {"New Project", "Open Project...", "Quit", "Cut", "Copy", "Paste", "Zoom In", "Zoom Out",
-          "Preferences", "Plugin Library...", "Paint.NET Quick Start"}) {
-        EXPECT_TRUE(isEnabled(title)) << title;
+    for (const CommandID id :
+         {CommandID::newProject, CommandID::openProject, CommandID::quit, CommandID::cut,
+          CommandID::copy, CommandID::paste, CommandID::zoomIn, CommandID::zoomOut,
+          CommandID::preferences, CommandID::pluginLibrary, CommandID::paintNetQuickStart}) {
+        EXPECT_TRUE(isEnabled(id)) << command(id).title;
     }
-    for (const auto* title : {"Save",
-                              "Save As...",
-                              "Close Project",
-                              "Undo",
-                              "Redo",
-                              "Zoom to Fit",
-                              "Select All",
-                              "Drop Selection",
-                              "Invert",
-                              "Add New Layer",
-                              "Delete Layer",
-                              "Duplicate Layer",
-                              "Merge Layer Down",
-                              "Import From File...",
-                              "Flip Horizontal",
-                              "Flip Vertical",
-                              "Resize...",
-                              "Canvas Size...",
-                              "Rotate / Zoom...",
-                              "Layer Properties...",
-                              "Align Object...",
-                              "Repeat Last Action",
-                              "No Plugins Installed"}) {
-        EXPECT_FALSE(isEnabled(title)) << title;
+    for (const CommandID id : {CommandID::save,
+                               CommandID::saveAs,
+                               CommandID::closeProject,
+                               CommandID::undo,
+                               CommandID::redo,
+                               CommandID::zoomToFit,
+                               CommandID::selectAll,
+                               CommandID::dropSelection,
+                               CommandID::invert,
+                               CommandID::addLayer,
+                               CommandID::deleteLayer,
+                               CommandID::duplicateLayer,
+                               CommandID::mergeLayerDown,
+                               CommandID::importLayer,
+                               CommandID::flipHorizontal,
+                               CommandID::flipVertical,
+                               CommandID::resize,
+                               CommandID::canvasSize,
+                               CommandID::rotateZoom,
+                               CommandID::layerProperties,
+                               CommandID::alignObject,
+                               CommandID::repeatLastAction,
+                               CommandID::noPluginsInstalled}) {
+        EXPECT_FALSE(isEnabled(id)) << command(id).title;
     }
 }
 
 TEST_F(CommandTableTest, EnablesWhatNeedsAProjectWithOne) {
     makeProject(*store);
-    for (const auto* title : {"Save", "Save As...", "Close Project", "Zoom to Fit", "Select All",
-                              "Invert", "Add New Layer", "Duplicate Layer", "Import From File...",
-                              "Flip Horizontal", "Flip Vertical", "Resize...", "Canvas Size...",
-                              "Rotate / Zoom...", "Layer Properties...", "Align Object..."}) {
-        EXPECT_TRUE(isEnabled(title)) << title;
+    for (const CommandID id :
+         {CommandID::save, CommandID::saveAs, CommandID::closeProject, CommandID::zoomToFit,
+          CommandID::selectAll, CommandID::invert, CommandID::addLayer, CommandID::duplicateLayer,
+          CommandID::importLayer, CommandID::flipHorizontal, CommandID::flipVertical,
+          CommandID::resize, CommandID::canvasSize, CommandID::rotateZoom,
+          CommandID::layerProperties, CommandID::alignObject}) {
+        EXPECT_TRUE(isEnabled(id)) << command(id).title;
     }
-    EXPECT_FALSE(isEnabled("No Plugins Installed"));
+    EXPECT_FALSE(isEnabled(CommandID::noPluginsInstalled));
 }
 
 TEST_F(CommandTableTest, RepeatsInAnyProjectOnceSomethingCanBeRepeated) {
     makeProject(*store);
-    EXPECT_FALSE(isEnabled("Repeat Last Action"));
+    EXPECT_FALSE(isEnabled(CommandID::repeatLastAction));
     const CommandActions actions({*store, *coordinator});
-    const QAction* repeat = actions.action(QStringLiteral("Repeat Last Action"));
+    const QAction* repeat = &actions.action(CommandID::repeatLastAction);
     EXPECT_FALSE(repeat->isEnabled());
-    run("Invert");
+    run(CommandID::invert);
     runDeferred();
     EXPECT_TRUE(repeat->isEnabled());
     makeProject(*store);
-    EXPECT_TRUE(isEnabled("Repeat Last Action"));
-    run("Repeat Last Action");
+    EXPECT_TRUE(isEnabled(CommandID::repeatLastAction));
+    run(CommandID::repeatLastAction);
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Inverted selected layer"));
     store->closeAllProjects();
-    EXPECT_FALSE(isEnabled("Repeat Last Action"));
+    EXPECT_FALSE(isEnabled(CommandID::repeatLastAction));
 }
 
 TEST_F(CommandTableTest, UndoesDownToTheFirstEntryAndRedoesUpToTheLast) {
     makeProject(*store);
-    EXPECT_FALSE(isEnabled("Undo"));
-    EXPECT_FALSE(isEnabled("Redo"));
+    EXPECT_FALSE(isEnabled(CommandID::undo));
+    EXPECT_FALSE(isEnabled(CommandID::redo));
     edit(*store);
-    EXPECT_TRUE(isEnabled("Undo"));
-    EXPECT_FALSE(isEnabled("Redo"));
-    run("Undo");
-    EXPECT_FALSE(isEnabled("Undo"));
-    EXPECT_TRUE(isEnabled("Redo"));
-    run("Redo");
-    EXPECT_TRUE(isEnabled("Undo"));
-    EXPECT_FALSE(isEnabled("Redo"));
+    EXPECT_TRUE(isEnabled(CommandID::undo));
+    EXPECT_FALSE(isEnabled(CommandID::redo));
+    run(CommandID::undo);
+    EXPECT_FALSE(isEnabled(CommandID::undo));
+    EXPECT_TRUE(isEnabled(CommandID::redo));
+    run(CommandID::redo);
+    EXPECT_TRUE(isEnabled(CommandID::undo));
+    EXPECT_FALSE(isEnabled(CommandID::redo));
 }
 
 TEST_F(CommandTableTest, DeletesAndMergesLayersOnlyWhereThereAreOthers) {
     makeProject(*store);
-    EXPECT_FALSE(isEnabled("Delete Layer"));
-    EXPECT_FALSE(isEnabled("Merge Layer Down"));
-    run("Add New Layer");
-    EXPECT_TRUE(isEnabled("Delete Layer"));
-    EXPECT_TRUE(isEnabled("Merge Layer Down"));
+    EXPECT_FALSE(isEnabled(CommandID::deleteLayer));
+    EXPECT_FALSE(isEnabled(CommandID::mergeLayerDown));
+    run(CommandID::addLayer);
+    EXPECT_TRUE(isEnabled(CommandID::deleteLayer));
+    EXPECT_TRUE(isEnabled(CommandID::mergeLayerDown));
     store->editActiveProject(
         [](model::PaintProject& project) { project.selectedLayerID = project.layers.front().id; });
-    EXPECT_TRUE(isEnabled("Delete Layer"));
-    EXPECT_FALSE(isEnabled("Merge Layer Down"));
+    EXPECT_TRUE(isEnabled(CommandID::deleteLayer));
+    EXPECT_FALSE(isEnabled(CommandID::mergeLayerDown));
     store->moveSelectedLayer(1);
-    run("Merge Layer Down");
+    run(CommandID::mergeLayerDown);
     EXPECT_EQ(store->activeProject()->layers.size(), 1U);
 }
 
 TEST_F(CommandTableTest, DropsASelectionThatIsThere) {
     makeProject(*store);
-    EXPECT_FALSE(isEnabled("Drop Selection"));
-    run("Select All");
-    EXPECT_TRUE(isEnabled("Drop Selection"));
-    run("Drop Selection");
-    EXPECT_FALSE(isEnabled("Drop Selection"));
+    EXPECT_FALSE(isEnabled(CommandID::dropSelection));
+    run(CommandID::selectAll);
+    EXPECT_TRUE(isEnabled(CommandID::dropSelection));
+    run(CommandID::dropSelection);
+    EXPECT_FALSE(isEnabled(CommandID::dropSelection));
 }
 
 TEST_F(CommandTableTest, CutAndCopyServeTheFocusedTextWhereNoPixelsAreSelected) {
@@ -188,33 +186,33 @@ TEST_F(CommandTableTest, CutAndCopyServeTheFocusedTextWhereNoPixelsAreSelected) 
     ASSERT_TRUE(QTest::qWaitForWindowActive(&field));
     field.setFocus();
     field.selectAll();
-    run("Copy");
+    run(CommandID::copy);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("words"));
     EXPECT_EQ(field.text(), QStringLiteral("words"));
-    run("Cut");
+    run(CommandID::cut);
     EXPECT_EQ(field.text(), QString());
     field.setText(QStringLiteral("more"));
     field.selectAll();
-    run("Select All");
-    run("Cut");
+    run(CommandID::selectAll);
+    run(CommandID::cut);
     EXPECT_EQ(store->statusMessage(), QStringLiteral("Cut selected pixels"));
     EXPECT_EQ(field.text(), QStringLiteral("more"));
 }
 
 TEST_F(CommandTableTest, ZoomsWithoutAProjectAndStaysInsideTheLimits) {
-    run("Zoom In");
+    run(CommandID::zoomIn);
     EXPECT_DOUBLE_EQ(store->settings().zoomScale, 1.25);
-    run("Zoom In");
+    run(CommandID::zoomIn);
     EXPECT_DOUBLE_EQ(store->settings().zoomScale, 1.5625);
-    for (int step = 0; step < 40; ++step) run("Zoom In");
+    for (int step = 0; step < 40; ++step) run(CommandID::zoomIn);
     EXPECT_DOUBLE_EQ(store->settings().zoomScale, 64.0);
-    for (int step = 0; step < 80; ++step) run("Zoom Out");
+    for (int step = 0; step < 80; ++step) run(CommandID::zoomOut);
     EXPECT_DOUBLE_EQ(store->settings().zoomScale, 0.1);
 }
 
 TEST_F(CommandTableTest, ActionsFollowTheStore) {
     const CommandActions actions({*store, *coordinator});
-    const QAction* save = actions.action(QStringLiteral("Save"));
+    const QAction* save = &actions.action(CommandID::save);
     EXPECT_FALSE(save->isEnabled());
     makeProject(*store);
     runDeferred();
@@ -233,22 +231,121 @@ TEST_F(CommandTableTest, FillsAMenuBarWithEachMenuOnce) {
     EXPECT_EQ(menus.join(u' '), QStringLiteral("File Edit Zoom Image Layers Object Plugins Help"));
 }
 
-TEST_F(CommandTableTest, KeepsTheQuickToolbarsOrderAndPredicates) {
-    QStringList titles;
-    for (const ToolbarItem& item : quickToolbarItems()) {
-        titles << QString::fromLatin1(item.title == nullptr ? "-" : item.title);
+TEST_F(CommandTableTest, HasARowForEachCommandThatCanBeShownAndRun) {
+    std::set<CommandID> seen;
+    for (const Command& row : commandTable()) {
+        if (row.isDivider()) {
+            EXPECT_NE(row.menu, CommandMenu::none);
+            EXPECT_EQ(row.title, nullptr);
+            continue;
+        }
+        EXPECT_TRUE(seen.insert(row.id).second) << row.title;
+        EXPECT_EQ(&command(row.id), &row) << row.title;
+        EXPECT_NE(row.isEnabled, nullptr) << row.title;
+        EXPECT_NE(row.run, nullptr) << row.title;
+        // A button needs both.
+        EXPECT_EQ(row.symbol == nullptr, row.help == nullptr) << row.title;
+        if (row.help == nullptr) continue;
+        EXPECT_TRUE(Symbols::isKnown(QString::fromLatin1(row.symbol))) << row.title;
+        EXPECT_TRUE(QString::fromLatin1(row.help).endsWith(u'.')) << row.title;
     }
-    EXPECT_EQ(titles.join(u','),
-              QStringLiteral(
-                  "New Project,Open Project,Save,Settings,-,Cut,Copy,Paste,-,Resize,Align Object,"
-                  "Color Removal,Generative Fill,Trim Whitespace,-,Undo,Redo,-,Toggle Pixel Grid"));
+    EXPECT_EQ(seen.size(), std::size_t{commandCount});
+}
+
+TEST_F(CommandTableTest, ShowsEachCommandThatHasNoMenuInTheQuickToolbar) {
+    const auto items = quickToolbarItems();
+    for (const Command& row : commandTable()) {
+        if (row.menu != CommandMenu::none) continue;
+        EXPECT_EQ(std::ranges::count(items, row.id, &ToolbarItem::id), 1) << row.title;
+    }
+}
+
+TEST_F(CommandTableTest, MakesOneActionOfEachRow) {
+    const CommandActions actions({*store, *coordinator});
+    std::set<const QAction*> seen;
+    for (const Command& row : commandTable()) {
+        if (row.isDivider()) continue;
+        const QAction& action = actions.action(row.id);
+        EXPECT_TRUE(seen.insert(&action).second) << row.title;
+        EXPECT_EQ(action.text(), QString::fromLatin1(row.title));
+        EXPECT_EQ(action.statusTip(), QString::fromLatin1(row.help)) << row.title;
+        EXPECT_EQ(action.shortcuts(), shortcutsOf(row)) << row.title;
+        EXPECT_EQ(action.isEnabled(), row.isEnabled(*store)) << row.title;
+    }
+}
+
+TEST_F(CommandTableTest, CallsCommandsByTheirTitleWithoutDots) {
+    EXPECT_EQ(plainTitle(command(CommandID::resize)), QStringLiteral("Resize"));
+    EXPECT_EQ(plainTitle(command(CommandID::paste)), QStringLiteral("Paste"));
+}
+
+TEST_F(CommandTableTest, GivesTheQuickToolbarItsTitlesSymbolsAndHelp) {
+    QStringList rows;
+    for (const ToolbarItem& item : quickToolbarItems()) {
+        if (item.isDivider())
+            rows << QStringLiteral("-");
+        else
+            rows << QStringList({item.title(), QString::fromLatin1(item.symbol(*store)),
+                                 QString::fromLatin1(command(item.id).help)})
+                        .join(u'|');
+    }
+    // clang-format off
+    const QStringList expected{
+        QStringLiteral("New Project|doc.badge.plus|Creates a blank project in the current window."),
+        QStringLiteral("Open Project|folder.badge.plus|Opens a saved .quillabrae project file."),
+        QStringLiteral("Save|square.and.arrow.down|Saves to the current file, or asks for a location the first time."),
+        QStringLiteral("Settings|gearshape|Opens Quillabrae settings."),
+        QStringLiteral("-"),
+        QStringLiteral("Cut|scissors|Cuts selected canvas pixels, or cuts text when editing a field."),
+        QStringLiteral("Copy|doc.on.doc|Copies selected canvas pixels, or copies text when editing a field."),
+        QStringLiteral("Paste|clipboard|Pastes an image from the clipboard as pixels."),
+        QStringLiteral("-"),
+        QStringLiteral("Resize|arrow.up.left.and.arrow.down.right|Stretches the active image to a new pixel size."),
+        QStringLiteral("Align Object|square.grid.3x3|Aligns non-transparent pixels within the selection or full canvas."),
+        QStringLiteral("Color Removal|eraser.line.dashed|Smoothly removes a chosen color from the active layer and previews the result."),
+        QStringLiteral("Generative Fill|sparkles|Uses your OpenAI API key to replace the selected pixels from a prompt."),
+        QStringLiteral("Trim Whitespace|crop|Removes transparent whitespace around the image and shrinks the canvas to fit."),
+        QStringLiteral("-"),
+        QStringLiteral("Undo|arrow.uturn.backward|Steps back to the previous history item."),
+        QStringLiteral("Redo|arrow.uturn.forward|Restores the next history item."),
+        QStringLiteral("-"),
+        QStringLiteral("Toggle Pixel Grid|grid|Shows pixel boundaries when zoomed in close enough."),
+    };
+    // clang-format on
+    EXPECT_EQ(rows.join(u'\n'), expected.join(u'\n'));
+}
+
+TEST_F(CommandTableTest, EnablesTheButtonsWithoutAMenuWhileThereIsSomethingToWorkOn) {
+    const auto buttons = {CommandID::colorRemoval, CommandID::trimWhitespace,
+                          CommandID::togglePixelGrid};
+    for (const CommandID id : buttons) EXPECT_FALSE(isEnabled(id)) << command(id).title;
+    makeProject(*store);
+    for (const CommandID id : buttons) EXPECT_TRUE(isEnabled(id)) << command(id).title;
+    EXPECT_FALSE(isEnabled(CommandID::generativeFill));
+    run(CommandID::selectAll);
+    EXPECT_TRUE(isEnabled(CommandID::generativeFill));
+}
+
+TEST_F(CommandTableTest, ShowsInTheQuickToolbarThatThePixelGridIsOn) {
     const ToolbarItem& grid = quickToolbarItems().back();
-    EXPECT_FALSE(grid.isEnabled(*store));
     EXPECT_STREQ(grid.symbol(*store), "grid");
     makeProject(*store);
-    EXPECT_TRUE(grid.isEnabled(*store));
-    grid.run({*store, *coordinator});
+    run(grid.id);
     EXPECT_STREQ(grid.symbol(*store), "grid.circle.fill");
+}
+
+TEST_F(CommandTableTest, AButtonOfTheQuickToolbarIsItsCommandsRow) {
+    makeProject(*store);
+    const QuickToolbar bar({*store, *coordinator});
+    for (const ToolbarItem& item : quickToolbarItems()) {
+        if (item.isDivider()) continue;
+        const auto buttons = bar.findChildren<IconButton*>();
+        const auto found = std::ranges::find(buttons, item.title(), &QWidget::accessibleName);
+        ASSERT_NE(found, buttons.end()) << qPrintable(item.title());
+        const Command& row = command(item.id);
+        EXPECT_EQ((*found)->accessibleDescription(), QString::fromLatin1(row.help));
+        EXPECT_EQ((*found)->isEnabled(), row.isEnabled(*store)) << row.title;
+    }
 }
 
 } // namespace

@@ -32,12 +32,16 @@ public:
 /// Answers dialogs with what it was given and notes what they started with.
 class FakeDialogs final : public Dialogs {
 public:
+    /// One word for each dialog, in the order shown.
+    QStringList shown;
+
     std::optional<NewProjectDialogResult> newProject;
     std::optional<QSizeF> startedWith;
     QWidget* parent = nullptr;
 
     std::optional<NewProjectDialogResult> requestNewProject(QSizeF size,
                                                             QWidget* dialogParent) override {
+        shown << QStringLiteral("new");
         startedWith = size;
         parent = dialogParent;
         return newProject;
@@ -47,12 +51,15 @@ public:
     std::optional<ResizeDialogResponse> resize;
     std::optional<ResizeDialogResponse> requestResize(const ResizeDialogRequest& request,
                                                       QWidget*) override {
+        shown << (request.mode == ResizeDialogMode::image ? QStringLiteral("resize")
+                                                          : QStringLiteral("canvas size"));
         resizedFrom = request;
         return resize;
     }
 
     std::optional<store::RotateZoomDialogResult> rotateZoom;
     std::optional<store::RotateZoomDialogResult> requestRotateZoom(QWidget*) override {
+        shown << QStringLiteral("rotate");
         return rotateZoom;
     }
 
@@ -60,6 +67,7 @@ public:
     std::optional<store::LayerPropertiesDialogResult> layerProperties;
     std::optional<store::LayerPropertiesDialogResult> requestLayerProperties(
         const store::LayerPropertiesDialogResult& layer, QWidget*) override {
+        shown << QStringLiteral("layer");
         layerBefore = layer;
         return layerProperties;
     }
@@ -70,6 +78,7 @@ public:
     /// Looks at the program after each try.
     std::function<void()> whileShown = [] {};
     bool requestAlignObject(const AlignObjectPreview& preview, QWidget*) override {
+        shown << QStringLiteral("align");
         for (const store::AlignObjectAction action : alignments) {
             preview(action);
             whileShown();
@@ -81,6 +90,7 @@ public:
     std::optional<store::ColorRemovalSettings> removal;
     std::optional<store::ColorRemovalSettings> requestColorRemoval(
         const model::PaintAppSettings&, const ColorRemovalPreview& preview, QWidget*) override {
+        shown << QStringLiteral("color removal");
         for (const store::ColorRemovalSettings& settings : removals) {
             preview(settings);
             whileShown();
@@ -89,10 +99,16 @@ public:
     }
 
     int generativeFillsShown = 0;
-    void showGenerativeFill(store::ProjectStore&, QWidget*) override { ++generativeFillsShown; }
+    void showGenerativeFill(store::ProjectStore&, QWidget*) override {
+        shown << QStringLiteral("fill");
+        ++generativeFillsShown;
+    }
 
     int feedbacksShown = 0;
-    void showFeedback(QWidget*) override { ++feedbacksShown; }
+    void showFeedback(QWidget*) override {
+        shown << QStringLiteral("feedback");
+        ++feedbacksShown;
+    }
 };
 
 /// A store in a home of its own with a coordinator over empty windows.

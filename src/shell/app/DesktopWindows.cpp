@@ -110,17 +110,15 @@ std::unique_ptr<QWidget> DesktopWindows::makePluginLibrary(WindowCoordinator& co
         [&coordinator](const QString& id) { coordinator.runPlugin(id); }, runAlert});
     // What a plugin did can be undone where it was run.
     actions(coordinator)
-        .addKeysTo(*window, {QStringLiteral("New Project"), QStringLiteral("Open Project..."),
-                             QStringLiteral("Save"), QStringLiteral("Undo"), QStringLiteral("Redo"),
-                             QStringLiteral("Plugin Library..."), QStringLiteral("Preferences"),
-                             QStringLiteral("Quit")});
+        .addKeysTo(*window, {CommandID::newProject, CommandID::openProject, CommandID::save,
+                             CommandID::undo, CommandID::redo, CommandID::pluginLibrary,
+                             CommandID::preferences, CommandID::quit});
     return window;
 }
 
 std::unique_ptr<QWidget> DesktopWindows::makeSettings(WindowCoordinator& coordinator) {
     auto window = std::make_unique<PaintSettingsView>(m_context);
-    actions(coordinator)
-        .addKeysTo(*window, {QStringLiteral("Preferences"), QStringLiteral("Quit")});
+    actions(coordinator).addKeysTo(*window, {CommandID::preferences, CommandID::quit});
     return window;
 }
 

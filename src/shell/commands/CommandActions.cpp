@@ -8,6 +8,8 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include <algorithm>
+
 namespace quillabrae::shell {
 
 CommandActions::CommandActions(CommandContext context, QObject* parent)
@@ -21,13 +23,14 @@ CommandActions::CommandActions(CommandContext context, QObject* parent)
 
 QAction* CommandActions::makeAction(const Command& command) {
     auto* action = new QAction(this);
-    if (command.title == nullptr) {
+    if (command.isDivider()) {
         action->setSeparator(true);
         return action;
     }
     action->setText(QString::fromLatin1(command.title));
     action->setShortcuts(shortcutsOf(command));
     action->setMenuRole(QAction::NoRole);
+    if (command.help != nullptr) action->setStatusTip(QString::fromLatin1(command.help));
     connect(action, &QAction::triggered, this, [this, &command] {
         if (command.isEnabled(m_context.store)) command.run(m_context);
     });
@@ -48,7 +51,7 @@ void CommandActions::followStore() {
 
 void CommandActions::refresh() {
     for (const auto& [command, action] : m_entries) {
-        if (command->title != nullptr) action->setEnabled(command->isEnabled(m_context.store));
+        if (!command->isDivider()) action->setEnabled(command->isEnabled(m_context.store));
     }
 }
 
@@ -60,7 +63,7 @@ void CommandActions::fill(QMenuBar& menuBar) const {
             if (command->menu == menuID) menu->addAction(action);
         }
         if (menuID == CommandMenu::plugins)
-            new PluginRows(m_context, *action(QStringLiteral("No Plugins Installed")), *menu);
+            new PluginRows(m_context, action(CommandID::noPluginsInstalled), *menu);
     }
 }
 
@@ -68,15 +71,13 @@ void CommandActions::addKeysTo(QWidget& window) const {
     for (const auto& [command, action] : m_entries) window.addAction(action);
 }
 
-void CommandActions::addKeysTo(QWidget& window, const QStringList& titles) const {
-    for (const QString& title : titles) window.addAction(action(title));
+void CommandActions::addKeysTo(QWidget& window, std::initializer_list<CommandID> ids) const {
+    for (const CommandID id : ids) window.addAction(&action(id));
 }
 
-QAction* CommandActions::action(const QString& title) const {
-    for (const auto& [command, action] : m_entries) {
-        if (command->title != nullptr && action->text() == title) return action;
-    }
-    return nullptr;
+QAction& CommandActions::action(CommandID id) const {
+    const auto idOf = [](const Entry& entry) { return entry.command->id; };
+    return *std::ranges::find(m_entries, id, idOf)->action;
 }
 
 } // namespace quillabrae::shell

@@ -4,9 +4,9 @@
 #include "shell/commands/CommandTable.h"
 
 #include <QObject>
-#include <QStringList>
 #include <QTimer>
 
+#include <initializer_list>
 #include <vector>
 
 class QAction;
@@ -27,10 +27,10 @@ public:
     void fill(QMenuBar& menuBar) const;
     /// Makes the commands' keys work in a window that shows no menus.
     void addKeysTo(QWidget& window) const;
-    /// The same for the commands with these titles alone.
-    void addKeysTo(QWidget& window, const QStringList& titles) const;
-    /// The action of the command with this title; null for a title that is not in the table.
-    QAction* action(const QString& title) const;
+    /// The same for these commands alone.
+    void addKeysTo(QWidget& window, std::initializer_list<CommandID> ids) const;
+    /// The action of a command. `id` is not `divider`.
+    QAction& action(CommandID id) const;
 
 private:
     struct Entry {

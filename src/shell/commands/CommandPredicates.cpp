@@ -45,4 +45,8 @@ bool canRepeatLastAction(const store::ProjectStore& store) {
     return store.hasActiveProject() && store.lastRepeatableAction().has_value();
 }
 
+bool canGenerativeFill(const store::ProjectStore& store) {
+    return store.canGenerativeFill();
+}
+
 } // namespace quillabrae::shell::CommandPredicates

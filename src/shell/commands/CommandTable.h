@@ -3,6 +3,7 @@
 
 #include <QKeySequence>
 #include <QList>
+#include <QString>
 
 #include <span>
 
@@ -20,26 +21,83 @@ struct CommandContext {
     WindowCoordinator& windows;
 };
 
-/// The menus, in the order of the menu bar.
-enum class CommandMenu { file, edit, zoom, image, layers, object, plugins, help };
+/// The menus, in the order of the menu bar. `none` is for commands that only buttons lead to.
+enum class CommandMenu { file, edit, zoom, image, layers, object, plugins, help, none };
+constexpr int commandMenuCount = static_cast<int>(CommandMenu::none);
 
-/// One row of the menus. A row without a title is a divider.
+/// The commands, in the order of their table. `divider` is none of them: a line between others.
+enum class CommandID {
+    newProject,
+    openProject,
+    save,
+    saveAs,
+    closeProject,
+    quit,
+    undo,
+    redo,
+    cut,
+    copy,
+    selectAll,
+    dropSelection,
+    paste,
+    preferences,
+    zoomIn,
+    zoomInWithEquals,
+    zoomOut,
+    zoomToFit,
+    resize,
+    canvasSize,
+    invert,
+    addLayer,
+    deleteLayer,
+    duplicateLayer,
+    mergeLayerDown,
+    importLayer,
+    flipHorizontal,
+    flipVertical,
+    rotateZoom,
+    layerProperties,
+    alignObject,
+    repeatLastAction,
+    pluginLibrary,
+    noPluginsInstalled,
+    paintNetQuickStart,
+    colorRemoval,
+    generativeFill,
+    trimWhitespace,
+    togglePixelGrid,
+    divider
+};
+constexpr int commandCount = static_cast<int>(CommandID::divider);
+
+/// One command, or a divider of a menu, which has a menu and no more.
 struct Command {
-    CommandMenu menu;
-    const char* title;
+    CommandMenu menu = CommandMenu::none;
+    CommandID id = CommandID::divider;
+    const char* title = nullptr;
     /// Key sequences in portable text, separated by blanks; the menu shows the first.
-    const char* shortcuts;
-    bool (*isEnabled)(const store::ProjectStore& store);
-    void (*run)(const CommandContext& context);
+    const char* shortcuts = nullptr;
+    bool (*isEnabled)(const store::ProjectStore& store) = nullptr;
+    void (*run)(const CommandContext& context) = nullptr;
+    /// What its button shows; null for a command that has no button.
+    const char* symbol = nullptr;
+    /// What it does, in a sentence; null for a command whose title says it all.
+    const char* help = nullptr;
+
+    constexpr bool isDivider() const { return id == CommandID::divider; }
 };
 
-/// Every command that has a menu row, menu by menu.
+/// Every command and every divider, menu by menu.
 std::span<const Command> commandTable();
+/// The row of a command. `id` is not `divider`.
+const Command& command(CommandID id);
 /// The command's key sequences, the one that menus show first.
 QList<QKeySequence> shortcutsOf(const Command& command);
+/// The title without the dots that announce a dialog: what buttons and sentences call the command.
+QString plainTitle(const Command& command);
 
+/// Of a menu of the bar, so not of `none`.
 const char* title(CommandMenu menu);
-constexpr int commandMenuCount = 8;
 
 /// What commands ask of the store before they can run.
 namespace CommandPredicates {
@@ -55,6 +113,8 @@ bool canDeleteLayer(const store::ProjectStore& store);
 bool canMergeLayerDown(const store::ProjectStore& store);
 /// Whether there is a project and something that was done to one can be done to it.
 bool canRepeatLastAction(const store::ProjectStore& store);
+/// Whether there are selected pixels to fill.
+bool canGenerativeFill(const store::ProjectStore& store);
 } // namespace CommandPredicates
 
 /// What several places of the interface run.

@@ -22,8 +22,8 @@ constexpr int padding = 4 * Style::grid;
 EmptyWorkspace::EmptyWorkspace(const CommandContext& context, QWidget* parent) : QWidget(parent) {
     const QString heading = QStringLiteral("No project is open");
     setAccessibleName(heading);
-    auto* create = new QPushButton(QStringLiteral("New Project"), this);
-    auto* open = new QPushButton(QStringLiteral("Open Project..."), this);
+    auto* create = new QPushButton(QString::fromLatin1(command(CommandID::newProject).title), this);
+    auto* open = new QPushButton(QString::fromLatin1(command(CommandID::openProject).title), this);
     Style::markPrimary(*create);
     auto* windows = &context.windows;
     connect(create, &QAbstractButton::clicked, windows, &WindowCoordinator::createNewProject);

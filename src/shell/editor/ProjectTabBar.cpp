@@ -5,6 +5,7 @@
 #include "raster/DecodeCache.h"
 #include "services/AppUpdateService.h"
 #include "shell/app/WindowCoordinator.h"
+#include "shell/commands/CommandTable.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/ScrollHints.h"
 #include "shell/editor/ProjectTab.h"
@@ -70,13 +71,13 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     m_scroller = makeScroller(content, this);
     new ScrollHints(*m_scroller);
 
-    auto* create =
-        new IconButton({.symbolName = QStringLiteral("plus"),
-                        .title = QStringLiteral("New Project"),
-                        .help = QStringLiteral("Creates a blank project in the current window."),
-                        .extent = 32,
-                        .iconExtent = 16},
-                       this);
+    const Command& newProject = command(CommandID::newProject);
+    auto* create = new IconButton({.symbolName = QStringLiteral("plus"),
+                                   .title = QString::fromLatin1(newProject.title),
+                                   .help = QString::fromLatin1(newProject.help),
+                                   .extent = 32,
+                                   .iconExtent = 16},
+                                  this);
     connect(create, &QAbstractButton::clicked, this, [this] { m_windows.createNewProject(); });
 
     auto* layout = new QHBoxLayout(this);

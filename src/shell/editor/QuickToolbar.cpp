@@ -36,16 +36,17 @@ QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
 }
 
 void QuickToolbar::add(const ToolbarItem& item, QHBoxLayout* layout) {
-    if (item.title == nullptr) {
+    if (item.isDivider()) {
         layout->addWidget(new Divider(this));
         return;
     }
+    const Command& row = command(item.id);
     auto* button = new IconButton({.symbolName = QString::fromLatin1(item.symbol(m_context.store)),
-                                   .title = QString::fromLatin1(item.title),
-                                   .help = QString::fromLatin1(item.help),
+                                   .title = item.title(),
+                                   .help = QString::fromLatin1(row.help),
                                    .extent = buttonExtent},
                                   this);
-    connect(button, &QAbstractButton::clicked, this, [this, &item] { item.run(m_context); });
+    connect(button, &QAbstractButton::clicked, this, [this, &row] { row.run(m_context); });
     layout->addWidget(button);
     m_entries.push_back({&item, button});
 }
@@ -61,7 +62,7 @@ void QuickToolbar::followStore() {
 
 void QuickToolbar::refresh() {
     for (const auto& [item, button] : m_entries) {
-        button->setEnabled(item->isEnabled(m_context.store));
+        button->setEnabled(command(item->id).isEnabled(m_context.store));
         button->setSymbolName(QString::fromLatin1(item->symbol(m_context.store)));
     }
 }

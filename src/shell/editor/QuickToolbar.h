@@ -14,14 +14,19 @@ namespace quillabrae::shell {
 class IconButton;
 class ToolOptions;
 
-/// One button of the quick toolbar. A row without a title is a divider.
+/// One button of the quick toolbar, which shows and does what its command's row says; or a divider.
 struct ToolbarItem {
-    const char* title;
-    const char* help;
+    CommandID id = CommandID::divider;
+    /// In place of the command's title; null for that.
+    const char* ownTitle = nullptr;
+    /// Of a command that turns something on and off, with the symbol while it is on; else null.
+    bool (*isOn)(const store::ProjectStore& store) = nullptr;
+    const char* symbolWhenOn = nullptr;
+
+    bool isDivider() const { return id == CommandID::divider; }
+    QString title() const;
     /// The symbol as the store stands.
-    const char* (*symbol)(const store::ProjectStore& store);
-    bool (*isEnabled)(const store::ProjectStore& store);
-    void (*run)(const CommandContext& context);
+    const char* symbol(const store::ProjectStore& store) const;
 };
 
 std::span<const ToolbarItem> quickToolbarItems();

@@ -14,25 +14,27 @@ namespace {
 
 using Context = PanelContext;
 
-// clang-format off
-constexpr std::array buttons{
-    PanelButton{"Undo", "arrow.uturn.backward", "Steps back to the previous history item.",
-                CommandPredicates::canUndo, [](const Context& c) { c.store.undo(*c.store.activeProjectID()); }},
-    PanelButton{"Redo", "arrow.uturn.forward", "Restores the next history item.",
-                CommandPredicates::canRedo, [](const Context& c) { c.store.redo(*c.store.activeProjectID()); }},
-};
-// clang-format on
+PanelButton buttonOf(CommandID id, void (*run)(const Context& context)) {
+    const Command& row = command(id);
+    return {row.title, row.symbol, row.help, row.isEnabled, run};
+}
 
 } // namespace
 
 std::span<const PanelButton> historyButtons() {
+    static const std::array buttons{
+        buttonOf(CommandID::undo,
+                 [](const Context& c) { c.store.undo(*c.store.activeProjectID()); }),
+        buttonOf(CommandID::redo,
+                 [](const Context& c) { c.store.redo(*c.store.activeProjectID()); }),
+    };
     return buttons;
 }
 
 HistoryPanel::HistoryPanel(PanelContext context, QWidget* parent)
     : FloatingPanel(QStringLiteral("History"), parent) {
     content()->addWidget(new HistoryList(context.store, this), 1);
-    content()->addWidget(new PanelButtons(buttons, std::move(context), this));
+    content()->addWidget(new PanelButtons(historyButtons(), std::move(context), this));
 }
 
 } // namespace quillabrae::shell

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/commands/CommandTable.h"
+
 #include <QKeySequence>
 #include <QString>
 
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,11 +15,11 @@ namespace quillabrae::shell {
 /// One shortcut of Paint.NET and what it does there.
 struct OtherShortcut {
     /// What it is called there.
-    const char* action;
+    const char* action = nullptr;
     /// In portable text.
-    const char* keys;
-    /// The title of the command here that does the same; null where there is none.
-    const char* command;
+    const char* keys = nullptr;
+    /// The command here that does the same, if there is one.
+    std::optional<CommandID> command;
 };
 
 /// The shortcuts that people who know Paint.NET have in their fingers, menu by menu.

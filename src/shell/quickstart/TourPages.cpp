@@ -71,7 +71,7 @@ constexpr std::array pages{
 
 QString keysOf(QStringView title) {
     for (const Command& command : commandTable()) {
-        if (command.title == nullptr || title != QLatin1StringView(command.title)) continue;
+        if (command.isDivider() || title != QLatin1StringView(command.title)) continue;
         const auto keys = shortcutsOf(command);
         if (!keys.isEmpty()) return keys.first().toString(QKeySequence::NativeText);
     }

@@ -123,10 +123,12 @@ void WelcomePanel::buildHeader(QVBoxLayout& layout) {
 void WelcomePanel::buildButtons(QVBoxLayout& layout) {
     auto* row = new QHBoxLayout;
     row->setSpacing(Style::grid);
-    QPushButton* create = makeButton(QStringLiteral("New Project"), this);
+    QPushButton* create =
+        makeButton(QString::fromLatin1(command(CommandID::newProject).title), this);
     create->setDefault(true);
     Style::markPrimary(*create);
-    QPushButton* open = makeButton(QStringLiteral("Open Project..."), this);
+    QPushButton* open =
+        makeButton(QString::fromLatin1(command(CommandID::openProject).title), this);
     connect(create, &QPushButton::clicked, this, [this] { m_windows.createNewProject(); });
     connect(open, &QPushButton::clicked, this, [this] { m_windows.openProjectFromPanel(); });
     row->addWidget(create, 1);
