@@ -114,7 +114,6 @@ constexpr std::array rows{
     Row{"sun.max.fill"sv, "high-brightness"sv},
     Row{"clock.arrow.circlepath"sv, "appointment-new"sv},
     Row{"graduationcap"sv, "help-hint"sv},
-    Row{"macwindow"sv, "./window"sv},
     Row{"keyboard"sv, "./keyboard"sv},
     Row{"clipboard"sv, "edit-paste"sv},
     // Feedback
