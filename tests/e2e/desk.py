@@ -202,6 +202,12 @@ class Desk:
     def type(self, text):
         self.tool("xdotool", "type", "--clearmodifiers", "--delay", 8, text)
 
+    def copy(self, kind, file):
+        """Another program copies a file's bytes as one type."""
+        clipboard = ("xclip", "-selection", "clipboard", "-t")
+        self.spawn(*clipboard, kind, "-i", file)
+        until(lambda: kind in self.tool(*clipboard, "TARGETS", "-o"), f"xclip to offer {kind}")
+
     def screenshot(self, file):
         file.parent.mkdir(parents=True, exist_ok=True)
         self.tool("import", "-window", "root", file)

@@ -17,6 +17,16 @@ from desk import ROOT
 PROGRAM = Path(os.environ.get("QUILLABRAE_WITH_SERVICES", ROOT / "build/bin/quillabrae-with-services"))
 CREDENTIALS = Path(os.environ.get("QUILLABRAE_CREDENTIALS", ROOT / "build/bin/quillabrae-credentials"))
 
+# What a feed of updates holds; the older item is to be passed over.
+UPDATE_FEED = """<?xml version="1.0" encoding="utf-8"?>
+<rss version="2.0" xmlns:u="https://example.org/update"><channel><title>Quillabrae</title>
+<item><title>Old</title><enclosure url="{url}/old.deb" length="1" u:edSignature="{signature}"
+    u:version="1.0"/></item>
+<item><title>New</title><enclosure url="{url}/new.deb" length="{length}"
+    u:edSignature="{signature}" u:version="1.10" u:shortVersionString="1.10 Gull"/></item>
+</channel></rss>
+"""
+
 
 @dataclass
 class Request:
@@ -110,6 +120,9 @@ class ServicesCase(DeskCase):
 
     def setUp(self):
         super().setUp()
+        self.set_up_services()
+
+    def set_up_services(self):
         self.credentials = self.desk.folder / "credentials"
         self.credentials.mkdir()
         self.make_credentials()

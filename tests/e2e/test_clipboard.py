@@ -16,12 +16,6 @@ from pictures import DRAWING, PicturesCase
 
 
 class Clipboard(PicturesCase):
-    def put(self, kind, file):
-        """Another program copies a file's bytes as one type."""
-        self.desk.spawn("xclip", "-selection", "clipboard", "-t", kind, "-i", file)
-        until(lambda: kind in self.desk.tool("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS"),
-              f"xclip to offer {kind}")
-
     def paste(self, editor):
         """Pastes what is there and waits until the edit is on disk."""
         before = editor.recorded_edits("Paste")
@@ -114,7 +108,7 @@ class Clipboard(PicturesCase):
         for kind, name in (("image/png", "a.png"), ("image/tiff", "a.tiff"), ("image/webp", "a.webp"),
                            ("image/bmp", "a.bmp")):
             with self.subTest(kind):
-                self.put(kind, self.picture(name))
+                self.desk.copy(kind, self.picture(name))
                 self.paste(editor)
                 editor.wait_for_status("Pasted image as selected pixels")
         editor.screenshot("clipboard-pasted")
@@ -123,7 +117,7 @@ class Clipboard(PicturesCase):
         editor = self.open_drawing()
         for kind in ("image/svg+xml", "UTF8_STRING"):
             with self.subTest(kind):
-                self.put(kind, self.file_with("drawing", DRAWING))
+                self.desk.copy(kind, self.file_with("drawing", DRAWING))
                 before = editor.recorded_edits("Paste")
                 self.desk.keys("ctrl+v")
                 editor.wait_for_window("Import SVG")
@@ -133,9 +127,9 @@ class Clipboard(PicturesCase):
     def test_a_file_copied_in_a_file_manager_is_its_picture(self):
         editor = self.open_drawing()
         picture = self.picture("a b.png")
-        self.put("x-special/gnome-copied-files", self.file_with("copied", f"copy\n{picture.as_uri()}".encode()))
+        self.desk.copy("x-special/gnome-copied-files", self.file_with("copied", f"copy\n{picture.as_uri()}".encode()))
         self.paste(editor)
-        self.put("text/uri-list", self.file_with("list", f"{picture.as_uri()}\r\n".encode()))
+        self.desk.copy("text/uri-list", self.file_with("list", f"{picture.as_uri()}\r\n".encode()))
         self.paste(editor)
 
     def test_what_is_no_image_is_not_pasted(self):
@@ -146,14 +140,14 @@ class Clipboard(PicturesCase):
                            ("text/uri-list", rubbish),
                            ("image/png", self.file_with("empty", b""))):
             with self.subTest(kind):
-                self.put(kind, file)
+                self.desk.copy(kind, file)
                 self.paste_nothing(editor)
-        self.put("image/png", self.picture("a.png"))
+        self.desk.copy("image/png", self.picture("a.png"))
         self.paste(editor)
 
     def test_a_large_picture_asks_where_it_goes(self):
         editor = self.open_drawing()
-        self.put("image/png", self.picture("large.png", (8000, 8000)))
+        self.desk.copy("image/png", self.picture("large.png", (8000, 8000)))
         self.desk.keys("ctrl+v")
         editor.wait_for_control("Paste Image", seconds=60)
         editor.screenshot("clipboard-paste-asks")
@@ -168,7 +162,7 @@ class Clipboard(PicturesCase):
     def test_a_picture_pasted_on_the_welcome_window_is_a_project(self):
         editor = self.start()
         editor.wait_for_window("Welcome to Quillabrae")
-        self.put("image/png", self.picture("a.png"))
+        self.desk.copy("image/png", self.picture("a.png"))
         self.desk.keys("ctrl+v")
         editor.wait_for_window("Pasted Image - Quillabrae v")
         editor.wait_for_status("Created Pasted Image from clipboard")

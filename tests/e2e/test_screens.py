@@ -6,18 +6,27 @@ for people.
 """
 
 import os
+import re
+import signal
+import time
 import unittest
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 
-from gi.repository import GLib
 from PIL import Image, ImageStat
 
+import editor as plain
 import landscape
-from case import DeskCase
+import photos
+import services
 from desk import ROOT, Desk, until
 from editor import Editor, store_records
+from keyring import Keyring
+from pictures import DRAWING
 from portal import Portal
+from services import UPDATE_FEED, Answer, ServicesCase
+from web import AccountService, install_browser
 
 SCREENS = Path(os.environ.get("QUILLABRAE_SCREENS", ROOT / "build/screens"))
 THEMES = ("light", "dark")
@@ -46,13 +55,50 @@ DIALOGS = (
     Dialog("rotate-zoom", "Rotate / Zoom", (420, 260), keys="ctrl+alt+z"),
     Dialog("layer-properties", "Layer Properties", (380, 295), button="Layer Properties"),
     Dialog("feedback", "Give Feedback", (480, 520), button="Give Feedback"),
+    Dialog("import-svg", "Import SVG", (420, 250), keys="ctrl+v"),
     Dialog("open", "Open Quillabrae Project or Image", None, keys="ctrl+o"),
     Dialog("save-as", "Save Quillabrae", None, keys="ctrl+shift+s"),
 )
 
 
-class Screens(DeskCase):
+@dataclass(frozen=True)
+class Alert:
+    """A question, the keys that lead to it and the last of which it is asked after."""
+
+    name: str
+    words: str
+    keys: tuple
+
+
+ALERTS = (
+    Alert("paste", "Paste Image", ("ctrl+v",)),
+    Alert("replace", 'A file named "evening.quillabrae" already exists.',
+          ("ctrl+shift+s", "Return")),
+    Alert("save", 'Save changes to "evening" before closing?', ("ctrl+w",)),
+)
+
+
+class Web:
+    """Everything that the program with services talks to, under one address. What is asked for a
+    target in `held` waits for its answer until the target is in there no more."""
+
+    def __init__(self):
+        self.account = AccountService()
+        self.answers = {}
+        self.held = set()
+
+    def release(self):
+        self.held = set()
+
+    def __call__(self, request):
+        until(lambda: request.target not in self.held, f"{request.target} to be answered", 60)
+        return self.answers.get(request.target) or self.account(request)
+
+
+class Screens(ServicesCase):
     """One desk for each theme and scale."""
+
+    program = plain.PROGRAM
 
     def setUp(self):
         self.running = []
@@ -76,18 +122,21 @@ class Screens(DeskCase):
 
     # Capturing
 
-    def capture(self, name, title, size=None):
-        """Takes the window of that title, once two looks at it are the same."""
+    def capture(self, name, title, size=None, hovers=False):
+        """Takes the window of that title and what is open above it, once two looks at it are the
+        same. `hovers` leaves the pointer where it is."""
         file = SCREENS / f"{name}-{self.theme}-{self.scale}x.png"
         file.parent.mkdir(parents=True, exist_ok=True)
         number = until(lambda: self.window_number(title), f"the window {title!r}")
-        # Not waiting for it to move, since it may be there.
-        self.desk.tool("xdotool", "mousemove", 1, 960 * self.scale - 2)
+        place = self.place_of_window(number)
+        if not hovers:
+            # Not waiting for it to move, since it may be there.
+            self.desk.tool("xdotool", "mousemove", 1, 960 * self.scale - 2)
         before = b""
 
         def is_still():
             nonlocal before
-            self.desk.tool("import", "-window", number, file)
+            self.desk.tool("import", "-window", "root", "-crop", place, "+repage", file)
             with Image.open(file) as shot:
                 now = shot.convert("RGB").tobytes()
             was, before = before, now
@@ -95,10 +144,28 @@ class Screens(DeskCase):
         until(is_still, f"{title!r} to stand still")
         self.check(file, size)
 
+    @contextmanager
+    def standing_still(self, editor):
+        """The process is stopped, and so is what moves in its windows."""
+        time.sleep(0.2)  # What is there already may yet have to be painted.
+        editor.process.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            editor.process.send_signal(signal.SIGCONT)
+
     def window_number(self, title):
         numbers = self.desk.tool("xdotool", "search", "--onlyvisible", "--name",
                                  "^" + title).split()
         return numbers[-1] if numbers else None
+
+    def place_of_window(self, number):
+        """As ImageMagick writes it, without the window manager's frame."""
+        told = self.desk.tool("xwininfo", "-id", number)
+        left, top, width, height = (
+            int(re.search(rf"{name}: +(-?[0-9]+)", told).group(1))
+            for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return f"{width}x{height}{left:+}{top:+}"
 
     def check(self, file, size):
         with Image.open(file) as shot:
@@ -111,9 +178,16 @@ class Screens(DeskCase):
         self.assertGreater(ImageStat.Stat(picture).stddev[0], 4, f"{file.name} is empty")
 
     def press(self, editor, name, role=None):
+        self.desk.click(self.place_of(editor.wait_for_control(name, role)))
+
+    def place_of(self, control):
         """The accessibility bus counts in points."""
-        place = editor.wait_for_control(name, role).middle
-        self.desk.click([self.scale * value for value in place])
+        return [self.scale * value for value in control.middle]
+
+    def leave(self, editor):
+        """Closes what is open beside the one window that stays."""
+        self.desk.keys("Escape")
+        until(lambda: len(editor.windows()) == 1, "the editor window to be alone")
 
     # The windows
 
@@ -175,6 +249,21 @@ class Screens(DeskCase):
             self.desk.keys("Down")
 
     def editor_window(self):
+        editor = self.open_the_lake()
+        self.capture("editor", "evening - Quillabrae v", (1180, 820))
+        self.press(editor, "Move Selection", "check box")
+        self.capture("editor-selection", "evening - Quillabrae v", (1180, 820))
+        self.tools(editor)
+        self.menus(editor)
+        self.history(editor)
+        self.dialogs(editor)
+        self.alerts(editor)
+        self.long_work(editor)
+        self.keyboard_and_pointer(editor)
+        self.smallest(editor)
+        self.many_tabs(editor)
+
+    def open_the_lake(self):
         self.remember(settings={"selectedTool": "brush", "brushSize": 24})
         left, top, radius = landscape.SUN
         lake = landscape.save(
@@ -186,15 +275,7 @@ class Screens(DeskCase):
         editor.wait_for_status("Opened evening")
         self.desk.keys("ctrl+b")
         editor.wait_for_status("Zoomed to fit")
-        self.capture("editor", "evening - Quillabrae v", (1180, 820))
-        self.press(editor, "Move Selection", "check box")
-        self.capture("editor-selection", "evening - Quillabrae v", (1180, 820))
-        self.tools(editor)
-        self.history(editor)
-        self.dialogs(editor)
-        self.alerts(editor)
-        self.smallest(editor)
-        self.many_tabs(editor)
+        return editor
 
     def tools(self, editor):
         for name, tool in TOOLS.items():
@@ -204,6 +285,26 @@ class Screens(DeskCase):
         self.capture("editor-colors", "evening - Quillabrae v", (1180, 820))
         self.press(editor, "More")
 
+    def menus(self, editor):
+        for menu in editor.wait_for_control(None, "menu bar").children():
+            self.desk.click(self.place_of(menu))
+            self.capture(f"menu-{menu.name.lower()}", "evening - Quillabrae v", (1180, 820))
+            self.desk.keys("Escape")
+
+    def keyboard_and_pointer(self, editor):
+        tools = editor.wait_for_control("Tools")
+        self.desk.move(self.place_of(tools.find("Gradient", "check box")))
+        editor.wait_for_control("Gradient", "label")
+        self.capture("editor-tooltip", "evening - Quillabrae v", (1180, 820), hovers=True)
+        for _ in range(60):
+            if tools.find(state="focused"):
+                break
+            self.desk.keys("Tab")
+        self.desk.keys("Down")
+        self.capture("editor-focus", "evening - Quillabrae v", (1180, 820))
+        # From the selection, and from the tools.
+        self.desk.keys("Escape", "Escape")
+
     def history(self, editor):
         """Some steps, the last of which is undone."""
         self.desk.keys("ctrl+shift+n", "ctrl+shift+Delete", "ctrl+shift+d", "ctrl+shift+i", "ctrl+z")
@@ -211,6 +312,9 @@ class Screens(DeskCase):
         self.capture("editor-history", "evening - Quillabrae v", (1180, 820))
 
     def dialogs(self, editor):
+        drawing = self.desk.home / "drawing.svg"
+        drawing.write_bytes(DRAWING)
+        self.desk.copy("image/svg+xml", drawing)
         for dialog in DIALOGS:
             if dialog.keys:
                 self.desk.keys(dialog.keys)
@@ -218,17 +322,31 @@ class Screens(DeskCase):
                 self.press(editor, dialog.button)
             editor.wait_for_window(dialog.title)
             self.capture(f"dialog-{dialog.name}", dialog.title, dialog.size)
-            self.desk.keys("Escape")
-            until(lambda: len(editor.windows()) == 1, f"{dialog.title} to close")
+            self.leave(editor)
 
     def alerts(self, editor):
         self.desk.keys("ctrl+shift+n")
         self.capture("editor-unsaved", "evening - Quillabrae v", (1180, 820))
-        self.desk.keys("ctrl+w")
-        editor.wait_for_control('Save changes to "evening" before closing?')
-        self.capture("alert-save", "Quillabrae$")
-        self.desk.keys("Escape")
-        until(lambda: len(editor.windows()) == 1, "the question to close")
+        self.desk.copy("image/png", photos.PNG)
+        for alert in ALERTS:
+            self.desk.keys(*alert.keys[:-1])
+            if alert.keys[1:]:
+                editor.wait_for_window("Save Quillabrae")
+            self.desk.keys(alert.keys[-1])
+            editor.wait_for_control(alert.words)
+            self.capture(f"alert-{alert.name}", "Quillabrae$")
+            self.leave(editor)
+
+    def long_work(self, editor):
+        self.desk.keys("ctrl+r")
+        editor.wait_for_window("Resize")
+        self.desk.type("1000")
+        self.desk.keys("Return")
+        # The accessibility bus may be slower than the work.
+        until(lambda: self.window_number("Quillabrae$"), "the work to be shown", pause=0.01)
+        with self.standing_still(editor):
+            self.capture("dialog-progress", "Quillabrae$")
+        self.leave(editor)
 
     def smallest(self, editor):
         window = self.window_number("evening - Quillabrae v")
@@ -254,17 +372,142 @@ class Screens(DeskCase):
         editor.wait_for_control("Flatten layers before saving?")
         self.capture("alert-flatten", "Quillabrae$")
 
+    # With services
 
-def add_test(theme, scale):
+    def all_with_services(self):
+        self.program = services.PROGRAM
+        self.set_up_services()
+        Keyring(self.desk)
+        install_browser(self.desk, self.program)
+        self.serve_the_web()
+        editor = self.open_the_lake()
+        self.updates(editor)
+        self.feedback(editor)
+        self.account(editor)
+        self.fill(editor)
+
+    def serve_the_web(self):
+        """A version 1.10 is offered, but its package is not the signed one."""
+        package = self.desk.folder / "new.deb"
+        package.write_bytes(b"a package")
+        self.make_credentials(package)
+        key, signature = ((self.credentials / f"update-{name}.txt").read_text()
+                          for name in ("key", "signature"))
+        self.web = Web()
+        self.addCleanup(self.web.release)
+        url = self.serve(self.web).url
+        self.configure(SERVICE_URL=url, IMAGE_EDIT_URL=url,
+                       UPDATE_FEED_URL=f"{url}/feed.xml", UPDATE_PUBLIC_KEY=key)
+        feed = UPDATE_FEED.format(url=url, length=9, signature=signature)
+        self.web.answers = {
+            "/feed.xml": Answer(body=feed.encode()), "/new.deb": Answer(body=b"b package"),
+            "/api/feedback": Answer(429, b'{"error": "Too much for one day."}'),
+            "/v1/images/edits": Answer(401, b'{"error": {"message": "The key is wrong."}}')}
+
+    def updates(self, editor):
+        """The start looks by itself, since nobody has today."""
+        window = ("evening - Quillabrae v", (1180, 820))
+        editor.wait_for_control("Update Now")
+        self.capture("update-now", *window)
+        self.web.held = {"/feed.xml"}
+        self.press(editor, "Update Now")
+        editor.wait_for_control("Checking…")
+        self.capture("update-checking", *window)
+        self.web.held = {"/new.deb"}
+        editor.wait_for_control("Installing…")
+        self.capture("update-installing", *window)
+        self.web.release()
+        editor.wait_for_control("Quillabrae could not be updated.")
+        self.capture("alert-update", "Quillabrae$")
+        self.leave(editor)
+        editor.wait_for_control("Check for Updates")
+        self.capture("update-check", *window)
+
+    def feedback(self, editor):
+        dialog = ("Give Feedback", (480, 520))
+        self.press(editor, "Give Feedback")
+        self.press(editor, "What would make Quillabrae better for you?", "text")
+        self.desk.type("More brushes, please")
+        self.press(editor, "Choose an image to attach")
+        editor.wait_for_window("Attach Image")
+        self.desk.type(str(photos.JPEG))
+        self.desk.keys("Return")
+        editor.wait_for_status("Compressed JPEG · ")
+        self.capture("dialog-feedback-attached", *dialog)
+        self.web.held = {"/api/feedback"}
+        self.press(editor, "Send Feedback")
+        editor.wait_for_control("Sending feedback…", "push button")
+        with self.standing_still(editor):
+            self.capture("dialog-feedback-sending", *dialog)
+        self.web.release()
+        editor.wait_for_status("Too much for one day.")
+        self.capture("dialog-feedback-refused", *dialog)
+        self.web.answers["/api/feedback"] = Answer(204)
+        self.press(editor, "Send Feedback")
+        editor.wait_for_status("Feedback sent")
+        self.capture("dialog-feedback-sent", *dialog)
+        self.leave(editor)
+
+    def account(self, editor):
+        self.desk.keys("ctrl+comma")
+        editor.wait_for_window("Settings")
+        self.press(editor, "Account", "list item")
+        editor.wait_for_control("Not signed in", "label")
+        self.capture("settings-account-signed-out", "Settings")
+        links, self.web.account.callback = self.web.account.callback, lambda code, state: None
+        self.press(editor, "Sign in")
+        editor.wait_for_status("Complete sign-in in your browser…")
+        until(lambda: self.web.account.challenges, "the browser to be there")
+        with self.standing_still(editor):
+            self.capture("settings-account-waiting", "Settings")
+        self.press(editor, "Cancel")
+        editor.wait_for_status("Sign-in cancelled.")
+        self.web.account.callback = links
+        self.press(editor, "Sign in")
+        editor.wait_for_status("zoe@example.org")
+        self.capture("settings-account-signed-in", "Settings")
+        self.leave(editor)
+
+    def fill(self, editor):
+        self.desk.keys("ctrl+comma")
+        editor.wait_for_window("Settings")
+        self.press(editor, "Intelligence", "list item")
+        until(lambda: editor.labels().count("No key saved") == 2, "the keychain's answer")
+        self.press(editor, "Bring your own OpenAI API key", "text")
+        self.desk.type("sk-a-key-of-the-test")
+        self.press(editor, "Save API Key")
+        editor.wait_for_control("Connected with BYOK", "label")
+        self.capture("settings-intelligence-key", "Settings")
+        self.leave(editor)
+
+        dialog = ("Generative Fill", (520, 384))
+        self.press(editor, "Generative Fill")
+        editor.wait_for_window("Generative Fill")
+        self.capture("dialog-generative-fill", *dialog)
+        self.press(editor, "Prompt", "text")
+        self.desk.type("a red hat")
+        self.web.held = {"/v1/images/edits"}
+        self.press(editor, "Generate")
+        editor.wait_for_control("Generating and applying pixels...", "label")
+        with self.standing_still(editor):
+            self.capture("dialog-generative-fill-working", *dialog)
+        self.web.release()
+        editor.wait_for_control("The key is wrong.", "label")
+        self.capture("dialog-generative-fill-refused", *dialog)
+        self.leave(editor)
+
+
+def add_test(name, capture_all, theme, scale):
     def test(self):
         self.use_desk(theme, scale)
-        self.all_screens()
-    setattr(Screens, f"test_{theme}_at_{scale}x", test)
+        capture_all(self)
+    setattr(Screens, f"test_{name}_{theme}_at_{scale}x", test)
 
 
 for _theme in THEMES:
     for _scale in SCALES:
-        add_test(_theme, _scale)
+        add_test("windows", Screens.all_screens, _theme, _scale)
+        add_test("services", Screens.all_with_services, _theme, _scale)
 
 
 if __name__ == "__main__":

@@ -9,19 +9,11 @@ from datetime import datetime, timezone
 import photos
 from desk import until
 from editor import store_settings
-from services import Answer, ServicesCase
+from services import UPDATE_FEED, Answer, ServicesCase
 
 INSTALLER = """#!/bin/sh
 stat -c '%a %n' "$1" "$(dirname "$1")" > "{folder}/seen"
 cp "$1" "{folder}/installed.part" && mv "{folder}/installed.part" "{folder}/installed"
-"""
-FEED = """<?xml version="1.0" encoding="utf-8"?>
-<rss version="2.0" xmlns:u="https://example.org/update"><channel><title>Quillabrae</title>
-<item><title>Old</title><enclosure url="{url}/old.deb" length="1" u:edSignature="{signature}"
-    u:version="1.0"/></item>
-<item><title>New</title><enclosure url="{url}/new.deb" length="{length}"
-    u:edSignature="{signature}" u:version="1.10" u:shortVersionString="1.10 Gull"/></item>
-</channel></rss>
 """
 
 
@@ -55,8 +47,8 @@ class Updates(ServicesCase):
     def offer(self, package):
         def answer(request):
             if request.target == "/feed.xml":
-                return Answer(body=FEED.format(url=server.url, length=len(self.package),
-                                               signature=self.signature).encode())
+                return Answer(body=UPDATE_FEED.format(url=server.url, length=len(self.package),
+                                                      signature=self.signature).encode())
             return Answer(body=package) if request.target == "/new.deb" else Answer(status=404)
 
         server = self.serve(answer)
