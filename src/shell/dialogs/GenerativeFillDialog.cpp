@@ -76,13 +76,18 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     column->addWidget(m_context);
     column->addWidget(note(contextNote, this));
 
-    m_message = Labels::body({}, this);
-    m_message->setWordWrap(true);
+    const QString working = QStringLiteral("Generating and applying pixels...");
+    m_failure = Labels::failure({}, this);
+    m_failure->setWordWrap(true);
+    m_working = Labels::body(working, this);
     m_bar = new SlimBar(this);
-    m_bar->setAccessibleName(QStringLiteral("Generating and applying pixels..."));
-    column->addWidget(m_message);
+    m_bar->setAccessibleName(working);
+    column->addWidget(m_failure);
+    column->addWidget(m_working);
     column->addWidget(m_bar);
+    column->addSpacing(Style::grid);
     column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Generate")));
+    m_accept = findChild<QPushButton*>(QStringLiteral("accept"));
 
     connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(m_fraction); });
     showState({});
@@ -128,13 +133,14 @@ void GenerativeFillDialog::generate() {
                              ? double(progress.received) / double(progress.expected)
                              : -1.0;
         });
-    showState(QStringLiteral("Generating and applying pixels..."));
+    showState({});
 }
 
 void GenerativeFillDialog::finish(const std::optional<QString>& failure) {
     m_fill.reset();
     if (!failure) return QDialog::accept();
     showState(*failure);
+    m_prompt->setFocus();
 }
 
 void GenerativeFillDialog::giveUp() {
@@ -142,16 +148,17 @@ void GenerativeFillDialog::giveUp() {
     m_fill.reset();
 }
 
-void GenerativeFillDialog::showState(const QString& message) {
-    m_message->setText(message);
-    m_message->setVisible(!message.isEmpty());
+void GenerativeFillDialog::showState(const QString& failure) {
+    m_failure->setText(failure);
+    m_failure->setVisible(!failure.isEmpty());
+    m_working->setVisible(isGenerating());
     m_bar->setVisible(isGenerating());
     if (isGenerating())
         m_barTimer.start(barStep);
     else
         m_barTimer.stop();
     for (QWidget* control : {static_cast<QWidget*>(m_prompt), static_cast<QWidget*>(m_model),
-                             static_cast<QWidget*>(m_context)})
+                             static_cast<QWidget*>(m_context), static_cast<QWidget*>(m_accept)})
         control->setEnabled(!isGenerating());
 }
 

@@ -46,14 +46,17 @@ private:
     void generate();
     void finish(const std::optional<QString>& failure);
     void giveUp();
-    void showState(const QString& message);
+    /// How it goes, or what went wrong.
+    void showState(const QString& failure);
 
     store::ProjectStore& m_store;
     QPlainTextEdit* m_prompt;
     QComboBox* m_model;
     QCheckBox* m_context;
-    QLabel* m_message;
+    QLabel* m_failure;
+    QLabel* m_working;
     SlimBar* m_bar;
+    QPushButton* m_accept;
     QTimer m_barTimer;
     /// The fill that runs, as the store names it.
     std::optional<int> m_fill;

@@ -4,7 +4,9 @@
 #include "shell/looks/Style.h"
 
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleOption>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -62,6 +64,31 @@ void paintPrimary(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
+/// The edge of a field of several lines, which the base style marks too faintly in both states.
+void paintTextFrame(QPainter& painter, const QStyleOption& option) {
+    if (!option.state.testFlag(QStyle::State_Enabled)) return;
+    const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
+    painter.save();
+    painter.setPen(hasFocus ? Style::accent(option.palette) : Style::outline(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.restore();
+}
+
+bool isTextField(const QWidget* widget) {
+    return qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
+           qobject_cast<const QTextEdit*>(widget) != nullptr;
+}
+
+/// A menu floats over whatever the window shows.
+void paintMenu(QPainter& painter, const QStyleOption& option) {
+    painter.save();
+    painter.setPen(Style::outline(option.palette));
+    painter.setBrush(Style::raised(option.palette));
+    painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.restore();
+}
+
 } // namespace
 
 OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("fusion")) {}
@@ -70,8 +97,12 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
                                   QPainter* painter, const QWidget* widget) const {
     if (element == PE_PanelButtonCommand && isPrimary(*option))
         return paintPrimary(*painter, *option);
+    if (element == PE_PanelMenu) return paintMenu(*painter, *option);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
+        case PE_Frame:
+            if (isTextField(widget)) paintTextFrame(*painter, *option);
+            return;
         case PE_FrameLineEdit:
             return paintEdge(*painter, *option, Edge::field);
         case PE_IndicatorCheckBox:
@@ -81,6 +112,26 @@ void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
         default:
             return;
     }
+}
+
+void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* option,
+                                QPainter* painter, const QWidget* widget) const {
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && item != nullptr &&
+        item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
+        const int middle = item->rect.center().y();
+        painter->fillRect(item->rect.left() + Style::grid, middle,
+                          item->rect.width() - 2 * Style::grid, 1, Style::line(item->palette));
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int OutlinedStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                             QStyleHintReturn* returned) const {
+    // Text of what is disabled is dim, not etched.
+    if (hint == SH_EtchDisabledText) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
 void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,

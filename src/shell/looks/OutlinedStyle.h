@@ -5,9 +5,9 @@
 
 namespace quillabrae::shell {
 
-/// The base style with edges around fields and boxes that show on light and on dark: its own are
-/// shades of the window's colour, which a dark window swallows. The button of the likeliest choice
-/// is flat, so that its title can be read on it.
+/// The base style with edges around fields, boxes and menus that show on light and on dark: its own
+/// are shades of the window's colour, which a dark window swallows. The button of the likeliest
+/// choice is flat, so that its title can be read on it.
 class OutlinedStyle final : public QProxyStyle {
     Q_OBJECT
 
@@ -16,6 +16,10 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
     /// Buttons have air at both sides of their title.
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
