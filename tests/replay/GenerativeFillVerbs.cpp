@@ -40,7 +40,7 @@ QJsonValue perform(Session& session, const Arguments& arguments) {
         requestFrom(arguments), [&service](const std::optional<QString>& failure) {
             service.lastEnd = failure.value_or(QStringLiteral("applied"));
         });
-    service.giveKey();
+    ScriptedFillService::giveKey();
     return id;
 }
 
@@ -64,17 +64,17 @@ QJsonValue answer(Session& session, const Arguments& arguments) {
     else
         outcome =
             platform::HttpReply{arguments.integer("status", 200), bodyFrom(session, arguments)};
-    session.fillService().giveKey();
+    ScriptedFillService::giveKey();
     return session.fillService().http.answer(std::move(outcome));
 }
 
 QJsonValue sent(Session& session, const Arguments&) {
-    session.fillService().giveKey();
+    ScriptedFillService::giveKey();
     return static_cast<int>(session.fillService().http.requests.size());
 }
 
 QJsonValue end(Session& session, const Arguments&) {
-    session.fillService().giveKey();
+    ScriptedFillService::giveKey();
     return session.fillService().lastEnd;
 }
 
