@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How long the user waits for a dialog or a window: from its making to its first painted frame,
 // each time anew. The aim is 100 ms at most.
-#include "NoPanels.h"
-#include "platform/Clock.h"
-#include "platform/FileIcons.h"
-#include "platform/MemoryPasteboard.h"
-#include "platform/MemoryPreferences.h"
+#include "EmptyStore.h"
 #include "shell/dialogs/AlignObjectDialog.h"
 #include "shell/dialogs/ColorRemovalDialog.h"
 #include "shell/dialogs/GenerativeFillDialog.h"
@@ -17,7 +13,6 @@
 #include "store/ProjectStore.h"
 
 #include <QCoreApplication>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -27,18 +22,8 @@ namespace {
 using namespace quillabrae::shell;
 
 /// A store with an empty project.
-struct Project {
+struct Project : EmptyStore {
     Project() { store.createUntitledProject(900, 620, 96); }
-
-    NoPanels noPanels;
-    platform::MemoryPreferences preferences;
-    platform::SystemClock clock;
-    platform::NoFileIcons icons;
-    platform::MemoryPasteboard pasteboard;
-    QTemporaryDir folder;
-    store::ProjectStore store{
-        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::off};
 };
 
 /// Notes the first paint of a window.

@@ -3,15 +3,11 @@
 // history, at one and two device pixels a point; and how long the windows beside the editor take to
 // open. A program of its own, since widgets need another application object than the other
 // benchmarks have.
-#include "NoPanels.h"
+#include "EmptyStore.h"
 #include "SyntheticImages.h"
 #include "effects/OpenAIKeychainService.h"
 #include "effects/PluginLibraryService.h"
-#include "platform/Clock.h"
 #include "platform/DesktopBrowser.h"
-#include "platform/FileIcons.h"
-#include "platform/MemoryPasteboard.h"
-#include "platform/MemoryPreferences.h"
 #include "platform/MemorySecretStore.h"
 #include "platform/NetworkHttpClient.h"
 #include "platform/SecureRandom.h"
@@ -31,7 +27,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -44,21 +39,8 @@ constexpr int side = 2048;
 constexpr int layerCount = 30;
 constexpr int stepCount = 200;
 
-/// A store with nothing in it.
-struct World {
-    NoPanels noPanels;
-    platform::MemoryPreferences preferences;
-    platform::SystemClock clock;
-    platform::NoFileIcons icons;
-    platform::MemoryPasteboard pasteboard;
-    QTemporaryDir folder;
-    ProjectStore store{
-        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::off};
-};
-
 /// A full project, and the two panels that follow it.
-struct Editor : World {
+struct Editor : EmptyStore {
     Editor() {
         store.createUntitledProject(side, side, 96);
         const raster::RasterImage picture = syntheticDrawing(side);
@@ -157,7 +139,7 @@ void thumbnailAfterAnEdit(benchmark::State& state) {
 BENCHMARK(thumbnailAfterAnEdit)->Unit(benchmark::kMillisecond)->Iterations(20)->UseRealTime();
 
 /// What the windows beside the editor show.
-struct Desk : World {
+struct Desk : EmptyStore {
     platform::MemorySecretStore secrets;
     effects::OpenAIKeychainService keychain{secrets};
     effects::PluginLibraryService plugins{folder.path()};

@@ -143,6 +143,15 @@ class Editor:
     def wait_for_status(self, text, seconds=30.0):
         until(lambda: any(text in label for label in self.labels()), f"the status {text!r}", seconds)
 
+    def save_as(self, path):
+        """Saves the project by keys alone."""
+        self.desk.keys("ctrl+shift+s")
+        self.wait_for_window("Save Quillabrae")
+        self.desk.keys("ctrl+a")
+        self.desk.type(str(path.with_suffix("")))
+        self.desk.keys("Return")
+        self.wait_for_status(f"Saved {path.name}", 60)
+
     def choose_tool(self, title):
         self.desk.click(self.wait_for_control("Tools").find(title, "check box").middle)
         until(lambda: self.node().find(title, "check box").has("checked"), f"the tool {title!r}")

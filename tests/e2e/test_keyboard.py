@@ -73,12 +73,7 @@ class Keyboard(DeskCase):
 
     def save(self, editor):
         saved = self.desk.home / "drawing.quillabrae"
-        self.desk.keys("ctrl+shift+s")
-        editor.wait_for_window("Save Quillabrae")
-        self.desk.keys("ctrl+a")
-        self.desk.type(str(saved.with_suffix("")))
-        self.desk.keys("Return")
-        editor.wait_for_status(f"Saved {saved.name}", 60)
+        editor.save_as(saved)
         return package.read(saved)
 
     def compare(self, picture):

@@ -89,12 +89,7 @@ class DesktopList(DeskCase):
         editor.wait_for_window("boat - Quillabrae v")
         editor.wait_for_status("Opened boat.png")
         saved = self.desk.home / "a boat & co; [1].quillabrae"
-        self.desk.keys("ctrl+shift+s")
-        editor.wait_for_window("Save Quillabrae")
-        self.desk.keys("ctrl+a")
-        self.desk.type(str(saved.with_suffix("")))
-        self.desk.keys("Return")
-        editor.wait_for_status(f"Saved {saved.name}", 60)
+        editor.save_as(saved)
 
         uri = GLib.filename_to_uri(str(saved), None)
         until(lambda: uri in Documents(file), "the project in the desktop's list")
