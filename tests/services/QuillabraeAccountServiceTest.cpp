@@ -1,36 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Sign-in with a browser that does as it is told and a real HTTPS server on loopback.
-#include "platform/MemoryPreferences.h"
-#include "platform/MemorySecretStore.h"
-#include "platform/NetworkHttpClient.h"
-#include "platform/SecureRandom.h"
-#include "services/BrowserAuthentication.h"
-#include "services/QuillabraeAccountService.h"
-#include "services/ScriptedBrowser.h"
-#include "support/LoopbackServer.h"
+#include "services/AccountTest.h"
 
 #include <QCryptographicHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTcpSocket>
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace quillabrae::services {
 namespace {
 
 using namespace std::chrono_literals;
-using tests::LoopbackServer;
-
-const platform::SecretName tokenName{QStringLiteral("Quillabrae.Account"),
-                                     QStringLiteral("BetterAuthBearerToken")};
-const QString nameKey = QStringLiteral("Quillabrae.accountName");
-const QString emailKey = QStringLiteral("Quillabrae.accountEmail");
-const QString waiting = QStringLiteral("Complete sign-in in your browser…");
-const QString unverified = QStringLiteral("Quillabrae could not verify the sign-in response.");
-const QString unfinished =
-    QStringLiteral("Quillabrae could not finish signing in. Please try again.");
 
 /// Everything that was said to the log while this object lives.
 class LogWatch {
@@ -48,75 +28,6 @@ public:
 private:
     static inline QString s_said;
     QtMessageHandler m_before;
-};
-
-class AccountTest : public testing::Test {
-protected:
-    AccountTest() {
-        serve(200, R"({"token":"secret-token","name":"Zoë","email":"z@example.org"})");
-    }
-
-    void serve(int status, const QByteArray& body, const QByteArray& headers = {}) {
-        serve(LoopbackServer::respond(status, body, headers));
-    }
-    void serve(const LoopbackServer::Answer& answer) {
-        account.reset();
-        server = std::make_unique<LoopbackServer>(answer, identity);
-        restart(server->url());
-    }
-    /// The program starts anew and finds what it has left.
-    void restart(const QUrl& service) {
-        account.reset();
-        account = std::make_unique<QuillabraeAccountService>(
-            QuillabraeAccountService::Environment{http, secrets, preferences, web, random},
-            WebService(service));
-        look();
-    }
-    /// As whoever shows the account does.
-    void look() {
-        account->lookForToken();
-        QTest::qWait(5);
-    }
-    QUrl callback(const QString& code = QStringLiteral("the-code")) const {
-        return QUrl(QStringLiteral("quillabrae://auth/callback?code=%1&state=%2")
-                        .arg(code, browser.state()));
-    }
-    bool waitUntilDone() {
-        return QTest::qWaitFor([this] { return !account->isBusy(); }, 20'000);
-    }
-    void signIn() {
-        account->signIn();
-        ASSERT_EQ(account->statusMessage(), waiting);
-        ASSERT_TRUE(web.takeLink(callback()));
-        ASSERT_TRUE(waitUntilDone());
-    }
-    void signOut() {
-        account->signOut();
-        ASSERT_TRUE(waitUntilDone());
-    }
-    bool waitForRequests(std::size_t count) {
-        return QTest::qWaitFor([=, this] { return server->requests().size() == count; }, 20'000);
-    }
-    void expectSignedOut() {
-        EXPECT_FALSE(account->isSignedIn());
-        EXPECT_TRUE(account->name().isEmpty());
-        EXPECT_TRUE(account->email().isEmpty());
-        EXPECT_EQ(secrets.count(), 0U);
-        EXPECT_FALSE(preferences.value(nameKey).isValid());
-        EXPECT_FALSE(preferences.value(emailKey).isValid());
-    }
-
-    tests::CertificateAuthority authority;
-    tests::TrustedAuthority trusted{authority};
-    tests::TlsIdentity identity = authority.issue();
-    platform::NetworkHttpClient http;
-    platform::MemorySecretStore secrets;
-    platform::MemoryPreferences preferences;
-    ScriptedBrowser browser;
-    BrowserAuthentication web{browser};
-    RandomBytes random = platform::secureRandomData;
-    std::unique_ptr<LoopbackServer> server;
-    std::unique_ptr<QuillabraeAccountService> account;
 };
 
 TEST_F(AccountTest, SignsInThroughTheBrowserAndKeepsTheTokenInTheSecretStoreAlone) {
@@ -157,60 +68,6 @@ TEST_F(AccountTest, SignsInThroughTheBrowserAndKeepsTheTokenInTheSecretStoreAlon
               challenge);
     for (const QString& secret : {state, verifier, QStringLiteral("secret-token")})
         EXPECT_FALSE(LogWatch::said().contains(secret));
-}
-
-TEST_F(AccountTest, TheNextStartKnowsTheUser) {
-    signIn();
-    restart(server->url());
-    EXPECT_TRUE(account->isSignedIn());
-    EXPECT_EQ(account->name(), QStringLiteral("Zoë"));
-    EXPECT_EQ(account->email(), QStringLiteral("z@example.org"));
-    EXPECT_TRUE(account->statusMessage().isEmpty());
-}
-
-TEST_F(AccountTest, ASecretStoreThatDoesNotAnswerMeansSignedOut) {
-    signIn();
-    secrets.refusal = QStringLiteral("The wallet is locked.");
-    restart(server->url());
-    EXPECT_FALSE(account->isSignedIn());
-}
-
-TEST_F(AccountTest, WhileTheSecretStoreThinksTheProfileIsShown) {
-    signIn();
-    secrets.isSlow = true;
-    restart(server->url());
-    EXPECT_TRUE(account->isSignedIn());
-    EXPECT_FALSE(account->isBusy());
-    EXPECT_EQ(account->name(), QStringLiteral("Zoë"));
-    secrets.isSlow = false;
-    secrets.remove(tokenName);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !account->isSignedIn(); }, 20'000));
-}
-
-TEST_F(AccountTest, AnAnswerOfTheSecretStoreThatComesTooLateCountsNoMore) {
-    secrets.isSlow = true;
-    restart(server->url());
-    account->signIn();
-    secrets.isSlow = false;
-    EXPECT_TRUE(web.takeLink(callback()));
-    ASSERT_TRUE(waitUntilDone());
-    QTest::qWait(20);
-    EXPECT_TRUE(account->isSignedIn());
-}
-
-TEST_F(AccountTest, ASecretStoreThatIsSlowToKeepTheTokenCannotBeInterrupted) {
-    account->signIn();
-    EXPECT_TRUE(account->canCancel());
-    secrets.isSlow = true;
-    EXPECT_TRUE(web.takeLink(callback()));
-    EXPECT_TRUE(account->canCancel());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !account->canCancel(); }, 20'000));
-    account->cancelSignIn();
-    account->signOut();
-    EXPECT_TRUE(account->isBusy());
-    secrets.isSlow = false;
-    ASSERT_TRUE(waitUntilDone());
-    EXPECT_TRUE(account->isSignedIn());
 }
 
 TEST_F(AccountTest, AUserWithoutANameHasAnAddress) {
@@ -393,75 +250,6 @@ TEST_F(AccountTest, AServiceThatCannotBeReachedSaysWhy) {
     signIn();
     EXPECT_TRUE(server->requests().empty());
     expectSignedOut();
-}
-
-TEST_F(AccountTest, ATokenThatCannotBeSavedFailsTheSignIn) {
-    account->signIn();
-    secrets.refusal = QStringLiteral("The wallet is locked.");
-    EXPECT_TRUE(web.takeLink(callback()));
-    ASSERT_TRUE(waitUntilDone());
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("The wallet is locked."));
-    EXPECT_FALSE(account->isSignedIn());
-    EXPECT_TRUE(account->email().isEmpty());
-    EXPECT_FALSE(preferences.value(emailKey).isValid());
-}
-
-TEST_F(AccountTest, SigningOutTellsTheServiceAndForgets) {
-    signIn();
-    signOut();
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("Signed out."));
-    expectSignedOut();
-    ASSERT_TRUE(waitForRequests(2));
-    LoopbackServer::Request sent = server->requests().back();
-    EXPECT_EQ(sent.method, "POST");
-    EXPECT_EQ(sent.target, "/api/auth/sign-out");
-    EXPECT_EQ(sent.headers["authorization"], "Bearer secret-token");
-    EXPECT_TRUE(sent.body.isEmpty());
-    restart(server->url());
-    expectSignedOut();
-}
-
-TEST_F(AccountTest, SigningOutOfflineForgetsAllTheSame) {
-    signIn();
-    server.reset();
-    signOut();
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("Signed out."));
-    expectSignedOut();
-    QTest::qWait(100);
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("Signed out."));
-    expectSignedOut();
-}
-
-TEST_F(AccountTest, SigningOutWithoutATokenAsksNobody) {
-    preferences.setValue(emailKey, QStringLiteral("left over"));
-    restart(server->url());
-    signOut();
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("Signed out."));
-    expectSignedOut();
-    QTest::qWait(50);
-    EXPECT_EQ(server->connectionCount(), 0);
-}
-
-TEST_F(AccountTest, ATokenThatCannotBeRemovedKeepsTheUserSignedIn) {
-    signIn();
-    secrets.refusal = QStringLiteral("The wallet is locked.");
-    signOut();
-    EXPECT_EQ(account->statusMessage(), QStringLiteral("The wallet is locked."));
-    EXPECT_TRUE(account->isSignedIn());
-    EXPECT_EQ(account->email(), QStringLiteral("z@example.org"));
-    QTest::qWait(50);
-    EXPECT_EQ(server->requests().size(), 1U);
-}
-
-TEST_F(AccountTest, TellsOfEveryChange) {
-    int changes = 0;
-    QObject::connect(account.get(), &QuillabraeAccountService::changed, account.get(),
-                     [&] { ++changes; });
-    signIn();
-    EXPECT_GE(changes, 3);
-    const int before = changes;
-    signOut();
-    EXPECT_GE(changes, before + 2);
 }
 
 } // namespace
