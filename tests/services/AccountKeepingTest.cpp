@@ -2,12 +2,8 @@
 // What is kept of a signed-in user, across starts, refusals of the secret store and the sign-out.
 #include "services/AccountTest.h"
 
-#include <QTcpSocket>
-
 namespace quillabrae::services {
 namespace {
-
-using namespace std::chrono_literals;
 
 TEST_F(AccountTest, TheNextStartKnowsTheUser) {
     signIn();
