@@ -120,6 +120,21 @@ class Editor:
         return until(lambda: next((w for w, title in self.windows() if title.startswith(words)), None),
                      f"a window titled {words!r}", seconds)
 
+    def wait_until_closed(self, title):
+        """Until no window has that title, and another one has the keys that are pressed next."""
+        until(lambda: title not in self.titles() and self._has_active_window(), f"{title!r} to close")
+
+    def wait_until_alone(self):
+        """Until one window is left, and has the keys that are pressed next."""
+        until(lambda: len(self.windows()) == 1 and self._has_active_window(),
+              "all windows but one to close")
+
+    def _has_active_window(self):
+        try:
+            return any(window.has("active") for window, _ in self.windows())
+        except GLib.Error:
+            return False
+
     def wait_for_control(self, name, role=None, seconds=10.0):
         def look():
             node = self.node()

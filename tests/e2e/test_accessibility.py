@@ -111,7 +111,7 @@ class Accessibility(DeskCase):
             while not next_button.has("focused"):
                 self.desk.keys("Tab")
             self.desk.keys("Return")
-        until(lambda: len(editor.windows()) == 1, "the tour to close")
+        editor.wait_until_alone()
         self.check(editor.wait_for_window("Welcome to Quillabrae"), "Welcome")
 
     def test_the_welcome_window_with_recents(self):
@@ -144,7 +144,7 @@ class Accessibility(DeskCase):
                 editor.click(dialog.button)
             self.check(editor.wait_for_window(dialog.title), dialog.title)
             self.desk.keys("Escape")
-            until(lambda: len(editor.windows()) == 1, f"{dialog.title} to close")
+            editor.wait_until_alone()
 
     def test_every_pane_of_the_settings(self):
         editor = self.start_with_a_project()
@@ -159,7 +159,7 @@ class Accessibility(DeskCase):
                 self.desk.keys("Tab")
             self.desk.keys("Down")
         self.desk.keys("Escape")
-        until(lambda: len(editor.windows()) == 1, "the settings to close")
+        editor.wait_until_alone()
 
     def test_the_library(self):
         editor = self.start_with_a_project()

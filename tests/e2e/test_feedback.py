@@ -70,7 +70,7 @@ class Feedback(ServicesCase):
             self.assertEqual((sent.format, sent.size), ("JPEG", (1800, 1013)))
             self.assertFalse(sent.getexif(), "nothing of the camera's notes goes along")
         editor.click("Done")
-        until(lambda: "Give Feedback" not in editor.titles(), "the dialog to close")
+        editor.wait_until_closed("Give Feedback")
 
     def test_a_refusal_is_told_and_the_words_stay(self):
         self.answer = Answer(429, b'{"error": "Too much for one day."}')
@@ -100,7 +100,7 @@ class Feedback(ServicesCase):
         editor.wait_for_control("Send Feedback", "push button")
         editor.wait_for_status("5 / 5,000")
         editor.click("Cancel")
-        until(lambda: "Give Feedback" not in editor.titles(), "the dialog to close")
+        editor.wait_until_closed("Give Feedback")
 
     def test_a_build_without_a_service_says_so(self):
         self.configure(SERVICE_URL="")

@@ -35,7 +35,7 @@ class Keyboard(DeskCase):
         self.desk.keys("Return")
         editor.wait_for_control("Step 2 of 6")
         self.desk.keys("Escape")
-        until(lambda: editor.titles() == ["Welcome to Quillabrae"], "the tour to close")
+        editor.wait_until_closed("Paint.NET Quick Start")
 
     def make_a_project(self, editor):
         self.wait_for_focus(editor, "New Project")

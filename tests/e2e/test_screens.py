@@ -187,7 +187,7 @@ class Screens(ServicesCase):
     def leave(self, editor):
         """Closes what is open beside the one window that stays."""
         self.desk.keys("Escape")
-        until(lambda: len(editor.windows()) == 1, "the editor window to be alone")
+        editor.wait_until_alone()
 
     # The windows
 
@@ -206,7 +206,7 @@ class Screens(ServicesCase):
             self.capture(f"quick-start-{index}-{step.lower()}", "Paint.NET Quick Start", (760, 610))
             self.desk.keys("Page_Down")
         self.desk.keys("Escape")
-        until(lambda: len(editor.windows()) == 1, "the tour to close")
+        editor.wait_until_alone()
         self.capture("welcome-first", "Welcome to Quillabrae", (480, 632))
         self.end(editor)
 
@@ -238,7 +238,7 @@ class Screens(ServicesCase):
                        300 * self.scale, 300 * self.scale)
         self.capture("plugin-library-smallest", "Plugin Library", (820, 560))
         self.desk.keys("alt+F4")
-        until(lambda: "Plugin Library" not in editor.titles(), "the library to close")
+        editor.wait_until_closed("Plugin Library")
 
     def settings(self, editor):
         self.desk.keys("ctrl+comma")

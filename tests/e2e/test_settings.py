@@ -48,7 +48,7 @@ class Settings(ServicesCase):
 
     def leave_settings(self, editor):
         self.desk.keys("Escape")
-        until(lambda: "Settings" not in editor.titles(), "the settings to close")
+        editor.wait_until_closed("Settings")
 
     def choose_in_menu(self, editor, current, wanted_key, wanted):
         """Opens the menu that shows `current` and goes to an end of it by key."""
@@ -191,7 +191,7 @@ class Settings(ServicesCase):
         self.desk.keys("ctrl+z")
         editor.wait_for_status("Restored")
         self.desk.keys("ctrl+w")
-        until(lambda: "Plugin Library" not in editor.titles(), "the library to close")
+        editor.wait_until_closed("Plugin Library")
         self.assertEqual(len(editor.windows()), 1)
 
         editor.kill()

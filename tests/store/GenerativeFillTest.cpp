@@ -349,13 +349,14 @@ TEST_F(GenerativeFill, APictureIsDecodedBesideTheRunningProgram) {
     id = makeProject(*store);
     selectRect({2, 1, 3, 2});
     fill();
+    QSignalSpy entries(store.get(), &ProjectStore::historyChanged);
     http.answer(picture(8, 6, Qt::red));
     EXPECT_TRUE(ends.isEmpty());
     const auto cancelled = fill();
     http.answer(picture(8, 6, Qt::blue));
     store->cancelGenerativeFill(cancelled);
-    QSignalSpy entries(store.get(), &ProjectStore::historyChanged);
-    ASSERT_TRUE(entries.wait());
+    // The first picture may have come while the second fill waited for its key.
+    ASSERT_TRUE(!entries.isEmpty() || entries.wait());
     EXPECT_EQ(ends, QStringList{QStringLiteral("applied")});
     EXPECT_EQ(redPixels(0), QRect(2, 1, 3, 2));
 }
