@@ -12,6 +12,7 @@ import landscape
 from case import DeskCase
 from desk import until
 from editor import store_records
+from pictures import DRAWING
 from test_screens import DIALOGS, TOOLS
 
 # What people operate. Items are reached with the arrow keys of what holds them.
@@ -135,6 +136,10 @@ class Accessibility(DeskCase):
 
     def test_every_dialog(self):
         editor = self.start_with_a_project()
+        # What the dialog that is opened by pasting asks about.
+        drawing = self.desk.home / "drawing.svg"
+        drawing.write_bytes(DRAWING)
+        self.desk.copy("image/svg+xml", drawing)
         for dialog in DIALOGS:
             if dialog.title.endswith(" Quillabrae") or dialog.name == "open":
                 continue  # The toolkit's own.
