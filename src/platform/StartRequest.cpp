@@ -2,6 +2,7 @@
 #include "platform/StartRequest.h"
 
 #include "platform/ProgramLink.h"
+#include "platform/StartupNotification.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -88,13 +89,14 @@ QByteArray activationTokenOfThisStart() {
     return {};
 }
 
-ActivationLeave::ActivationLeave(const QByteArray& token) {
+ActivationLeave::ActivationLeave(const QByteArray& token) : m_token(token) {
     if (token.isEmpty()) return;
     for (const char* variable : tokenVariables) qputenv(variable, token);
 }
 
 ActivationLeave::~ActivationLeave() {
     for (const char* variable : tokenVariables) qunsetenv(variable);
+    endStartupNotification(m_token);
 }
 
 } // namespace quillabrae::platform

@@ -48,13 +48,17 @@ QList<QUrl> urlsFromArguments(const QStringList& arguments, const QString& worki
 /// which may take it away.
 QByteArray activationTokenOfThisStart();
 
-/// Lets windows that are brought to the front while this lives use a request's token.
+/// Lets windows that are brought to the front while this lives use a request's token; then the
+/// start that the desktop gave it for is over.
 class ActivationLeave final {
 public:
     explicit ActivationLeave(const QByteArray& token);
     ~ActivationLeave();
     ActivationLeave(const ActivationLeave&) = delete;
     ActivationLeave& operator=(const ActivationLeave&) = delete;
+
+private:
+    QByteArray m_token;
 };
 
 } // namespace quillabrae::platform

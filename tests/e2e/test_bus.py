@@ -11,6 +11,7 @@ from case import DeskCase
 from desk import until
 from editor import PROGRAM, Editor, store_settings
 from gi.repository import Gio, GLib
+from startups import Startups
 
 WELCOME = "Welcome to Quillabrae"
 
@@ -93,6 +94,23 @@ class OnTheBus(DeskCase):
         self.desk.keys("ctrl+q")
         self.assertEqual(editor.process.wait(30), 0)
         self.assertFalse(self.bus.is_owned())
+
+    def test_the_busy_pointer_of_a_start_ends_however_it_arrives(self):
+        startups = Startups(self.desk.environment["DISPLAY"])
+        self.addCleanup(startups.close)
+
+        def wait_for_end(token):
+            until(lambda: f'remove: ID="{token}"' in startups.messages(), f"the end of {token}")
+        self.bus.activate(desktop_startup_id="a-menu-that-starts-it-by-the-bus_TIME1")
+        editor = self.started_by_the_bus()
+        editor.wait_for_window(WELCOME)
+        wait_for_end("a-menu-that-starts-it-by-the-bus_TIME1")
+        self.bus.open(self.drawing, desktop_startup_id="files_TIME22")
+        wait_for_end("files_TIME22")
+        self.desk.environment["DESKTOP_STARTUP_ID"] = 'a_"quoted"_\\_one_TIME3'
+        self.assertEqual(self.second_start(editor, self.photo), 0)
+        wait_for_end('a_\\"quoted\\"_\\\\_one_TIME3')
+        self.assertEqual(len(editor.windows()), 1)
 
     def test_unkind_callers_do_no_harm(self):
         editor = self.start_and_wait(self.drawing)

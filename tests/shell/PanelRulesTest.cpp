@@ -35,6 +35,20 @@ TEST(PanelRules, KnowsPackagesByTheirExtensionInAnyCase) {
     EXPECT_FALSE(PanelRules::isPackageName(QStringLiteral("/home/cat.png")));
 }
 
+TEST(PanelRules, TakesWhatIsInsideAPackageForThePackage) {
+    const QTemporaryDir folder;
+    QDir(folder.path()).mkpath(QStringLiteral("cat.quillabrae/kept.quillabrae"));
+    const auto outside = [&](const char* path) {
+        return PanelRules::outsideOfPackages(folder.filePath(QString::fromLatin1(path)));
+    };
+    const QString package = folder.filePath(QStringLiteral("cat.quillabrae"));
+    EXPECT_EQ(outside("cat.quillabrae/dog"), package);
+    EXPECT_EQ(outside("cat.quillabrae/kept.quillabrae/dog.png"), package);
+    EXPECT_EQ(outside("cat.quillabrae"), package);
+    EXPECT_EQ(outside("dog.quillabrae/new"), folder.filePath(QStringLiteral("dog.quillabrae/new")));
+    EXPECT_EQ(outside("dog.png"), folder.filePath(QStringLiteral("dog.png")));
+}
+
 TEST(PanelRules, SuggestsNamesWithoutFolders) {
     EXPECT_EQ(PanelRules::fileNameFrom(QStringLiteral("a/b")), QStringLiteral("a-b"));
 }

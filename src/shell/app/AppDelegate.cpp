@@ -40,6 +40,8 @@ AppDelegate::AppDelegate(store::ProjectStore& store, WindowCoordinator& windows,
 }
 
 void AppDelegate::finishLaunching(const StartRequest& request) {
+    // A start by the bus has its token from the call.
+    const platform::ActivationLeave leave(request.activationToken);
     const bool startsInEditor = m_store.hasActiveProject() || !request.files.isEmpty();
     if (startsInEditor)
         m_windows.showEditorWindow(m_store.activeProjectID());

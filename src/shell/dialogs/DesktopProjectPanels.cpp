@@ -2,6 +2,7 @@
 #include "shell/dialogs/DesktopProjectPanels.h"
 
 #include "shell/dialogs/Alert.h"
+#include "shell/dialogs/DesktopFileDialog.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/PanelRules.h"
 #include "store/PromptTexts.h"
@@ -25,6 +26,34 @@ QComboBox* makeFormatList(QWidget* parent) {
     return list;
 }
 
+platform::FileChooserQuestion::Filter imageFilter() {
+    return {QStringLiteral("Images"), PanelRules::imagePatterns()};
+}
+
+platform::FileChooserQuestion::Filter everyFile() {
+    return {QStringLiteral("All Files"), {QStringLiteral("*")}};
+}
+
+/// As our own dialog has it.
+QString nameFilter(const platform::FileChooserQuestion::Filter& filter) {
+    return filter.title + QStringLiteral(" (") + filter.patterns.join(u' ') + u')';
+}
+
+QList<platform::FileChooserQuestion::Option> formatOptions() {
+    QList<platform::FileChooserQuestion::Option> options;
+    for (const persistence::SaveFormat format : persistence::allSaveFormats())
+        options.append({persistence::rawText(format), persistence::title(format)});
+    return options;
+}
+
+/// What an answer of the desktop's dialog is to be saved as. One that shows no options leaves it to
+/// the name.
+persistence::SaveFormat formatOf(const DesktopFileDialog::Answer& answer) {
+    if (const auto chosen = persistence::saveFormatFromRawText(answer.option)) return *chosen;
+    return persistence::saveFormatOf(QUrl::fromLocalFile(answer.path))
+        .value_or(persistence::SaveFormat::project);
+}
+
 } // namespace
 
 DesktopProjectPanels::DesktopProjectPanels(std::function<QWidget*()> parent)
@@ -36,28 +65,40 @@ QString DesktopProjectPanels::startFolder() const {
     return QDir(pictures).exists() ? pictures : QDir::homePath();
 }
 
-void DesktopProjectPanels::rememberFolder(const QString& path) {
+std::optional<QUrl> DesktopProjectPanels::remembered(const QString& path) {
     m_lastFolder = QFileInfo(path).absolutePath();
+    return QUrl::fromLocalFile(path);
 }
 
-std::optional<QUrl> DesktopProjectPanels::chooseFile(const QString& title, const QString& kind,
-                                                     const QStringList& patterns, QWidget* parent) {
+std::optional<QUrl> DesktopProjectPanels::chooseFile(
+    const QString& title, const platform::FileChooserQuestion::Filter& filter, QWidget* parent) {
     PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptOpen, parent);
-    dialog.setNameFilters({kind + QStringLiteral(" (") + patterns.join(u' ') + u')',
-                           QStringLiteral("All Files (*)")});
+    dialog.setNameFilters({nameFilter(filter), nameFilter(everyFile())});
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    rememberFolder(dialog.chosenPath());
-    return QUrl::fromLocalFile(dialog.chosenPath());
+    return remembered(dialog.chosenPath());
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseImage(const QString& title, QWidget* parent) {
-    return chooseFile(title, QStringLiteral("Images"), PanelRules::imagePatterns(), parent);
+    const auto answer = DesktopFileDialog::ask({.title = title,
+                                                .acceptLabel = QStringLiteral("Open"),
+                                                .filters = {imageFilter(), everyFile()},
+                                                .folder = startFolder()},
+                                               parent);
+    switch (answer.outcome) {
+        case DesktopFileDialog::Outcome::chosen:
+            return remembered(answer.path);
+        case DesktopFileDialog::Outcome::cancelled:
+            return std::nullopt;
+        case DesktopFileDialog::Outcome::unavailable:
+            break;
+    }
+    return chooseFile(title, imageFilter(), parent);
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseProjectToOpen() {
-    return chooseFile(QStringLiteral("Open Quillabrae Project or Image"),
-                      QStringLiteral("Projects and Images"), PanelRules::projectAndImagePatterns(),
-                      m_parent());
+    return chooseFile(
+        QStringLiteral("Open Quillabrae Project or Image"),
+        {QStringLiteral("Projects and Images"), PanelRules::projectAndImagePatterns()}, m_parent());
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseImageToImport() {
@@ -66,17 +107,46 @@ std::optional<QUrl> DesktopProjectPanels::chooseImageToImport() {
 
 std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseSaveDestination(
     const QString& suggestedName) {
-    PackageFileDialog dialog(QStringLiteral("Save Quillabrae"), startFolder(),
-                             QFileDialog::AcceptSave, m_parent());
+    const QString title = QStringLiteral("Save Quillabrae");
+    const QString name = PanelRules::fileNameFrom(suggestedName);
+    const auto answer = DesktopFileDialog::ask({.kind = platform::FileChooserQuestion::Kind::save,
+                                                .title = title,
+                                                .acceptLabel = QStringLiteral("Save"),
+                                                .folder = startFolder(),
+                                                .name = name,
+                                                .optionsTitle = QStringLiteral("Format:"),
+                                                .options = formatOptions()},
+                                               m_parent());
+    switch (answer.outcome) {
+        case DesktopFileDialog::Outcome::chosen:
+            return destinationOf(PanelRules::outsideOfPackages(answer.path), formatOf(answer),
+                                 QUrl::fromLocalFile(answer.path));
+        case DesktopFileDialog::Outcome::cancelled:
+            return std::nullopt;
+        case DesktopFileDialog::Outcome::unavailable:
+            break;
+    }
+    return chooseDestinationHere(title, name);
+}
+
+std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseDestinationHere(
+    const QString& title, const QString& name) {
+    PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptSave, m_parent());
     QComboBox* formats = makeFormatList(&dialog);
     dialog.addAccessory(QStringLiteral("Format:"), formats);
-    dialog.selectFile(PanelRules::fileNameFrom(suggestedName));
+    dialog.selectFile(name);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    rememberFolder(dialog.chosenPath());
     const auto chosen = static_cast<std::size_t>(formats->currentIndex());
-    const persistence::SaveFormat format = persistence::allSaveFormats().at(chosen);
-    const QUrl url = PanelRules::destination(dialog.chosenPath(), format);
-    if (!confirmOverwriteIfNeeded(url)) return std::nullopt;
+    return destinationOf(dialog.chosenPath(), persistence::allSaveFormats().at(chosen), QUrl());
+}
+
+std::optional<persistence::SaveDestination> DesktopProjectPanels::destinationOf(
+    const QString& path, persistence::SaveFormat format, const QUrl& agreedTo) {
+    m_lastFolder = QFileInfo(path).absolutePath();
+    const QUrl url = PanelRules::destination(path, format);
+    // To other programs a package is a folder, which nobody is asked about.
+    const bool isAgreed = url == agreedTo && QFileInfo(url.toLocalFile()).isFile();
+    if (!isAgreed && !confirmOverwriteIfNeeded(url)) return std::nullopt;
     return persistence::SaveDestination{url, format};
 }
 

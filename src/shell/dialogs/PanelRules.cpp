@@ -61,6 +61,14 @@ QUrl destination(const QString& typedPath, persistence::SaveFormat format) {
                                persistence::fileExtension(format));
 }
 
+QString outsideOfPackages(const QString& path) {
+    QString outermost = path;
+    for (QString folder = path; folder.size() > 1; folder = QFileInfo(folder).path()) {
+        if (isPackageName(folder) && QFileInfo(folder).isDir()) outermost = folder;
+    }
+    return outermost;
+}
+
 QString fileNameFrom(const QString& suggestedName) {
     QString name = suggestedName;
     name.replace(u'/', u'-');

@@ -24,6 +24,10 @@ QStringList imagePatterns();
 /// typed.
 QUrl destination(const QString& typedPath, persistence::SaveFormat format);
 
+/// The package that a path leads into, the outermost of several; any other path as it is. Dialogs
+/// that know no packages enter them.
+QString outsideOfPackages(const QString& path);
+
 /// A file name that has nothing of a path in it.
 QString fileNameFrom(const QString& suggestedName);
 
