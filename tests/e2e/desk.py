@@ -163,7 +163,8 @@ class Desk:
     # Pointer and keyboard
 
     def move(self, point):
-        self.tool("xdotool", "mousemove", "--sync", round(point[0]), round(point[1]))
+        # Its option to wait until the pointer has moved waits for long where the pointer is there.
+        self.tool("xdotool", "mousemove", round(point[0]), round(point[1]))
 
     def click(self, point, button=1):
         self.move(point)
@@ -178,7 +179,7 @@ class Desk:
         self.move(points[0])
         self.tool("xdotool", "mousedown", button)
         for point in points[1:]:
-            self.tool("xdotool", "mousemove", "--sync", round(point[0]), round(point[1]))
+            self.move(point)
             time.sleep(0.03)
         self.tool("xdotool", "mouseup", button)
 

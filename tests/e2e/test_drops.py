@@ -43,9 +43,8 @@ class Drops(PicturesCase):
         self.desk.tool("xdotool", "mousedown", 1)
         # Enough of them that both sides have answered each other before the end.
         for step in range(1, 11):
-            self.desk.tool("xdotool", "mousemove", "--sync",
-                           round(SOURCE_PLACE[0] + (x - SOURCE_PLACE[0]) * step / 10),
-                           round(SOURCE_PLACE[1] + (y - SOURCE_PLACE[1]) * step / 10))
+            self.desk.move((SOURCE_PLACE[0] + (x - SOURCE_PLACE[0]) * step / 10,
+                            SOURCE_PLACE[1] + (y - SOURCE_PLACE[1]) * step / 10))
             time.sleep(0.08)
         time.sleep(0.2)
         self.desk.tool("xdotool", "mouseup", 1)

@@ -130,8 +130,7 @@ class Screens(ServicesCase):
         number = until(lambda: self.window_number(title), f"the window {title!r}")
         place = self.place_of_window(number)
         if not hovers:
-            # Not waiting for it to move, since it may be there.
-            self.desk.tool("xdotool", "mousemove", 1, 960 * self.scale - 2)
+            self.desk.move((1, 960 * self.scale - 2))
         before = b""
 
         def is_still():
