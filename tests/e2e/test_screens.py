@@ -293,7 +293,7 @@ class Screens(ServicesCase):
     def keyboard_and_pointer(self, editor):
         tools = editor.wait_for_control("Tools")
         self.desk.move(self.place_of(tools.find("Gradient", "check box")))
-        editor.wait_for_control("Gradient", "label")
+        editor.wait_for_control("Gradient", "label", 30)
         self.capture("editor-tooltip", "evening - Quillabrae v", (1180, 820), hovers=True)
         for _ in range(60):
             if tools.find(state="focused"):
