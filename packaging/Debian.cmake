@@ -33,7 +33,9 @@ and keep the result as a project whose layers stay editable, or as a picture
 for everybody else.
 .
 Work that is open comes back after a crash, with its undo history.")
-set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+# Installs beside the prefix and not with another one, which files would then name.
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${QUILLABRAE_MAINTAINER}")

@@ -19,7 +19,7 @@ LINKS = ROOT / "src/platform/ProgramLink.h"
 FILLED_IN = {"QUILLABRAE_HOMEPAGE": "https://quillabrae.example",
              "QUILLABRAE_SCREENSHOTS_URL": "https://quillabrae.example/images",
              "PROJECT_VERSION": "0.1.0", "QUILLABRAE_RELEASE_DATE": "2026-01-01",
-             "CMAKE_INSTALL_FULL_BINDIR": "/usr/bin"}
+             "QUILLABRAE_PROGRAM": "/usr/bin/quillabrae"}
 # The id keeps its capital letters: the clipboard's own type is named by it as well.
 ACCEPTED = {"cid-contains-uppercase-letter"}
 

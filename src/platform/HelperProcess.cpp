@@ -161,7 +161,7 @@ std::span<const std::uint8_t> SharedMemory::bytes() {
 
 QString helperProgram(const QString& name) {
     const QString folder = QCoreApplication::applicationDirPath();
-    for (const QString& place : {QStringLiteral("/"), QStringLiteral("/../libexec/quillabrae/")}) {
+    for (const QString& place : {QStringLiteral("/"), QStringLiteral("/" QUILLABRAE_HELPERS "/")}) {
         const QString path = folder + place + name;
         if (const QFileInfo program(path); program.isFile() && program.isExecutable()) return path;
     }

@@ -31,17 +31,23 @@ def install(desk):
     service = (PACKAGING / f"{NAME}.service.in").read_text()
     for file, content in (
             (data / f"dbus-1/services/{NAME}.service",
-             service.replace("@CMAKE_INSTALL_FULL_BINDIR@/quillabrae", str(PROGRAM))),
+             service.replace("@QUILLABRAE_PROGRAM@", str(PROGRAM))),
             (data / f"applications/{NAME}.desktop",
              (PACKAGING / f"{NAME}.desktop").read_text().replace(
                  "Exec=quillabrae", f"Exec={PROGRAM}"))):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(content)
+    tell_screen(desk)
+
+
+def tell_screen(desk):
+    """Has the bus of a desk read what is installed, and start programs on the desk's screen."""
     bus = SessionBus(desk)
     bus.call_bus("ReloadConfig")
     # As a session tells the bus, which is older than the screen, for the programs that it starts.
     screen = {name: desk.environment[name] for name in SCREEN if name in desk.environment}
     bus.call_bus("UpdateActivationEnvironment", GLib.Variant("(a{ss})", (screen,)))
+    return bus
 
 
 def launch(desk, *files):
