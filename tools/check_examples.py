@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Follows the walked examples of docs/examples on a copy of the source: writes the files that they
-show, applies their patches, builds the test program that they name and runs it as they say.
+show, applies their patches, builds the test programs that they name and runs them as they say.
 
-Only what the example touches is compiled, sources that include a changed header among them; the rest
-is linked from the build that is there, which has to be up to date.
+Only what the example touches is compiled: what it adds or changes, and of the floors whose headers it
+changes also what includes those. The rest is linked from the build that is there, which has to be up
+to date; a case at the end of a list means nothing to floors that do not name it.
 """
 
 import argparse
@@ -46,8 +47,8 @@ class Example:
             elif kind == "diff":
                 self._change(text)
         steps = "".join(text for kind, _, text in blocks if kind == "sh")
-        self.target = re.search(r"--target (\w+)", steps).group(1)
-        self.arguments = re.search(rf"bin/{self.target} (.*)", steps).group(1)
+        self.programs = [(target, re.search(rf"bin/{target} (.*)", steps).group(1))
+                         for target in re.findall(r"--target (\w+)", steps)]
 
     def _write(self, name, text):
         file = self._copy / name
@@ -75,44 +76,72 @@ class Example:
                 for file in (self._copy / folder).rglob("*") if file.suffix in (".h", ".cpp")}
 
     def _touched(self):
-        """The sources that are new or changed, or include something that is."""
+        """The sources that are new or changed, or include a changed header of their own floor, or
+        that several test programs share."""
         texts = self._texts()
         changed = {name for name, text in texts.items() if self._before.get(name) != text}
         users = {}
         for name, text in texts.items():
             for included in INCLUDE.findall(text):
-                for place in ("src", "tests"):
+                for place in FOLDERS:
                     users.setdefault(Path(place) / included, set()).add(name)
-        waiting = list(changed)
+        touched = set(changed)
+        for header in (name for name in changed if name.suffix == ".h"):
+            floor = header.parts[1]
+            touched |= {name for name in self._reached(header, users)
+                        if name.parts[1] in (floor, "support")}
+        return sorted(name for name in touched if name.suffix == ".cpp")
+
+    @staticmethod
+    def _reached(header, users):
+        reached, waiting = {header}, [header]
         while waiting:
-            new = users.get(waiting.pop(), set()) - changed
-            changed |= new
+            new = users.get(waiting.pop(), set()) - reached
+            reached |= new
             waiting += new
-        return sorted(name for name in changed if name.suffix == ".cpp")
+        return reached
 
     def test(self, jobs):
-        link, objects = self._link_command()
-        floor = self.target.removesuffix("_tests")
-        # Other floors are not in this program.
-        sources = [name for name in self._touched() if name.parts[1] == floor]
+        """How many sources were compiled, and what each program said in the end."""
+        links = {target: self._link_command(target) for target, _ in self.programs}
+        sources = [name for name in self._touched()
+                   if name.parts[0] == "src" or any(self._is_in(name, *links[target], target)
+                                                    for target in links)]
         with ThreadPoolExecutor(jobs) as pool:
-            made = list(pool.map(self._compile, sources))
-        replaced = {f"{name.name}.o" for name in sources}
+            made = dict(zip(sources, pool.map(self._compile, sources)))
+        return len(sources), [self._run(target, arguments, *links[target], made)
+                              for target, arguments in self.programs]
+
+    @staticmethod
+    def _is_in(name, link, objects, target):
+        """Whether a test program is made of this source."""
+        floor = target.removesuffix("_tests")
+        if name.parts[0] == "src":
+            return any(part.endswith(f"libquillabrae_{name.parts[1]}.a") for part in link)
+        if name.parts[1] == "support":
+            return any(Path(part).name == f"{name.name}.o" for part in objects)
+        return name.parts[1] == floor
+
+    def _run(self, target, arguments, link, objects, made):
+        ours = {name: file for name, file in made.items()
+                if self._is_in(name, link, objects, target)}
+        replaced = {f"{name.name}.o" for name in ours}
         kept = [name for name in objects if Path(name).name not in replaced]
-        program = self._copy / self.target
-        arguments = [part for part in link if part not in objects]
-        output = arguments.index("-o") + 1
-        arguments[output] = str(program)
+        program = self._copy / target
+        command = [part for part in link if part not in objects]
+        output = command.index("-o") + 1
+        command[output] = str(program)
         # Ours first: the libraries' own copies of them are then not asked for.
-        run(arguments[:output - 1] + made + kept + arguments[output - 1:], cwd=self._build)
-        said = run([program, *shlex.split(self.arguments)],
+        run(command[:output - 1] + list(ours.values()) + kept + command[output - 1:],
+            cwd=self._build)
+        said = run([program, *shlex.split(arguments)],
                    env=os.environ | {"QT_QPA_PLATFORM": "offscreen"}, cwd=self._copy)
-        return len(sources), re.search(r"\[  PASSED  \] .*", said).group(0)
+        return re.search(r"\[  PASSED  \] .*", said).group(0)
 
     def _compile(self, name):
         entry = self._like(name)
         arguments = shlex.split(entry["command"])
-        result = str(self._copy / f"{name.name}.o")
+        result = str(self._copy / f"{'-'.join(name.parts)}.o")
         arguments[arguments.index("-o") + 1] = result
         arguments[arguments.index("-c") + 1] = str(self._copy / name)
         for place in FOLDERS:
@@ -133,11 +162,11 @@ class Example:
         return next((entry for entry in neighbours if Path(entry["file"]) == ROOT / name),
                     neighbours[0])
 
-    def _link_command(self):
-        last = run(["ninja", "-C", self._build, "-t", "commands", self.target])
-        line = next(line for line in reversed(last.splitlines()) if f"-o bin/{self.target}" in line)
+    def _link_command(self, target):
+        last = run(["ninja", "-C", self._build, "-t", "commands", target])
+        line = next(line for line in reversed(last.splitlines()) if f"-o bin/{target} " in line)
         # CMake puts the linker between two commands that do nothing.
-        command = next(part for part in line.split("&&") if f"-o bin/{self.target}" in part)
+        command = next(part for part in line.split("&&") if f"-o bin/{target} " in part)
         arguments = shlex.split(command)
         return arguments, [part for part in arguments if part.endswith(".cpp.o")]
 
@@ -151,8 +180,8 @@ def main():
     for page in options.page or sorted((ROOT / "docs/examples").glob("*.md")):
         with tempfile.TemporaryDirectory(prefix="quillabrae-example.") as folder:
             example = Example(page, options.build.resolve(), Path(folder))
-            count, verdict = example.test(options.jobs)
-            print(f"{page.name}: {count} sources compiled, {verdict}")
+            count, verdicts = example.test(options.jobs)
+            print(f"{page.name}: {count} sources compiled, {', '.join(verdicts)}")
 
 
 if __name__ == "__main__":
