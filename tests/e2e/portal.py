@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A desktop's settings service: whether the desktop is light or dark, and whether things move."""
+"""A desktop's settings service: whether the desktop is light or dark and in high contrast, how large
+letters are, and whether things move."""
 
 import threading
 
@@ -12,11 +13,20 @@ INTERFACE = "org.freedesktop.portal.Settings"
 SCHEME = ("org.freedesktop.appearance", "color-scheme")
 ANIMATIONS = ("org.gnome.desktop.interface", "enable-animations")
 PREFERENCE = ("org.freedesktop.appearance", "reduced-motion")
+CONTRAST = ("org.freedesktop.appearance", "contrast")
+HIGH_CONTRAST = ("org.gnome.desktop.a11y.interface", "high-contrast")
+TEXT_SCALE = ("org.gnome.desktop.interface", "text-scaling-factor")
 VALUES = {"light": GLib.Variant("u", 2), "dark": GLib.Variant("u", 1),
           "moving": GLib.Variant("b", True), "still": GLib.Variant("b", False),
-          "any motion": GLib.Variant("u", 0), "less motion": GLib.Variant("u", 1)}
+          "any motion": GLib.Variant("u", 0), "less motion": GLib.Variant("u", 1),
+          "any contrast": GLib.Variant("u", 0), "more contrast": GLib.Variant("u", 1),
+          "plain theme": GLib.Variant("b", False), "stark theme": GLib.Variant("b", True),
+          "usual letters": GLib.Variant("d", 1.0), "large letters": GLib.Variant("d", 1.5)}
 SETTINGS = {"light": SCHEME, "dark": SCHEME, "moving": ANIMATIONS, "still": ANIMATIONS,
-            "any motion": PREFERENCE, "less motion": PREFERENCE}
+            "any motion": PREFERENCE, "less motion": PREFERENCE,
+            "any contrast": CONTRAST, "more contrast": CONTRAST,
+            "plain theme": HIGH_CONTRAST, "stark theme": HIGH_CONTRAST,
+            "usual letters": TEXT_SCALE, "large letters": TEXT_SCALE}
 DESCRIPTION = f"""
 <node><interface name="{INTERFACE}">
   <method name="Read">

@@ -9,11 +9,14 @@ import unittest
 from gi.repository import GLib
 
 import landscape
+import photos
 from case import DeskCase
 from desk import until
 from editor import store_records
+from keyring import Keyring
 from pictures import DRAWING
-from test_screens import DIALOGS, TOOLS
+from services import ServicesCase
+from test_screens import ALERTS, DIALOGS, TOOLS
 
 # What people operate. Items are reached with the arrow keys of what holds them.
 CONTROLS = {"push button", "check box", "radio button", "toggle button", "slider", "spin button",
@@ -27,7 +30,9 @@ ROUND_TRIP = [*["Right"] * 12, *["Left"] * 12, *["Down"] * 12, "Right", *["Up"] 
 VAGUE = {"", "unknown", "invalid", "filler", "panel", "client"}
 
 
-class Accessibility(DeskCase):
+class Walk:
+    """What both kinds of program are walked through with."""
+
     def start_with_a_project(self):
         store_records(self.desk, settings={"selectedTool": "brush"})
         editor = self.start(landscape.save(self.desk.home / "Pictures/evening.quillabrae"))
@@ -102,6 +107,8 @@ class Accessibility(DeskCase):
         except GLib.Error:
             return False
 
+
+class Accessibility(Walk, DeskCase):
     def test_the_first_windows(self):
         editor = self.start()
         tour = editor.wait_for_window("Paint.NET Quick Start")
@@ -141,13 +148,26 @@ class Accessibility(DeskCase):
         drawing.write_bytes(DRAWING)
         self.desk.copy("image/svg+xml", drawing)
         for dialog in DIALOGS:
-            if dialog.title.endswith(" Quillabrae") or dialog.name == "open":
-                continue  # The toolkit's own.
             if dialog.keys:
                 self.desk.keys(dialog.keys)
             else:
                 editor.click(dialog.button)
             self.check(editor.wait_for_window(dialog.title), dialog.title)
+            self.desk.keys("Escape")
+            editor.wait_until_alone()
+
+    def test_every_question(self):
+        editor = self.start_with_a_project()
+        self.desk.keys("ctrl+shift+n")
+        self.desk.copy("image/png", photos.PNG)
+        for alert in ALERTS:
+            self.desk.keys(*alert.keys[:-1])
+            if alert.keys[1:]:
+                editor.wait_for_window("Save Quillabrae")
+            self.desk.keys(alert.keys[-1])
+            editor.wait_for_control(alert.words)
+            question = next(window for window, title in editor.windows() if title == "Quillabrae")
+            self.check(question, alert.name)
             self.desk.keys("Escape")
             editor.wait_until_alone()
 
@@ -177,6 +197,27 @@ class Accessibility(DeskCase):
         until(lambda: len(editor.windows()) == 2, "the feedback dialog")
         dialog = next(w for w, title in editor.windows() if not title.startswith("evening"))
         self.check(dialog, "Feedback")
+
+
+class AccessibilityWithServices(Walk, ServicesCase):
+    def test_the_fill_dialog(self):
+        Keyring(self.desk)
+        self.configure(IMAGE_EDIT_URL=self.serve().url)
+        editor = self.start_with_a_project()
+        self.desk.keys("ctrl+comma")
+        editor.wait_for_window("Settings")
+        editor.click("Intelligence", "list item")
+        until(lambda: editor.labels().count("No key saved") == 2, "the keychain's answer")
+        editor.click("Bring your own OpenAI API key", "text")
+        self.desk.type("sk-a-key-of-the-test")
+        self.desk.keys("Return")
+        editor.wait_for_control("Connected with BYOK", "label")
+        self.desk.keys("Escape")
+        editor.wait_until_alone()
+        self.desk.keys("ctrl+a")
+        editor.wait_for_status("Selected canvas pixels")
+        editor.click("Generative Fill")
+        self.check(editor.wait_for_window("Generative Fill"), "Generative Fill")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Light and dark, moving and still, as the desktop is."""
+"""Light and dark, in high contrast, with large letters, moving and still, as the desktop is."""
 
 import time
 import unittest
@@ -45,6 +45,72 @@ class Looks(DeskCase):
         second = Portal(bus, "dark")
         second.change("light")
         until(lambda: not self.is_dark(editor), "the window to turn light")
+
+    def ground(self, editor):
+        """The colour of most of the welcome window."""
+        left, top, width, height = editor.wait_for_window("Welcome to Quillabrae").box
+        with Image.open(editor.screenshot("12-looks")) as shot:
+            inside = shot.convert("RGB").crop((left, top, left + width, top + height))
+        return max(inside.getcolors(width * height))[1]
+
+    def assert_contrast_follows(self, plain, stark):
+        """The two words are what the desktop says."""
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "light", plain)
+        editor = self.start()
+        self.assertNotEqual(self.ground(editor), (255, 255, 255))
+        portal.change(stark)
+        until(lambda: self.ground(editor) == (255, 255, 255), "a purely white ground")
+        portal.change("dark")
+        until(lambda: self.ground(editor) == (0, 0, 0), "a purely black ground")
+        portal.change(plain)
+        until(lambda: self.ground(editor) != (0, 0, 0), "a dark ground")
+
+    def test_contrast_is_high_while_the_user_prefers_it(self):
+        self.assert_contrast_follows("any contrast", "more contrast")
+
+    def test_contrast_is_high_while_the_desktop_has_a_stark_theme(self):
+        self.assert_contrast_follows("plain theme", "stark theme")
+
+    def test_contrast_is_high_from_the_first_frame_of_the_next_start(self):
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "more contrast")
+        editor = self.start()
+        until(lambda: self.ground(editor) == (255, 255, 255), "a purely white ground")
+        self.desk.keys("ctrl+q")
+        editor.process.wait(20)
+        self.running.remove(editor)
+        portal.close()
+        editor = self.start()
+        self.assertEqual(self.ground(editor), (255, 255, 255))
+
+    def test_letters_are_as_large_as_the_desktop_has_them(self):
+        portal = Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], "usual letters")
+        editor = self.start()
+        texts = ("Quillabrae", "No recent projects yet")
+
+        def heights():
+            return [editor.wait_for_control(text, "label").box[3] for text in texts]
+        usual = heights()
+        portal.change("large letters")
+        until(lambda: all(now > 1.3 * before for now, before in zip(heights(), usual)),
+              "larger letters")
+        self.assert_inside_their_window(editor, "Welcome to Quillabrae")
+        self.desk.keys("ctrl+n")
+        editor.wait_for_window("New Project")
+        self.assert_inside_their_window(editor, "New Project")
+        portal.change("usual letters")
+        until(lambda: heights() == usual, "letters as they were")
+        until(lambda: editor.wait_for_window("New Project").box[2:] == (420, 310),
+              "the dialog to be as large as before")
+
+    def assert_inside_their_window(self, editor, title):
+        window = editor.wait_for_window(title)
+        left, top, width, height = window.box
+        for control in window.walk():
+            if not control.has("showing"):
+                continue
+            x, y, w, h = control.box
+            self.assertTrue(left <= x and top <= y and x + w <= left + width
+                            and y + h <= top + height, (control.name, control.box, window.box))
 
     def ants_move(self, editor):
         """Whether the marching ants around the whole canvas look different within a second."""

@@ -31,6 +31,9 @@ from web import AccountService, install_browser
 SCREENS = Path(os.environ.get("QUILLABRAE_SCREENS", ROOT / "build/screens"))
 THEMES = ("light", "dark")
 SCALES = (1, 2)
+# Beside the usual one, and what the desktop says for it.
+LOOKS = {"large": ("large letters",), "stark": ("more contrast",)}
+LARGE_ROOM = (1800, 1300)
 TOOLS = {"shapes": "Shapes", "text": "Text", "magic-wand": "Magic Wand", "bucket": "Paint Bucket",
          "eraser": "Eraser", "zoom": "Zoom"}
 
@@ -103,11 +106,15 @@ class Screens(ServicesCase):
     def setUp(self):
         self.running = []
 
-    def use_desk(self, theme, scale):
-        self.theme, self.scale = theme, scale
-        self.desk = self.enterContext(Desk(size=(1320 * scale, 960 * scale)))
+    def use_desk(self, theme, scale, look=""):
+        """A look is one of LOOKS, or as most desktops are."""
+        self.theme, self.scale, self.look = theme, scale, look
+        width, height = LARGE_ROOM if look else (1320, 960)
+        self.screen = (width * scale, height * scale)
+        self.desk = self.enterContext(Desk(size=self.screen))
         self.desk.environment["QT_SCALE_FACTOR"] = str(scale)
-        Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], theme, "still")
+        Portal(self.desk.environment["DBUS_SESSION_BUS_ADDRESS"], theme, "still",
+               *LOOKS.get(look, ()))
         # The theme of the last run, so that the first frame has it already.
         store_records(self.desk)
         self.preferences = self.desk.home / ".config/Quillabrae/preferences.ini"
@@ -125,12 +132,13 @@ class Screens(ServicesCase):
     def capture(self, name, title, size=None, hovers=False):
         """Takes the window of that title and what is open above it, once two looks at it are the
         same. `hovers` leaves the pointer where it is."""
-        file = SCREENS / f"{name}-{self.theme}-{self.scale}x.png"
+        look = f"-{self.look}" if self.look else ""
+        file = SCREENS / f"{name}-{self.theme}-{self.scale}x{look}.png"
         file.parent.mkdir(parents=True, exist_ok=True)
         number = until(lambda: self.window_number(title), f"the window {title!r}")
         place = self.place_of_window(number)
         if not hovers:
-            self.desk.move((1, 960 * self.scale - 2))
+            self.desk.move((1, self.screen[1] - 2))
         before = b""
 
         def is_still():
@@ -170,7 +178,11 @@ class Screens(ServicesCase):
         with Image.open(file) as shot:
             picture = shot.convert("L")
         if size:
-            self.assertEqual(picture.size, tuple(self.scale * n for n in size), file.name)
+            least = tuple(self.scale * n for n in size)
+            # Larger letters need more room.
+            compare = self.assertGreaterEqual if self.look == "large" else self.assertEqual
+            for now, wanted in zip(picture.size, least):
+                compare(now, wanted, file.name)
         # At the lower left every window has its plain ground.
         ground = picture.getpixel((6, picture.height - 7))
         self.assertEqual(ground < 100, self.theme == "dark", f"{file.name}: {ground}")
@@ -376,7 +388,7 @@ class Screens(ServicesCase):
     def all_with_services(self):
         self.program = services.PROGRAM
         self.set_up_services()
-        Keyring(self.desk)
+        self.keyring = Keyring(self.desk)
         install_browser(self.desk, self.program)
         self.serve_the_web()
         editor = self.open_the_lake()
@@ -421,16 +433,27 @@ class Screens(ServicesCase):
         self.leave(editor)
         editor.wait_for_control("Check for Updates")
         self.capture("update-check", *window)
+        feed = self.web.answers["/feed.xml"].body
+        self.web.answers["/feed.xml"] = Answer(body=feed.replace(b"1.10", b"1.1"))
+        self.press(editor, "Check for Updates")
+        editor.wait_for_control("You have the newest version.")
+        self.capture("alert-newest", "Quillabrae$")
+        self.leave(editor)
 
     def feedback(self, editor):
         dialog = ("Give Feedback", (480, 520))
         self.press(editor, "Give Feedback")
         self.press(editor, "What would make Quillabrae better for you?", "text")
         self.desk.type("More brushes, please")
-        self.press(editor, "Choose an image to attach")
-        editor.wait_for_window("Attach Image")
-        self.desk.type(str(photos.JPEG))
-        self.desk.keys("Return")
+        large = self.desk.home / "Pictures/panorama.png"
+        Image.linear_gradient("L").resize((12000, 8000)).convert("RGB").save(large, compress_level=1)
+        self.attach(editor, large)
+        # The accessibility bus may be slower than the work.
+        until(lambda: editor.node().find("Compressing image…"), "the work to be shown", pause=0.01)
+        with self.standing_still(editor):
+            self.capture("dialog-feedback-compressing", *dialog)
+        self.press(editor, "Remove", "push button")
+        self.attach(editor, photos.JPEG)
         editor.wait_for_status("Compressed JPEG · ")
         self.capture("dialog-feedback-attached", *dialog)
         self.web.held = {"/api/feedback"}
@@ -446,6 +469,12 @@ class Screens(ServicesCase):
         editor.wait_for_status("Feedback sent")
         self.capture("dialog-feedback-sent", *dialog)
         self.leave(editor)
+
+    def attach(self, editor, picture):
+        self.press(editor, "Choose an image to attach")
+        editor.wait_for_window("Attach Image")
+        self.desk.type(str(picture))
+        self.desk.keys("Return")
 
     def account(self, editor):
         self.desk.keys("ctrl+comma")
@@ -470,7 +499,12 @@ class Screens(ServicesCase):
     def fill(self, editor):
         self.desk.keys("ctrl+comma")
         editor.wait_for_window("Settings")
+        self.keyring.fall_silent()
         self.press(editor, "Intelligence", "list item")
+        editor.wait_for_control("Waiting for the keychain...", "label")
+        with self.standing_still(editor):
+            self.capture("settings-intelligence-waiting", "Settings")
+        self.keyring.go_on()
         until(lambda: editor.labels().count("No key saved") == 2, "the keychain's answer")
         self.press(editor, "Bring your own OpenAI API key", "text")
         self.desk.type("sk-a-key-of-the-test")
@@ -496,17 +530,19 @@ class Screens(ServicesCase):
         self.leave(editor)
 
 
-def add_test(name, capture_all, theme, scale):
+def add_test(name, capture_all, theme, scale, look=""):
     def test(self):
-        self.use_desk(theme, scale)
+        self.use_desk(theme, scale, look)
         capture_all(self)
-    setattr(Screens, f"test_{name}_{theme}_at_{scale}x", test)
+    setattr(Screens, f"test_{name}_{theme}_at_{scale}x{'_' * bool(look)}{look}", test)
 
 
 for _theme in THEMES:
     for _scale in SCALES:
         add_test("windows", Screens.all_screens, _theme, _scale)
         add_test("services", Screens.all_with_services, _theme, _scale)
+    for _look in LOOKS:
+        add_test("windows", Screens.all_screens, _theme, 1, _look)
 
 
 if __name__ == "__main__":

@@ -30,6 +30,7 @@ protected:
         dialog = std::make_unique<FeedbackDialogView>(
             FeedbackDialogView::Environment{sender, attachments, [this](QWidget* parent) {
                                                 EXPECT_EQ(parent, dialog.get());
+                                                whileChoosing();
                                                 return chosen;
                                             }});
         dialog->show();
@@ -95,6 +96,7 @@ protected:
         http, services::WebService(QUrl(QStringLiteral("https://example.org"))), identity()};
     services::FeedbackAttachmentService attachments{readers()};
     std::optional<QUrl> chosen;
+    std::function<void()> whileChoosing = [] {};
     std::unique_ptr<FeedbackDialogView> dialog;
     mutable bool isDropWelcome = false;
     const QString sendTitle = QStringLiteral("Send Feedback");
@@ -390,6 +392,13 @@ TEST_F(FeedbackDialogTest, ADraftStandsUnderWhatIsWrittenAndIsNotSentByItself) {
     EXPECT_EQ(text()->textCursor().position(), 0);
     dialog->reject();
     EXPECT_EQ(sent, 0);
+}
+
+TEST_F(FeedbackDialogTest, MayGoWhileItsPickerIsOpen) {
+    chosen = file(QStringLiteral("picture.png"));
+    whileChoosing = [this] { dialog.reset(); };
+    Q_EMIT dialog->findChild<FeedbackAttachmentRow*>()->chooseRequested();
+    EXPECT_EQ(dialog, nullptr);
 }
 
 } // namespace

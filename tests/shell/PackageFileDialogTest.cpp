@@ -5,8 +5,10 @@
 
 #include <QAbstractItemView>
 #include <QFileSystemModel>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QTest>
+#include <QTreeView>
 
 #include <gtest/gtest.h>
 
@@ -93,6 +95,22 @@ TEST_F(PackageFileDialogTest, SortsPackagesAmongFilesAfterFolders) {
     const int folderRow = row(*dialog, path("plain")).row();
     EXPECT_LT(folderRow, row(*dialog, path("cat.quillabrae")).row());
     EXPECT_LT(folderRow, row(*dialog, path("dog.png")).row());
+}
+
+TEST_F(PackageFileDialogTest, ShowsKindsAndDatesWhole) {
+    const auto dialog = makeDialog(QFileDialog::AcceptOpen);
+    row(*dialog, path("dog.png"));
+    const auto* tree = qobject_cast<const QTreeView*>(view(*dialog));
+    QCoreApplication::processEvents();
+    int width = 0;
+    for (int column = 0; column < tree->header()->count(); ++column) {
+        width += tree->columnWidth(column);
+        if (tree->isColumnHidden(column) || column == 0) continue;
+        const QString text = tree->model()->index(1, column, tree->rootIndex()).data().toString();
+        EXPECT_GT(tree->columnWidth(column), tree->fontMetrics().horizontalAdvance(text))
+            << qPrintable(text);
+    }
+    EXPECT_EQ(width, tree->viewport()->width());
 }
 
 TEST_F(PackageFileDialogTest, AcceptsTypedNamesAndPaths) {

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ContrastMeasure.h"
 #include "shell/looks/Style.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -11,36 +14,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quillabrae::shell {
 namespace {
 
-double linear(double component) {
-    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
-}
-
-/// The relative luminance of the web's accessibility guidelines.
-double luminance(const QColor& color) {
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-           0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
-    return (high + 0.05) / (low + 0.05);
-}
-
-/// What a colour that is not opaque makes of the one under it.
-QColor over(const QColor& top, const QColor& under) {
-    const double alpha = top.alphaF();
-    const auto mix = [alpha](double a, double b) { return a * alpha + b * (1.0 - alpha); };
-    return QColor::fromRgbF(static_cast<float>(mix(top.redF(), under.redF())),
-                            static_cast<float>(mix(top.greenF(), under.greenF())),
-                            static_cast<float>(mix(top.blueF(), under.blueF())));
-}
-
-class StyleTest : public testing::TestWithParam<ColorScheme> {
+class StyleTest : public testing::TestWithParam<std::tuple<ColorScheme, Contrast>> {
 protected:
     QColor color(QPalette::ColorRole role) const { return palette.color(role); }
     /// The surfaces that texts stand on.
@@ -58,11 +36,17 @@ protected:
                 over(Style::hover(palette), raised)};
     }
 
-    QPalette palette = Style::palette(GetParam());
+    ColorScheme scheme = std::get<ColorScheme>(GetParam());
+    Contrast wanted = std::get<Contrast>(GetParam());
+    QPalette palette = Style::palette(scheme, wanted);
+    const double leastForText = leastTextContrast(wanted);
+    const double leastForMarks = leastMarkContrast(wanted);
 };
 
-constexpr double leastForText = 4.5;
-constexpr double leastForMarks = 3.0;
+TEST_P(StyleTest, CanBeToldFromItsPalette) {
+    EXPECT_EQ(Style::schemeOf(palette), scheme);
+    EXPECT_EQ(Style::contrastOf(palette), wanted);
+}
 
 TEST_P(StyleTest, HasTextsThatStandOutFromEverySurface) {
     for (const QColor& surface : surfaces()) {
@@ -71,6 +55,9 @@ TEST_P(StyleTest, HasTextsThatStandOutFromEverySurface) {
         EXPECT_GE(contrast(over(Style::mutedText(palette), surface), surface), leastForText)
             << qPrintable(surface.name());
     }
+    for (const QColor& surface : {color(QPalette::Window), Style::raised(palette)})
+        EXPECT_GE(contrast(Style::failure(palette), surface), leastForText)
+            << qPrintable(surface.name());
 }
 
 TEST_P(StyleTest, HasTextsThatStandOutFromTheirOwnSurface) {
@@ -139,7 +126,8 @@ TEST_P(StyleTest, PaintsButtonsThatTheirTitlesCanBeReadOn) {
             button.setDown(isDown);
             button.resize(100, 36);
             const QImage picture = button.grab().toImage();
-            const QColor title = button.palette().color(QPalette::ButtonText);
+            const QColor title =
+                color(isPrimary ? QPalette::HighlightedText : QPalette::ButtonText);
             // Along the left side of the face, where there is no letter.
             for (int y = 6; y < 30; ++y)
                 EXPECT_GE(contrast(title, picture.pixelColor(8, y)), leastForText)
@@ -149,8 +137,57 @@ TEST_P(StyleTest, PaintsButtonsThatTheirTitlesCanBeReadOn) {
     QApplication::setPalette(former);
 }
 
-INSTANTIATE_TEST_SUITE_P(BothSchemes, StyleTest,
-                         testing::Values(ColorScheme::light, ColorScheme::dark));
+/// What is chosen before the desktop turns dark is chosen after it.
+TEST_P(StyleTest, KeepsThePrimaryButtonOutstandingWhenThePaletteChanges) {
+    const QPalette former = QApplication::palette();
+    QPushButton button(QStringLiteral("Create"));
+    Style::markPrimary(button);
+    button.resize(100, 36);
+    QApplication::setPalette(palette);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(button.grab().toImage().pixelColor(8, 18), Style::accent(palette));
+    QApplication::setPalette(former);
+}
+
+TEST_P(StyleTest, PaintsAnEdgeAroundMenus) {
+    const QPalette former = QApplication::palette();
+    QApplication::setPalette(palette);
+    QMenu menu;
+    menu.addAction(QStringLiteral("Undo"));
+    menu.addAction(QStringLiteral("Redo"));
+    menu.resize(menu.sizeHint());
+    const QImage picture = menu.grab().toImage();
+    const QColor ground = Style::raised(palette);
+    const int right = picture.width() - 1;
+    const int bottom = picture.height() - 1;
+    for (const QPoint at : {QPoint(0, bottom / 2), QPoint(right, bottom / 2), QPoint(right / 2, 0),
+                            QPoint(right / 2, bottom)})
+        EXPECT_GE(contrast(picture.pixelColor(at), ground), leastForMarks)
+            << at.x() << ' ' << at.y();
+    QApplication::setPalette(former);
+}
+
+TEST_P(StyleTest, HasPaperThatNeitherBlackNorWhiteStrokesAreLostOn) {
+    const QColor paper = Style::paper(palette);
+    EXPECT_GE(contrast(Qt::black, paper), 3.0);
+    if (scheme == ColorScheme::light) return;
+    EXPECT_GE(contrast(Qt::white, paper), 3.0);
+}
+
+TEST_P(StyleTest, GivesButtonsAndFieldsOneHeight) {
+    QPushButton button(QStringLiteral("Save API Key"));
+    QLineEdit text;
+    QDoubleSpinBox number;
+    QComboBox menu;
+    menu.addItem(QStringLiteral("pixels/inch"));
+    for (const QWidget* control : std::initializer_list<QWidget*>{&text, &number, &menu})
+        EXPECT_EQ(control->sizeHint().height(), button.sizeHint().height())
+            << control->metaObject()->className();
+}
+
+INSTANTIATE_TEST_SUITE_P(EachAppearance, StyleTest,
+                         testing::Combine(testing::Values(ColorScheme::light, ColorScheme::dark),
+                                          testing::Values(Contrast::normal, Contrast::high)));
 
 } // namespace
 } // namespace quillabrae::shell

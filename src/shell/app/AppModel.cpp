@@ -40,7 +40,8 @@
 #include "shell/dialogs/DesktopWorkRunner.h"
 #include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/looks/Symbols.h"
-#include "shell/looks/SystemColorScheme.h"
+#include "shell/looks/SystemAppearance.h"
+#include "shell/looks/SystemFontSize.h"
 #include "shell/looks/SystemMotion.h"
 #include "store/ProjectStore.h"
 
@@ -67,7 +68,7 @@ struct AppModel::Graph {
                                                               deployment.analyticsWebsiteID,
                                                               deployment.analyticsHostName),
                     preferences, identityOf(deployment)),
-          colorScheme(preferences),
+          appearance(preferences),
           panels([this] { return windows.dialogParent(); }),
           work([this] { return windows.dialogParent(); }),
           store({panels, preferences, clock, fileIcons, pasteboard, paths, work,
@@ -119,7 +120,8 @@ struct AppModel::Graph {
                             QGuiApplication::setWindowIcon(
                                 Symbols::icon(QStringLiteral("quillabrae.project")));
                             registration.claimProjectType();
-                            colorScheme.followSystem();
+                            appearance.followSystem();
+                            fontSize.followSystem();
                             motion.followSystem();
                             if (service != nullptr) service->start();
                             updates.start();
@@ -169,7 +171,8 @@ struct AppModel::Graph {
     effects::OpenAIImageEditService imageEdit;
     platform::SettingsPreferences preferences;
     services::AppAnalyticsService analytics;
-    SystemColorScheme colorScheme;
+    SystemAppearance appearance;
+    SystemFontSize fontSize;
     SystemMotion motion;
     DesktopProjectPanels panels;
     DesktopWorkRunner work;

@@ -3,6 +3,7 @@
 
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/Alert.h"
 #include "shell/editor/EditorWindow.h"
 #include "shell/looks/SystemMotion.h"
@@ -39,10 +40,10 @@ void placeOnScreen(QWidget& window, const WindowTraits& traits) {
     const QRect room =
         QGuiApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameHeight);
     if (traits.frame == WindowTraits::Frame::resizable) {
-        window.setMinimumSize(traits.minimumSize.boundedTo(room.size()));
+        TextSize::limitSize(window, traits.minimumSize.boundedTo(room.size()));
         window.resize(traits.size.boundedTo(room.size()));
     } else {
-        window.setFixedSize(traits.size);
+        TextSize::fixSize(window, traits.size);
     }
     QRect place(QPoint(), window.size());
     place.moveCenter(room.center());

@@ -4,6 +4,7 @@
 #include "shell/controls/Card.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QEvent>
@@ -41,7 +42,8 @@ FloatingPanel::FloatingPanel(const QString& heading, QWidget* parent)
       m_content(new QVBoxLayout(m_body)) {
     setAccessibleName(heading);
     setCursor(Qt::ArrowCursor);
-    m_header->setFixedHeight(headerHeight);
+    TextSize::follow(
+        *m_header, [this] { m_header->setFixedHeight(TextSize::scaled(headerHeight, *m_header)); });
     auto* header = new QHBoxLayout(m_header);
     header->setContentsMargins(0, 0, 0, 0);
     header->setSpacing(0);
@@ -88,7 +90,7 @@ QSize FloatingPanel::sizeHint() const {
         const QMargins margins = layout()->contentsMargins();
         const int width =
             std::max(hint.width(), m_body->sizeHint().width() + margins.left() + margins.right());
-        return {width, headerTop + headerHeight + headerBottom};
+        return {width, headerTop + m_header->height() + headerBottom};
     }
     const int height = hint.height() + Style::grid - headerBottom;
     return {hint.width(), m_expandedHeight.value_or(height)};

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/controls/FontFamilyPicker.h"
 
+#include "shell/controls/TextSize.h"
+
 #include <utility>
 
 namespace quillabrae::shell {
@@ -14,7 +16,7 @@ constexpr int mostRows = 16;
 RefreshingFontFamilyPicker::RefreshingFontFamilyPicker(std::function<QStringList()> families,
                                                        QWidget* parent)
     : QComboBox(parent), m_families(std::move(families)) {
-    setFixedWidth(pickerWidth);
+    TextSize::setFixedWidth(*this, pickerWidth);
     setMaxVisibleItems(mostRows);
     connect(this, &QComboBox::textActivated, this, &RefreshingFontFamilyPicker::familyChosen);
 }

@@ -52,7 +52,7 @@ void IconButton::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(face, 5, 5);
     QRect iconRect(0, 0, m_iconExtent, m_iconExtent);
     iconRect.moveCenter(rect().center());
-    painter.setOpacity(isEnabled() ? 1.0 : 0.35);
+    painter.setOpacity(isEnabled() ? 1.0 : Style::disabledStrength);
     m_icon.paint(&painter, iconRect);
     painter.setOpacity(1.0);
     if (hasFocus()) paintFocusRing(painter, face, palette());

@@ -2,6 +2,7 @@
 #include "shell/controls/LabeledSlider.h"
 
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QHBoxLayout>
@@ -36,8 +37,9 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     m_slider->setFocusPolicy(Qt::TabFocus);
     m_slider->setFixedWidth(trackWidth);
     m_slider->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    m_valueText->setFixedWidth(
-        m_valueText->fontMetrics().horizontalAdvance(QString::number(range.maximum)) + 2);
+    TextSize::follow(*m_valueText, [this, widest = QString::number(range.maximum)] {
+        m_valueText->setFixedWidth(m_valueText->fontMetrics().horizontalAdvance(widest) + 2);
+    });
     m_valueText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     layout->addWidget(m_label);
     layout->addWidget(m_slider);

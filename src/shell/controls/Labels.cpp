@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/controls/Labels.h"
 
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QEvent>
@@ -32,22 +33,21 @@ private:
         QPalette own;
         const QColor color = m_tone(own);
         // Setting the palette leads back here.
-        if (palette().color(QPalette::WindowText) == color) return;
-        own.setColor(QPalette::WindowText, color);
+        if (palette().color(QPalette::Active, QPalette::WindowText) == color) return;
+        // What is disabled has one tone for all.
+        own.setColor(QPalette::Active, QPalette::WindowText, color);
+        own.setColor(QPalette::Inactive, QPalette::WindowText, color);
         setPalette(own);
     }
 
     Tone m_tone;
 };
 
-void scaleFont(QLabel* label, qreal factor, QFont::Weight weight) {
+void makeBold(QLabel* label, qreal factor) {
     QFont font = label->font();
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * factor);
-    else
-        font.setPixelSize(qRound(font.pixelSize() * factor));
-    font.setWeight(weight);
+    font.setWeight(QFont::DemiBold);
     label->setFont(font);
+    TextSize::scaleFont(*label, factor);
 }
 
 } // namespace
@@ -60,7 +60,7 @@ QLabel* body(const QString& text, QWidget* parent) {
 
 QLabel* heading(const QString& text, QWidget* parent) {
     QLabel* label = muted(text, parent);
-    scaleFont(label, 0.92, QFont::DemiBold);
+    makeBold(label, 0.92);
     return label;
 }
 
@@ -74,7 +74,7 @@ QLabel* failure(const QString& text, QWidget* parent) {
 
 QLabel* title(const QString& text, qreal factor, QWidget* parent) {
     QLabel* label = body(text, parent);
-    scaleFont(label, factor, QFont::DemiBold);
+    makeBold(label, factor);
     return label;
 }
 

@@ -2,6 +2,7 @@
 #include "shell/controls/SideList.h"
 
 #include "shell/controls/FocusRing.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 
@@ -22,7 +23,7 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
-        return {option.rect.width(), rowHeight};
+        return {option.rect.width(), TextSize::rowHeight(*option.widget, rowHeight)};
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
@@ -42,7 +43,7 @@ private:
         const QRectF face = QRectF(option.rect).adjusted(0.5, 1.5, -0.5, -1.5);
         const bool isChosen = option.state.testFlag(QStyle::State_Selected);
         if (isChosen || option.state.testFlag(QStyle::State_MouseOver)) {
-            painter.setPen(Qt::NoPen);
+            painter.setPen(isChosen ? QPen(Style::accent(option.palette)) : QPen(Qt::NoPen));
             painter.setBrush(isChosen ? Style::accentWash(option.palette)
                                       : Style::hover(option.palette));
             painter.drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);

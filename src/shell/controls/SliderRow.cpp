@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QGridLayout>
@@ -32,13 +33,13 @@ SliderRow::SliderRow(const QString& title, const QString& unit, Range range, QWi
     m_field->setAccessibleName(title);
     m_field->setRange(range.minimum, range.maximum);
     m_field->setSingleStep(range.step);
-    m_field->setFixedWidth(fieldWidth);
+    TextSize::setFixedWidth(*m_field, fieldWidth);
 
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(Style::grid);
     grid->setVerticalSpacing(Style::grid / 2);
-    grid->addWidget(label, 0, 0, 1, 3);
+    grid->addWidget(label, 0, 0, 1, unit.isEmpty() ? 2 : 3);
     grid->addWidget(m_slider, 1, 0);
     grid->addWidget(m_field, 1, 1);
     if (!unit.isEmpty()) {

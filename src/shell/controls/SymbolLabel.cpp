@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/controls/SymbolLabel.h"
 
+#include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 
 #include <QEvent>
@@ -17,11 +18,13 @@ SymbolLabel::SymbolLabel(const QString& symbolName, int extent, QWidget* parent)
 void SymbolLabel::paintEvent(QPaintEvent*) {
     if (m_icon.isNull()) m_icon = Symbols::icon(m_symbolName);
     QPainter painter(this);
+    painter.setOpacity(isEnabled() ? 1.0 : Style::disabledStrength);
     m_icon.paint(&painter, rect());
 }
 
 void SymbolLabel::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) m_icon = {};
+    if (event->type() == QEvent::EnabledChange) update();
     QWidget::changeEvent(event);
 }
 

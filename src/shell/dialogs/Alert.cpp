@@ -2,6 +2,7 @@
 #include "shell/dialogs/Alert.h"
 
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "store/PromptTexts.h"
 
@@ -50,7 +51,7 @@ int runAlert(const Alert& alert, QWidget* parent) {
     QLabel* text = Labels::muted(alert.informativeText, &dialog);
     for (QLabel* label : {message, text}) {
         label->setWordWrap(true);
-        label->setFixedWidth(textWidth);
+        TextSize::setFixedWidth(*label, textWidth);
         layout->addWidget(label);
     }
     layout->addSpacing(Style::grid);

@@ -3,6 +3,7 @@
 
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
@@ -45,7 +46,7 @@ IconButton* makeButton(store::AlignObjectAction action, QWidget* parent) {
 AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent)
     : QDialog(parent) {
     setWindowTitle(QStringLiteral("Align Object"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     auto* group = new QButtonGroup(this);
     const auto actions = store::allAlignObjectActions();

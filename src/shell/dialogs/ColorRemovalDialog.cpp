@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/SliderRow.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/editor/ColorStack.h"
 #include "shell/editor/ColorSwatch.h"
@@ -27,7 +28,7 @@ ColorRemovalDialog::ColorRemovalDialog(const model::PaintAppSettings& settings,
                                        ColorRemovalPreview preview, QWidget* parent)
     : QDialog(parent), m_swatches(new QButtonGroup(this)) {
     setWindowTitle(QStringLiteral("Color Removal"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 12);
     m_tolerance = new SliderRow(QStringLiteral("Color tolerance"), {}, tolerances, this);
     m_alphaThreshold = new SliderRow(QStringLiteral("Consider transparent any alpha smaller than"),

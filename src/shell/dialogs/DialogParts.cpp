@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QDialog>
@@ -44,7 +45,7 @@ NumberField* addNumber(QGridLayout& grid, const QString& title, QWidget* unit) {
     QWidget* parent = grid.parentWidget();
     const int row = grid.rowCount();
     auto* field = new NumberField(parent);
-    field->setFixedWidth(fieldWidth);
+    TextSize::setFixedWidth(*field, fieldWidth);
     field->setAccessibleName(title.chopped(1));
     QLabel* label = Labels::body(title, parent);
     label->setBuddy(field);

@@ -5,6 +5,7 @@
 #include "shell/controls/Labels.h"
 #include "shell/controls/SlimBar.h"
 #include "shell/controls/SymbolLabel.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/dialogs/FeedbackAttachmentRow.h"
 #include "shell/looks/Style.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -63,7 +65,7 @@ bool bringsImage(const QMimeData& data) {
 FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
     : QDialog(parent), m_environment(std::move(environment)), m_pages(new QStackedLayout(this)) {
     setWindowTitle(QStringLiteral("Give Feedback"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     setAcceptDrops(true);
     m_pages->addWidget(makeForm());
     m_pages->addWidget(makeConfirmation());
@@ -111,7 +113,12 @@ QWidget* FeedbackDialogView::makeForm() {
     m_send->setDefault(true);
     Style::markPrimary(*m_send);
     // As wide as the longer of its titles needs, so that nothing moves.
-    m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
+    TextSize::follow(*m_send, [this] {
+        const QString shown = m_send->text();
+        m_send->setText(sendingTitle);
+        m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
+        m_send->setText(shown);
+    });
     m_send->setText(sendTitle);
     auto* cancel = new QPushButton(QStringLiteral("Cancel"), form);
     connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
@@ -221,9 +228,11 @@ void FeedbackDialogView::finish(const std::optional<services::FeedbackError>& er
 }
 
 void FeedbackDialogView::chooseImage() {
-    const auto url = m_environment.chooseImage(this);
-    // The picker runs a loop of its own.
-    if (!url || !takesImages()) return;
+    // The picker runs a loop of its own, in which the dialog may go with the window it is over.
+    const QPointer<FeedbackDialogView> isThere(this);
+    const auto choose = m_environment.chooseImage;
+    const auto url = choose(this);
+    if (!isThere || !url || !takesImages()) return;
     beginImage(url->fileName());
     m_environment.attachments.prepare(*url, [this](const auto& outcome) { takeImage(outcome); });
 }

@@ -4,6 +4,7 @@
 #include "platform/HttpClient.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SlimBar.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 #include "store/ProjectStore.h"
@@ -41,7 +42,7 @@ QLabel* note(const QString& text, QWidget* parent) {
 GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* parent)
     : QDialog(parent), m_store(store) {
     setWindowTitle(QStringLiteral("Generative Fill"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     column->addWidget(note(QStringLiteral("Replace selected pixels using your OpenAI API key. "
                                           "Results may vary."),

@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/SliderRow.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
@@ -23,7 +24,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const store::LayerPropertiesDialogR
                                              QWidget* parent)
     : QDialog(parent) {
     setWindowTitle(QStringLiteral("Layer Properties"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
 
     m_name = new QLineEdit(layer.name, this);

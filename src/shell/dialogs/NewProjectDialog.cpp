@@ -5,6 +5,7 @@
 #include "raster/SurfaceSize.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
@@ -44,7 +45,7 @@ CanvasNeed CanvasNeed::of(double width, double height) {
 
 NewProjectDialog::NewProjectDialog(QSizeF size, QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("New Project"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 2 * Style::grid);
     column->addWidget(Labels::heading(QStringLiteral("Canvas size"), this));
     QGridLayout* grid = DialogParts::addGrid(*column);

@@ -8,8 +8,10 @@
 #include <QDir>
 #include <QFileSystemModel>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTreeView>
 
 namespace quillabrae::shell {
 namespace {
@@ -27,8 +29,17 @@ PackageFileDialog::PackageFileDialog(const QString& title, const QString& folder
     setProxyModel(new PackageModel(this));
     setDirectory(folder);
     m_nameField = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    shareColumns();
     pickPackagesAsFiles();
     resize(dialogSize);
+}
+
+/// Names take what the other columns leave, which are as wide as what is in them.
+void PackageFileDialog::shareColumns() {
+    QHeaderView* header = findChild<QTreeView*>(QStringLiteral("treeView"))->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void PackageFileDialog::pickPackagesAsFiles() {

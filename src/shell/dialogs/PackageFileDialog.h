@@ -26,6 +26,7 @@ protected:
     void accept() override;
 
 private:
+    void shareColumns();
     void pickPackagesAsFiles();
     void activate(const QModelIndex& index);
     void showSelection(const QModelIndex& index);

@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/SlimBar.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QLabel>
@@ -35,7 +36,7 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
 
     QLabel* label = Labels::body(title, this);
     label->setWordWrap(true);
-    label->setFixedWidth(contentWidth);
+    TextSize::setFixedWidth(*label, contentWidth);
     m_bar = new SlimBar(this);
     m_bar->setAccessibleName(title);
     m_cancel = new QPushButton(QStringLiteral("Cancel"), this);

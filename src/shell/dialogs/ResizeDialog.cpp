@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/AnchorPicker.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
@@ -53,7 +54,7 @@ QVBoxLayout* addSection(QVBoxLayout& column, const QString& title, QWidget* sect
 
 ResizeDialog::ResizeDialog(const ResizeDialogRequest& request, QWidget* parent)
     : QDialog(parent), m_request(request), m_fields(request) {
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
     column->setSpacing(3 * Style::grid);

@@ -2,6 +2,7 @@
 #include "shell/dialogs/RotateZoomDialog.h"
 
 #include "shell/controls/SliderRow.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
@@ -18,7 +19,7 @@ constexpr SliderRow::Range zooms{1.0, 400.0, 1.0};
 
 RotateZoomDialog::RotateZoomDialog(QWidget* parent) : QDialog(parent) {
     setWindowTitle(QStringLiteral("Rotate / Zoom"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 2 * Style::grid);
     m_angle = new SliderRow(QStringLiteral("Angle"), QStringLiteral("deg"), angles, this);
     m_zoom = new SliderRow(QStringLiteral("Zoom"), QStringLiteral("%"), zooms, this);

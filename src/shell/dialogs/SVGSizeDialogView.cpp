@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
 #include "shell/looks/Style.h"
 
@@ -27,7 +28,7 @@ QString pixelsText(double value) {
 SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
     : QDialog(parent), m_fields(naturalSize) {
     setWindowTitle(QStringLiteral("Import SVG"));
-    setFixedSize(dialogSize);
+    TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     QLabel* text = Labels::body(
         QStringLiteral("Choose the raster size for this SVG. Aspect ratio is locked."), this);

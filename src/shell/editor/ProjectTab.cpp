@@ -3,6 +3,7 @@
 
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/IconButton.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QMouseEvent>
@@ -35,7 +36,7 @@ ProjectTab::ProjectTab(const QUuid& projectID, QWidget* parent)
                               .iconExtent = closeIconExtent},
                              this)) {
     setFocusPolicy(Qt::TabFocus);
-    setFixedHeight(tabHeight);
+    TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, tabHeight)); });
     m_close->setObjectName(QStringLiteral("closeTab"));
     connect(m_close, &QAbstractButton::clicked, this, &ProjectTab::closeRequested);
 }
@@ -63,7 +64,7 @@ void ProjectTab::setThumbnail(const QImage& image) {
 QSize ProjectTab::sizeHint() const {
     const int text = fontMetrics().horizontalAdvance(m_look.title);
     const int width = pictureEnd + 8 + text + 8 + unsavedMark + 4 + closeExtent + padding;
-    return {std::clamp(width, narrowest, widest), tabHeight};
+    return {std::clamp(width, narrowest, TextSize::scaled(widest, *this)), height()};
 }
 
 void ProjectTab::resizeEvent(QResizeEvent*) {
@@ -123,7 +124,7 @@ void ProjectTab::paintThumbnail(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(place, Qt::white);
     painter.drawPixmap(place.topLeft(), m_thumbnail);
-    painter.setPen(Style::line(palette()));
+    painter.setPen(Style::outline(palette()));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(place.adjusted(0, 0, -1, -1));
     painter.setRenderHint(QPainter::Antialiasing);

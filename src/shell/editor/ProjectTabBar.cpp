@@ -8,6 +8,7 @@
 #include "shell/commands/CommandTable.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/ScrollHints.h"
+#include "shell/controls/TextSize.h"
 #include "shell/editor/ProjectTab.h"
 #include "shell/editor/ProjectThumbnail.h"
 #include "shell/editor/UpdateButton.h"
@@ -27,6 +28,7 @@ namespace quillabrae::shell {
 namespace {
 
 constexpr int barHeight = 48;
+constexpr int tabHeight = 40;
 /// The chosen tab stays clear of the hints that there are more.
 constexpr int hintedEdge = 40;
 /// Pictures follow a little behind the work, so that a run of edits makes one.
@@ -61,7 +63,9 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
       m_store(store),
       m_windows(windows),
       m_thumbnailWork(platform::makeThreadedLatestWork()) {
-    setFixedHeight(barHeight);
+    TextSize::follow(*this, [this] {
+        setFixedHeight(TextSize::rowHeight(*this, tabHeight) + barHeight - tabHeight);
+    });
     setAccessibleName(QStringLiteral("Open projects"));
     auto* content = new QWidget;
     m_row = new QHBoxLayout(content);

@@ -3,6 +3,7 @@
 
 #include "shell/controls/Divider.h"
 #include "shell/controls/IconButton.h"
+#include "shell/controls/TextSize.h"
 #include "shell/editor/ToolOptions.h"
 #include "shell/looks/Style.h"
 #include "store/ProjectStore.h"
@@ -22,7 +23,7 @@ constexpr int buttonSpacing = 2;
 
 QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
     : QWidget(parent), m_context(context) {
-    setFixedHeight(barHeight);
+    TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, barHeight)); });
     setAccessibleName(QStringLiteral("Quick toolbar"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid, 0, Style::grid, 1);

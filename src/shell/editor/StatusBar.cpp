@@ -3,6 +3,7 @@
 
 #include "shell/controls/ElidedLabel.h"
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "store/ProjectStore.h"
 
@@ -35,7 +36,7 @@ StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
       m_message(new ElidedLabel(this)),
       m_position(Labels::muted({}, this)),
       m_zoom(Labels::muted({}, this)) {
-    setFixedHeight(barHeight);
+    TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, barHeight)); });
     m_message->setObjectName(QStringLiteral("statusMessage"));
     m_message->setAccessibleDescription(QStringLiteral("Status"));
     m_position->setObjectName(QStringLiteral("cursorPosition"));
@@ -44,8 +45,10 @@ StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
     m_zoom->setAccessibleDescription(QStringLiteral("Zoom"));
     m_zoom->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // As wide as it ever is, so that the position beside it stays where it is.
-    m_zoom->setMinimumWidth(
-        m_zoom->fontMetrics().horizontalAdvance(percent(model::maximumZoomScale)));
+    TextSize::follow(*m_zoom, [this] {
+        m_zoom->setMinimumWidth(
+            m_zoom->fontMetrics().horizontalAdvance(percent(model::maximumZoomScale)));
+    });
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 1, 12, 0);
     layout->setSpacing(2 * Style::grid);

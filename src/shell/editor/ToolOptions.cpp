@@ -20,7 +20,6 @@ namespace {
 using model::PaintAppSettings;
 
 constexpr int buttonExtent = 28;
-constexpr int menuHeight = 28;
 
 HoverTooltipText tooltip(const OptionText& text) {
     return {QString::fromLatin1(text.title), QString::fromLatin1(text.help)};
@@ -29,7 +28,6 @@ HoverTooltipText tooltip(const OptionText& text) {
 /// A menu as the toolbar has it: the canvas keeps the keyboard when it is pressed.
 void prepareMenu(QComboBox& menu, const OptionText& text) {
     menu.setFocusPolicy(Qt::TabFocus);
-    menu.setFixedHeight(menuHeight);
     new HoverTooltip(&menu, tooltip(text), HoverTooltipPlacement::below);
 }
 

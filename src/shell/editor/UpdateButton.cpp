@@ -52,7 +52,7 @@ QSize UpdateButton::sizeHint() const {
     if (!showsTitle()) return {extent, extent};
     return {
         padding + Style::smallIcon + gap + fontMetrics().horizontalAdvance(text()) + padding + 2,
-        extent};
+        std::max(extent, fontMetrics().height())};
 }
 
 QColor UpdateButton::faceColor() const {

@@ -7,6 +7,7 @@
 #include "shell/commands/FocusedText.h"
 #include "shell/controls/FloatingPanel.h"
 #include "shell/controls/HoverTooltip.h"
+#include "shell/controls/TextSize.h"
 #include "shell/editor/EmptyWorkspace.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/panels/ColorPanel.h"
@@ -60,7 +61,8 @@ Workspace::Workspace(const CommandContext& context, std::function<void()> config
     const PanelContext panels{context.store, std::move(configureLayer)};
     m_history = new HistoryPanel(panels, this);
     m_layers = new LayersPanel(panels, this);
-    for (FloatingPanel* panel : {m_history, m_layers}) panel->setFixedWidth(listPanelWidth);
+    for (FloatingPanel* panel : {m_history, m_layers})
+        TextSize::setFixedWidth(*panel, listPanelWidth);
     addPanel(m_history, PanelCorner::topRight);
     addPanel(m_layers, PanelCorner::bottomRight);
     using store::ProjectStore;

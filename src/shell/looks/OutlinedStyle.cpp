@@ -31,10 +31,13 @@ void paintEdge(QPainter& painter, const QStyleOption& option, Edge edge) {
     painter.restore();
 }
 
-/// Whether the button is of the likeliest choice, whose face is the accent.
-bool isPrimary(const QStyleOption& option) {
-    return option.palette.color(QPalette::Button) == Style::accent(option.palette) &&
-           option.state.testFlag(QStyle::State_Enabled);
+bool isStark(const QStyleOption& option) {
+    return Style::contrastOf(option.palette) == Contrast::high;
+}
+
+/// Whether the button's face is the accent.
+bool hasPrimaryFace(const QStyleOption& option, const QWidget* widget) {
+    return Style::isPrimary(widget) && option.state.testFlag(QStyle::State_Enabled);
 }
 
 /// The face of a button that is held down: further from its title than before.
@@ -47,7 +50,7 @@ QColor awayFrom(const QColor& ink, const QColor& face) {
 void paintPrimary(QPainter& painter, const QStyleOption& option) {
     constexpr qreal ringInset = 2.5;
     const QColor face = Style::accent(option.palette);
-    const QColor ink = option.palette.color(QPalette::ButtonText);
+    const QColor ink = option.palette.color(QPalette::HighlightedText);
     const bool isDown = option.state.testFlag(QStyle::State_Sunken);
     const QRectF rect = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.save();
@@ -81,12 +84,50 @@ bool isTextField(const QWidget* widget) {
 }
 
 /// A menu floats over whatever the window shows.
-void paintMenu(QPainter& painter, const QStyleOption& option) {
+void paintMenuGround(QPainter& painter, const QStyleOption& option) {
+    painter.fillRect(option.rect, Style::raised(option.palette));
+}
+
+void paintMenuEdge(QPainter& painter, const QStyleOption& option) {
     painter.save();
     painter.setPen(Style::outline(option.palette));
-    painter.setBrush(Style::raised(option.palette));
+    painter.setBrush(Qt::NoBrush);
     painter.drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
     painter.restore();
+}
+
+/// Of what is dragged, which the base style draws in shades of the window's colour.
+void paintHandleEdge(QPainter& painter, const QStyleOption& option, const QRect& handle) {
+    if (!handle.isValid() || !isStark(option)) return;
+    QStyleOption part = option;
+    part.rect = handle;
+    paintEdge(painter, part, Edge::box);
+}
+
+constexpr int controlHeight = 28;
+
+bool hasText(const QStyleOption* option) {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    return button != nullptr && !button->text.isEmpty();
+}
+
+/// Buttons with a title, and fields but for the small ones that stand in rows of many.
+bool hasControlHeight(QStyle::ContentsType type, const QStyleOption* option) {
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    const auto* spinBox = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
+    switch (type) {
+        case QStyle::CT_PushButton:
+            return hasText(option);
+        case QStyle::CT_LineEdit:
+            // The one inside another field has no frame.
+            return frame != nullptr && frame->lineWidth > 0;
+        case QStyle::CT_SpinBox:
+            return spinBox != nullptr && spinBox->buttonSymbols != QAbstractSpinBox::NoButtons;
+        case QStyle::CT_ComboBox:
+            return true;
+        default:
+            return false;
+    }
 }
 
 } // namespace
@@ -95,13 +136,17 @@ OutlinedStyle::OutlinedStyle() : QProxyStyle(QStringLiteral("fusion")) {}
 
 void OutlinedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                   QPainter* painter, const QWidget* widget) const {
-    if (element == PE_PanelButtonCommand && isPrimary(*option))
+    if (element == PE_PanelButtonCommand && hasPrimaryFace(*option, widget))
         return paintPrimary(*painter, *option);
-    if (element == PE_PanelMenu) return paintMenu(*painter, *option);
+    if (element == PE_PanelMenu) return paintMenuGround(*painter, *option);
+    if (element == PE_FrameMenu) return paintMenuEdge(*painter, *option);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     switch (element) {
         case PE_Frame:
-            if (isTextField(widget)) paintTextFrame(*painter, *option);
+            if (isTextField(widget) || isStark(*option)) paintTextFrame(*painter, *option);
+            return;
+        case PE_PanelButtonCommand:
+            if (isStark(*option)) paintEdge(*painter, *option, Edge::box);
             return;
         case PE_FrameLineEdit:
             return paintEdge(*painter, *option, Edge::field);
@@ -124,7 +169,20 @@ void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* opti
                           item->rect.width() - 2 * Style::grid, 1, Style::line(item->palette));
         return;
     }
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element == CE_PushButtonLabel && button != nullptr && hasPrimaryFace(*option, widget)) {
+        QStyleOptionButton onAccent = *button;
+        onAccent.palette.setColor(QPalette::ButtonText,
+                                  button->palette.color(QPalette::HighlightedText));
+        return QProxyStyle::drawControl(element, &onAccent, painter, widget);
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                               const QWidget* widget) const {
+    if (metric == PM_MenuPanelWidth) return 1;
+    return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 int OutlinedStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -140,14 +198,21 @@ void OutlinedStyle::drawComplexControl(ComplexControl control, const QStyleOptio
     const auto* spinBox = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
     if (control == CC_SpinBox && spinBox != nullptr && spinBox->frame)
         paintEdge(*painter, *option, Edge::field);
+    if (control == CC_Slider)
+        paintHandleEdge(*painter, *option,
+                        subControlRect(control, option, SC_SliderHandle, widget));
+    if (control == CC_ScrollBar)
+        paintHandleEdge(*painter, *option,
+                        subControlRect(control, option, SC_ScrollBarSlider, widget));
+    if (control == CC_ComboBox && isStark(*option)) paintEdge(*painter, *option, Edge::box);
 }
 
 QSize OutlinedStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                       const QSize& contents, const QWidget* widget) const {
     constexpr int air = 14;
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
-    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-    if (type == CT_PushButton && button != nullptr && !button->text.isEmpty())
+    if (hasControlHeight(type, option)) size.setHeight(std::max(size.height(), controlHeight));
+    if (type == CT_PushButton && hasText(option))
         size.setWidth(std::max(size.width(), contents.width() + 2 * air));
     return size;
 }

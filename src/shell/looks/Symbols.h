@@ -5,9 +5,11 @@
 
 #include <QIcon>
 #include <QString>
+#include <QStringList>
 
-/// Symbols by name, as tools, commands and history entries carry them. One icon set draws them all,
-/// so that they look like one hand's; what the set lacks is drawn in the program's own resources.
+/// Symbols by name, as tools, commands and history entries carry them. All are drawn in the
+/// program's own resources, on a square of 22 or 16 points with lines of about 1.4 of them, so that
+/// they look like one hand's.
 namespace quillabrae::shell::Symbols {
 
 /// Makes later icons those for a light or a dark background.
@@ -19,5 +21,8 @@ QIcon icon(const QString& symbolName);
 
 /// Whether the table knows the symbol.
 bool isKnown(const QString& symbolName);
+
+/// All that the table knows.
+QStringList names();
 
 } // namespace quillabrae::shell::Symbols

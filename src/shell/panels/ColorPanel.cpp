@@ -4,6 +4,7 @@
 #include "shell/controls/GradientSlider.h"
 #include "shell/controls/HoverTooltip.h"
 #include "shell/controls/Labels.h"
+#include "shell/controls/TextSize.h"
 #include "shell/editor/ColorStack.h"
 #include "shell/editor/ColorSwatch.h"
 #include "shell/looks/Style.h"
@@ -144,7 +145,7 @@ QWidget* ColorPanel::makeRow(const ColorComponent& component) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid / 2);
     QLabel* label = Labels::body(QString::fromLatin1(component.label), row);
-    label->setFixedWidth(labelWidth);
+    TextSize::setFixedWidth(*label, labelWidth);
     auto* slider = new GradientSlider(row);
     slider->setFixedWidth(sliderWidth);
     slider->setRange(0, component.scale);
@@ -153,7 +154,7 @@ QWidget* ColorPanel::makeRow(const ColorComponent& component) {
     number->setRange(0, component.scale);
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);
     number->setAlignment(Qt::AlignRight);
-    number->setFixedWidth(numberWidth);
+    TextSize::setFixedWidth(*number, numberWidth);
     number->setKeyboardTracking(false);
     number->setAccessibleName(QString::fromLatin1(component.title) + QStringLiteral(" value"));
     label->setBuddy(number);

@@ -2,6 +2,7 @@
 #include "shell/panels/HistoryList.h"
 
 #include "shell/controls/FocusRing.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 #include "shell/panels/HistoryListModel.h"
@@ -16,7 +17,12 @@ namespace quillabrae::shell {
 namespace {
 
 constexpr int padding = 6;
-constexpr double undoneIconStrength = 0.5;
+constexpr double undoneStrength = 0.55;
+constexpr double undoneStarkStrength = 0.8;
+
+double undoneIconStrength(const QPalette& palette) {
+    return Style::contrastOf(palette) == Contrast::high ? undoneStarkStrength : undoneStrength;
+}
 
 RowList::Face faceOf(const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (index.data(HistoryListModel::isSelectedRole).toBool()) return RowList::Face::chosen;
@@ -27,7 +33,7 @@ RowList::Face faceOf(const QStyleOptionViewItem& option, const QModelIndex& inde
 } // namespace
 
 QSize HistoryRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {option.rect.width(), height};
+    return {option.rect.width(), TextSize::rowHeight(*option.widget, height)};
 }
 
 void HistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -43,7 +49,7 @@ void HistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
     if (icon.isNull()) icon = Symbols::icon(symbolName);
     QRect place(option.rect.left() + padding, 0, Style::smallIcon, Style::smallIcon);
     place.moveTop(option.rect.top() + (option.rect.height() - place.height()) / 2);
-    painter->setOpacity(isFuture ? undoneIconStrength : 1.0);
+    painter->setOpacity(isFuture ? undoneIconStrength(option.palette) : 1.0);
     icon.paint(painter, place);
     painter->setOpacity(1.0);
 

@@ -185,7 +185,7 @@ void LayerList::dragTo(int y) {
 
 void LayerList::enterRowAt(int y) {
     if (m_model->rowCount() == 0) return;
-    const int position = (y + verticalOffset()) / LayerRow::height;
+    const int position = (y + verticalOffset()) / rowHeight();
     const int row = std::clamp(position, 0, m_model->rowCount() - 1);
     const auto places = restingPlaces();
     if (m_reorder.dropEntered(*m_model->layerID(row))) springFrom(places);
@@ -236,7 +236,7 @@ void LayerList::mouseDoubleClickEvent(QMouseEvent* event) {
 QHash<QUuid, int> LayerList::restingPlaces() const {
     QHash<QUuid, int> places;
     for (int row = 0; row < m_model->rowCount(); ++row) {
-        places.insert(*m_model->layerID(row), row * LayerRow::height - verticalOffset());
+        places.insert(*m_model->layerID(row), row * rowHeight() - verticalOffset());
     }
     return places;
 }
@@ -279,11 +279,15 @@ void LayerList::advanceSprings() {
 
 // Painting
 
+int LayerList::rowHeight() const {
+    return LayerRow::heightIn(*this);
+}
+
 int LayerList::rowTop(int row) const {
     const QUuid id = *m_model->layerID(row);
     const auto spring = m_springs.constFind(id);
     const double displaced = spring == m_springs.constEnd() ? 0.0 : spring->distance();
-    return row * LayerRow::height - verticalOffset() + qRound(displaced);
+    return row * rowHeight() - verticalOffset() + qRound(displaced);
 }
 
 void LayerList::paintEvent(QPaintEvent* event) {
@@ -296,12 +300,12 @@ void LayerList::paintEvent(QPaintEvent* event) {
             continue;
         }
         const int top = rowTop(row);
-        if (event->rect().intersects(QRect(0, top, viewport()->width(), LayerRow::height)))
+        if (event->rect().intersects(QRect(0, top, viewport()->width(), rowHeight())))
             paintRow(painter, row, top);
     }
     if (!lifted) return;
     paintTarget(painter, visualRect(m_model->index(*lifted)));
-    const int lowest = std::max(0, viewport()->height() - LayerRow::height);
+    const int lowest = std::max(0, viewport()->height() - rowHeight());
     paintRow(painter, *lifted, std::clamp(m_pointerY - m_grip, 0, lowest));
 }
 
@@ -320,7 +324,7 @@ void LayerList::paintRow(QPainter& painter, int row, int top) const {
     const QModelIndex index = m_model->index(row);
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    option.rect = QRect(0, top, viewport()->width(), LayerRow::height);
+    option.rect = QRect(0, top, viewport()->width(), rowHeight());
     const bool isLifted = m_model->layerID(row) == m_reorder.draggingLayerID();
     if (selectionModel()->isSelected(index)) option.state |= QStyle::State_Selected;
     option.state.setFlag(QStyle::State_MouseOver,

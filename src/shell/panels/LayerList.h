@@ -61,6 +61,7 @@ private:
     QHash<QUuid, int> restingPlaces() const;
     void springFrom(const QHash<QUuid, int>& places);
     void advanceSprings();
+    int rowHeight() const;
     int rowTop(int row) const;
     void paintRow(QPainter& painter, int row, int top) const;
     void paintTarget(QPainter& painter, const QRect& row) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/panels/LayerRow.h"
 
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Checker.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
@@ -48,7 +49,12 @@ LayerRowParts::LayerRowParts(const QRect& row)
 }
 
 QSize LayerRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {option.rect.width(), height};
+    return {option.rect.width(), heightIn(*option.widget)};
+}
+
+int LayerRow::heightIn(const QWidget& list) {
+    constexpr int nameAndOpacity = 2;
+    return TextSize::rowHeight(list, height, nameAndOpacity);
 }
 
 void LayerRow::forgetIcons() {
@@ -80,14 +86,14 @@ void LayerRow::paintThumbnail(QPainter& painter, const QStyleOptionViewItem& opt
         canvas.scaled(QSizeF(room.size()), Qt::KeepAspectRatio).toSize().expandedTo({1, 1}));
     place.moveCenter(room.center());
     painter.setOpacity(isVisible(index) ? 1.0 : hiddenStrength);
-    painter.fillRect(place, option.palette.color(QPalette::Base));
+    painter.fillRect(place, Style::paper(option.palette));
     paintLabelChecker(painter, place, option.palette);
     const QImage picture = index.data(Qt::DecorationRole).value<QImage>();
     if (!picture.isNull()) painter.drawImage(place, picture);
-    painter.setPen(Style::line(option.palette));
+    painter.setOpacity(1.0);
+    painter.setPen(Style::outline(option.palette));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(place.adjusted(-1, -1, 0, 0));
-    painter.setOpacity(1.0);
 }
 
 void LayerRow::paintText(QPainter& painter, const QStyleOptionViewItem& option,

@@ -23,7 +23,10 @@ class LayerRow final : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
+    /// With letters of the usual size, in points.
     static constexpr int height = 44;
+    /// With the letters of a list.
+    static int heightIn(const QWidget& list);
     /// The room for the picture, in points.
     static constexpr QSize thumbnailRoom{44, 34};
 

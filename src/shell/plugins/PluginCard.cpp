@@ -23,7 +23,6 @@ namespace {
 constexpr int padding = 16;
 constexpr int plainTile = 44;
 constexpr int featuredTile = 96;
-constexpr int buttonHeight = 30;
 constexpr int leastButtonWidth = 84;
 constexpr qreal plainTitle = 1.15;
 constexpr qreal featuredTitle = 1.7;
@@ -62,11 +61,12 @@ void PluginCard::addPlain() {
     auto* names = new QVBoxLayout;
     names->setSpacing(2);
     names->addStretch();
-    names->addWidget(Labels::title(m_plugin.title, plainTitle, this));
-    names->addWidget(
-        wrapped(Labels::muted(QStringLiteral("%1 · %2 · %3")
-                                  .arg(title(m_plugin.category), m_plugin.author, m_plugin.version),
-                              this)));
+    auto* name = new QHBoxLayout;
+    name->addWidget(Labels::title(m_plugin.title, plainTitle, this), 1);
+    name->addWidget(Labels::muted(m_plugin.version, this), 0, Qt::AlignBottom);
+    names->addLayout(name);
+    names->addWidget(wrapped(Labels::muted(
+        QStringLiteral("%1 · %2").arg(title(m_plugin.category), m_plugin.author), this)));
     names->addStretch();
     head->addLayout(names, 1);
     column->addLayout(head);
@@ -101,7 +101,6 @@ QPushButton* PluginCard::makeButton(const QString& verb, const QString& help,
     auto* button = new QPushButton(verb, this);
     button->setAutoDefault(true);
     button->setMinimumWidth(leastButtonWidth);
-    button->setFixedHeight(buttonHeight);
     button->setAccessibleName(withTitle(verb, m_plugin));
     button->setAccessibleDescription(help);
     connect(button, &QPushButton::clicked, this, signal);

@@ -6,6 +6,7 @@
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/SymbolLabel.h"
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/Alert.h"
 #include "shell/looks/Style.h"
 #include "shell/plugins/PluginCard.h"
@@ -37,7 +38,6 @@ constexpr int sideWidth = 208;
 constexpr int margin = 24;
 constexpr int leastCardWidth = 260;
 constexpr int emptySymbol = 48;
-constexpr int searchHeight = 30;
 constexpr qreal titleFactor = 1.7;
 
 /// A row of the side; one without a filter is a heading.
@@ -96,10 +96,9 @@ void PluginLibraryView::buildSide(QVBoxLayout& column) {
     m_search->setAccessibleName(QStringLiteral("Search plugins"));
     m_search->setClearButtonEnabled(true);
     m_search->setTextMargins(Style::grid / 2, 0, Style::grid / 2, 0);
-    m_search->setFixedHeight(searchHeight);
     column.addWidget(m_search);
     m_side = new SideList(QStringLiteral("Library"), this);
-    m_side->setFixedWidth(sideWidth - 2 * Style::grid);
+    TextSize::setFixedWidth(*m_side, sideWidth - 2 * Style::grid);
     for (const SideRow& row : sideRows()) {
         if (row.filter)
             m_side->addRow(row.symbolName, row.title);
@@ -311,8 +310,9 @@ void PluginLibraryView::keyPressEvent(QKeyEvent* event) {
 
 void PluginLibraryView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(QRect(0, 0, sideWidth, height()), Style::raised(palette()));
-    painter.fillRect(QRect(sideWidth - 1, 0, 1, height()), Style::line(palette()));
+    const int width = m_side->width() + 2 * Style::grid;
+    painter.fillRect(QRect(0, 0, width, height()), Style::raised(palette()));
+    painter.fillRect(QRect(width - 1, 0, 1, height()), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

@@ -4,6 +4,7 @@
 #include "shell/commands/CommandActions.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/quickstart/TourPageView.h"
 #include "shell/quickstart/TourPages.h"
@@ -51,7 +52,7 @@ PaintNetQuickStartView::PaintNetQuickStartView(const CommandActions& actions)
 
 QWidget* PaintNetQuickStartView::makeSteps() {
     auto* side = new QWidget(this);
-    side->setFixedWidth(stepsWidth);
+    TextSize::setFixedWidth(*side, stepsWidth);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(Style::grid, 2 * Style::grid, Style::grid, 2 * Style::grid);
     m_steps = new SideList(QStringLiteral("Steps"), side);
@@ -63,7 +64,8 @@ QWidget* PaintNetQuickStartView::makeSteps() {
 
 QWidget* PaintNetQuickStartView::makeFooter() {
     auto* footer = new QWidget(this);
-    footer->setFixedHeight(footerHeight);
+    TextSize::follow(*footer,
+                     [footer] { footer->setFixedHeight(TextSize::scaled(footerHeight, *footer)); });
     auto* row = new QHBoxLayout(footer);
     row->setContentsMargins(28, 0, 28, Style::grid);
     row->setSpacing(Style::grid);
@@ -126,10 +128,11 @@ void PaintNetQuickStartView::keyPressEvent(QKeyEvent* event) {
 
 void PaintNetQuickStartView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect().adjusted(stepsWidth, 0, 0, 0), Style::raised(palette()));
-    painter.fillRect(QRect(stepsWidth, 0, 1, height()), Style::line(palette()));
-    painter.fillRect(QRect(stepsWidth, height() - footerHeight, width() - stepsWidth, 1),
-                     Style::line(palette()));
+    const int side = m_steps->parentWidget()->width();
+    const int footer = m_next->parentWidget()->height();
+    painter.fillRect(rect().adjusted(side, 0, 0, 0), Style::raised(palette()));
+    painter.fillRect(QRect(side, 0, 1, height()), Style::line(palette()));
+    painter.fillRect(QRect(side, height() - footer, width() - side, 1), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

@@ -4,6 +4,7 @@
 #include "model/PaintTool.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SymbolLabel.h"
+#include "shell/controls/TextSize.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/looks/Style.h"
 #include "shell/quickstart/ShortcutComparison.h"
@@ -12,6 +13,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 namespace quillabrae::shell::TourFigures {
 namespace {
@@ -45,7 +47,6 @@ QTreeWidgetItem* addSection(QTreeWidget& table, const QString& title) {
     font.setWeight(QFont::DemiBold);
     for (int column = actionColumn; column < columnCount; ++column) {
         section->setFont(column, font);
-        section->setSizeHint(column, {0, sectionHeight});
     }
     section->setFlags(Qt::ItemIsEnabled);
     section->setExpanded(true);
@@ -57,8 +58,17 @@ void addRow(QTreeWidgetItem& section, const ComparedShortcut& shortcut) {
     if (!shortcut.note.isEmpty())
         here += here.isEmpty() ? shortcut.note : QStringLiteral("  (%1)").arg(shortcut.note);
     if (here.isEmpty()) here = QStringLiteral("none");
-    auto* row = new QTreeWidgetItem(&section, {shortcut.action, here, keysText(shortcut.there)});
-    row->setSizeHint(actionColumn, {0, rowHeight});
+    section.addChild(new QTreeWidgetItem({shortcut.action, here, keysText(shortcut.there)}));
+}
+
+/// Sections are higher than the rows in them.
+void fitRows(QTreeWidget& table) {
+    for (QTreeWidgetItemIterator item(&table); *item != nullptr; ++item) {
+        const bool isSection = (*item)->parent() == nullptr;
+        const int height = TextSize::rowHeight(table, isSection ? sectionHeight : rowHeight);
+        for (int column = actionColumn; column < columnCount; ++column)
+            (*item)->setSizeHint(column, {0, height});
+    }
 }
 
 } // namespace
@@ -98,8 +108,11 @@ QWidget* makeShortcuts(QWidget* parent) {
     table->header()->hide();
     table->header()->setStretchLastSection(false);
     table->header()->setSectionResizeMode(hereColumn, QHeaderView::Stretch);
-    table->setColumnWidth(actionColumn, actionWidth);
-    table->setColumnWidth(thereColumn, thereWidth);
+    TextSize::follow(*table, [table] {
+        table->setColumnWidth(actionColumn, TextSize::scaled(actionWidth, *table));
+        table->setColumnWidth(thereColumn, TextSize::scaled(thereWidth, *table));
+        fitRows(*table);
+    });
     return table;
 }
 

@@ -30,7 +30,6 @@ const auto notConnected = QStringLiteral("Not connected");
 
 constexpr auto patience = 500ms;
 constexpr auto barStep = 33ms;
-constexpr int buttonHeight = 28;
 
 QUrl keyPage() {
     return QUrl(QStringLiteral("https://platform.openai.com/api-keys"));
@@ -113,10 +112,6 @@ void APIKeyPane::addButtons(QVBoxLayout& column) {
     m_remove = new QPushButton(QStringLiteral("Remove Key"), this);
     auto* get = new QPushButton(QStringLiteral("Get API Key..."), this);
     Style::markPrimary(*m_save);
-    for (QPushButton* button : {m_save, m_remove, get}) {
-        button->setFixedHeight(buttonHeight);
-        button->setMinimumWidth(button->sizeHint().width() + 2 * Style::grid);
-    }
     auto* row = new QHBoxLayout;
     row->setSpacing(Style::grid);
     row->addWidget(m_save);

@@ -2,6 +2,7 @@
 #include "shell/settings/PaintSettingsView.h"
 
 #include "shell/controls/SideList.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/settings/SettingsPane.h"
 
@@ -37,7 +38,7 @@ PaintSettingsView::PaintSettingsView(SettingsContext context)
         m_sections->addRow(symbolName(section), title(section));
         m_panes->addWidget(makeFrame(m_panes));
     }
-    m_sections->setFixedWidth(sideWidth - 2 * Style::grid);
+    TextSize::setFixedWidth(*m_sections, sideWidth - 2 * Style::grid);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid, Style::grid, 0, 0);
     layout->setSpacing(Style::grid);
@@ -78,8 +79,9 @@ bool PaintSettingsView::event(QEvent* event) {
 
 void PaintSettingsView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(QRect(0, 0, sideWidth, height()), Style::raised(palette()));
-    painter.fillRect(QRect(sideWidth - 1, 0, 1, height()), Style::line(palette()));
+    const int width = m_sections->width() + 2 * Style::grid;
+    painter.fillRect(QRect(0, 0, width, height()), Style::raised(palette()));
+    painter.fillRect(QRect(width - 1, 0, 1, height()), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

@@ -3,6 +3,7 @@
 
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/IconButton.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
 #include <QPainter>
@@ -28,7 +29,7 @@ RecentRow::RecentRow(const WelcomeContent::Recent& recent, QWidget* parent)
     m_remove = remove;
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
-    setFixedHeight(rowHeight);
+    TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, rowHeight, 2)); });
     setText(m_title);
     setAccessibleName(m_title);
     setAccessibleDescription(m_folder);
@@ -36,7 +37,7 @@ RecentRow::RecentRow(const WelcomeContent::Recent& recent, QWidget* parent)
 }
 
 QSize RecentRow::sizeHint() const {
-    return {0, rowHeight};
+    return {0, height()};
 }
 
 void RecentRow::resizeEvent(QResizeEvent*) {

@@ -7,6 +7,7 @@
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SymbolLabel.h"
+#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/welcome/ActionRow.h"
 #include "shell/welcome/RecentList.h"
@@ -33,7 +34,8 @@ constexpr int logoExtent = 56;
 
 QPushButton* makeButton(const QString& title, QWidget* parent) {
     auto* button = new QPushButton(title, parent);
-    button->setFixedHeight(buttonHeight);
+    TextSize::follow(
+        *button, [button] { button->setFixedHeight(TextSize::rowHeight(*button, buttonHeight)); });
     button->setAutoDefault(true);
     return button;
 }

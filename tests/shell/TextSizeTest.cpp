@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/ShellTest.h"
+#include "shell/controls/Labels.h"
+#include "shell/controls/SideList.h"
+#include "shell/controls/TextSize.h"
+#include "shell/dialogs/AlignObjectDialog.h"
+#include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/GenerativeFillDialog.h"
+#include "shell/dialogs/LayerPropertiesDialog.h"
+#include "shell/dialogs/NewProjectDialog.h"
+#include "shell/dialogs/ResizeDialog.h"
+#include "shell/dialogs/RotateZoomDialog.h"
+#include "shell/dialogs/SVGSizeDialogView.h"
+#include "shell/looks/SystemFontSize.h"
+#include "shell/panels/HistoryList.h"
+#include "shell/panels/LayerList.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace quillabrae::shell {
+namespace {
+
+class TextSizeTest : public ShellTest {
+protected:
+    ~TextSizeTest() override { use(1.0); }
+
+    void use(double factor) {
+        size.use(factor);
+        runDeferred();
+    }
+
+    std::vector<std::unique_ptr<QDialog>> makeDialogs() {
+        std::vector<std::unique_ptr<QDialog>> made;
+        const QSizeF canvas(900, 620);
+        made.push_back(std::make_unique<NewProjectDialog>(canvas));
+        made.push_back(std::make_unique<ResizeDialog>(
+            ResizeDialogRequest{ResizeDialogMode::canvas, canvas, 96.0, {}}));
+        made.push_back(std::make_unique<AlignObjectDialog>([](store::AlignObjectAction) {}));
+        made.push_back(std::make_unique<ColorRemovalDialog>(
+            store->settings(), [](const store::ColorRemovalSettings&) {}));
+        made.push_back(std::make_unique<RotateZoomDialog>());
+        made.push_back(std::make_unique<LayerPropertiesDialog>(
+            store::LayerPropertiesDialogResult{QStringLiteral("Layer"), 1.0, true, false}));
+        made.push_back(std::make_unique<SVGSizeDialogView>(canvas));
+        made.push_back(std::make_unique<GenerativeFillDialog>(*store));
+        return made;
+    }
+
+    /// What of a dialog has less room than its letters need, or lies outside.
+    static QStringList clipped(const QDialog& dialog) {
+        QStringList found;
+        for (const QWidget* part : dialog.findChildren<QWidget*>()) {
+            const bool hasLetters = qobject_cast<const QLabel*>(part) != nullptr ||
+                                    qobject_cast<const QAbstractButton*>(part) != nullptr ||
+                                    qobject_cast<const QComboBox*>(part) != nullptr ||
+                                    qobject_cast<const QLineEdit*>(part) != nullptr;
+            if (!hasLetters || !part->isVisible() || part->window() != &dialog) continue;
+            const QRect place(part->mapTo(&dialog, QPoint()), part->size());
+            const bool isWrapped = part->hasHeightForWidth();
+            // The line of a field of numbers has the field's frame around it.
+            const bool isInField = qobject_cast<QAbstractSpinBox*>(part->parentWidget()) != nullptr;
+            int height = std::min(part->minimumSizeHint().height(), part->sizeHint().height());
+            if (isWrapped) height = part->heightForWidth(part->width());
+            if (isInField) height = part->fontMetrics().height();
+            if (!dialog.rect().contains(place) || part->height() < height ||
+                (!isWrapped && part->width() < part->minimumSizeHint().width()))
+                found << QStringLiteral("%1 %2: %3 x %4, needs %5 x %6")
+                             .arg(QLatin1StringView(part->metaObject()->className()),
+                                  part->accessibleName())
+                             .arg(part->width())
+                             .arg(part->height())
+                             .arg(part->minimumSizeHint().width())
+                             .arg(height);
+        }
+        return found;
+    }
+
+    SystemFontSize size;
+};
+
+TEST_F(TextSizeTest, LabelsFollowTheProgramsLetters) {
+    QWidget window;
+    QLabel* title = Labels::title(QStringLiteral("Title"), 1.5, &window);
+    QLabel* body = Labels::body(QStringLiteral("Body"), &window);
+    const qreal before = title->font().pointSizeF();
+    const qreal plain = body->font().pointSizeF();
+    EXPECT_NEAR(before, 1.5 * plain, 0.01);
+    use(2.0);
+    EXPECT_NEAR(title->font().pointSizeF(), 2.0 * before, 0.01);
+    EXPECT_NEAR(body->font().pointSizeF(), 2.0 * plain, 0.01);
+    EXPECT_EQ(title->font().weight(), QFont::DemiBold);
+    use(1.0);
+    EXPECT_NEAR(title->font().pointSizeF(), before, 0.01);
+}
+
+TEST_F(TextSizeTest, LettersStayWithinReason) {
+    const qreal before = QApplication::font().pointSizeF();
+    use(100.0);
+    EXPECT_NEAR(QApplication::font().pointSizeF(), 3.0 * before, 0.01);
+    use(0.01);
+    EXPECT_NEAR(QApplication::font().pointSizeF(), 0.5 * before, 0.01);
+}
+
+TEST_F(TextSizeTest, DialogsHaveTheirSizeAtUsualLettersAndGrowWithLargerOnes) {
+    makeProject(*store);
+    const auto dialogs = makeDialogs();
+    std::vector<QSize> before;
+    for (const auto& dialog : dialogs) {
+        dialog->show();
+        runDeferred();
+        before.push_back(dialog->size());
+        EXPECT_EQ(clipped(*dialog), QStringList()) << qPrintable(dialog->windowTitle());
+    }
+    EXPECT_EQ(before.front(), QSize(420, 310));
+    for (const double factor : {1.25, 1.5, 2.0}) {
+        use(factor);
+        for (const auto& dialog : dialogs)
+            EXPECT_EQ(clipped(*dialog), QStringList())
+                << factor << ' ' << qPrintable(dialog->windowTitle());
+    }
+    use(1.0);
+    for (std::size_t index = 0; index < dialogs.size(); ++index)
+        EXPECT_EQ(dialogs[index]->size(), before[index]);
+}
+
+TEST_F(TextSizeTest, RowsOfListsAreAsHighAsTheirLettersNeed) {
+    makeProject(*store);
+    LayerList layers(*store, {});
+    HistoryList history(*store);
+    SideList side(QStringLiteral("Sections"));
+    side.addRow(QStringLiteral("trash"), QStringLiteral("Trash"));
+    for (QAbstractItemView* list :
+         std::initializer_list<QAbstractItemView*>{&layers, &history, &side})
+        list->show();
+    const auto heightIn = [](const QAbstractItemView& list) {
+        return list.visualRect(list.model()->index(0, 0)).height();
+    };
+    EXPECT_EQ(heightIn(layers), 44);
+    EXPECT_EQ(heightIn(history), 26);
+    EXPECT_EQ(heightIn(side), 34);
+    use(2.5);
+    EXPECT_GE(heightIn(layers), 2 * layers.fontMetrics().height());
+    EXPECT_GE(heightIn(history), history.fontMetrics().height());
+    EXPECT_GE(heightIn(side), side.fontMetrics().height());
+    use(1.0);
+    EXPECT_EQ(heightIn(layers), 44);
+}
+
+} // namespace
+} // namespace quillabrae::shell
