@@ -82,7 +82,7 @@ KillCommand KillCommands::save(int index) {
                  .arg(index)
                  .arg(upTo(3))
                  .toUtf8()},
-            Change::move};
+            Change::save};
 }
 
 KillCommand KillCommands::stroke() {

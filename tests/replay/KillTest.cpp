@@ -120,7 +120,7 @@ private:
         const RecoverableWork work = RecoverableWork::from(result);
         m_isPending = m_underWay.isPending;
         const bool isRecorded =
-            m_underWay.change == Change::move || !work.hasSamePast(m_acknowledged);
+            m_underWay.change == Change::save || !work.hasSamePast(m_acknowledged);
         if (isRecorded) m_acknowledged = work;
         // What has only begun, or came to nothing, may have put floating pixels down or dropped
         // what could be redone. Nothing is lost where they float again, and it can be.

@@ -38,35 +38,40 @@ RecoverableTab tabFrom(const QJsonObject& record) {
     return tab;
 }
 
+/// An entry that stands for its tab, without what a save changes, or without what the tab may have
+/// had and the entry itself has not once it has been left: pixels that were put down, for one.
+QJsonObject withoutMarks(QJsonObject entry, bool isLeft) {
+    QJsonObject project = entry.value(QStringLiteral("project")).toObject();
+    project.remove(QStringLiteral("lastModified"));
+    entry.insert(QStringLiteral("project"), isLeft ? QJsonValue() : QJsonValue(project));
+    return entry;
+}
+
+/// Whether both have the same entries before `end`, the one that `from` stands at taken for itself.
+bool hasSameEntries(const RecoverableTab& from, const RecoverableTab& to, std::size_t end,
+                    bool isLeft) {
+    for (std::size_t i = 0; i < end; ++i) {
+        const bool stands = static_cast<int>(i) == from.selected;
+        if (stands ? withoutMarks(from.entries[i], isLeft) != withoutMarks(to.entries[i], isLeft)
+                   : from.entries[i] != to.entries[i])
+            return false;
+    }
+    return true;
+}
+
 bool isEdited(const RecoverableTab& from, const RecoverableTab& to, std::size_t mostAdded) {
     const auto kept = from.entries.empty() ? std::size_t{0} : std::size_t(from.selected) + 1;
     const std::size_t added = to.entries.size() - std::min(to.entries.size(), kept);
     // The first entry of a history that was not kept counts with those that were added.
     const bool isShort = added >= 1 && added <= mostAdded + (from.entries.empty() ? 1U : 0U);
     return isShort && to.selected == static_cast<int>(to.entries.size()) - 1 &&
-           std::equal(from.entries.begin(),
-                      from.entries.begin() + static_cast<std::ptrdiff_t>(kept), to.entries.begin());
-}
-
-/// An entry that stands for its tab, without what a save or the leaving of the entry changes.
-QJsonObject withoutMarks(QJsonObject entry, bool isLeft) {
-    QJsonObject project = entry.value(QStringLiteral("project")).toObject();
-    project.remove(QStringLiteral("lastModified"));
-    // The tab may have had pixels put down that the entry itself still has afloat.
-    entry.insert(QStringLiteral("project"), isLeft ? QJsonValue() : QJsonValue(project));
-    return entry;
+           hasSameEntries(from, to, kept, true);
 }
 
 bool isMoved(const RecoverableTab& from, const RecoverableTab& to) {
-    if (from.entries.size() != to.entries.size()) return false;
-    const bool isLeft = from.selected != to.selected;
-    for (std::size_t i = 0; i < from.entries.size(); ++i) {
-        const bool stands = static_cast<int>(i) == from.selected;
-        if (stands ? withoutMarks(from.entries[i], isLeft) != withoutMarks(to.entries[i], isLeft)
-                   : from.entries[i] != to.entries[i])
-            return false;
-    }
-    return from.project.value(QStringLiteral("id")) == to.project.value(QStringLiteral("id"));
+    return from.entries.size() == to.entries.size() &&
+           hasSameEntries(from, to, from.entries.size(), from.selected != to.selected) &&
+           from.project.value(QStringLiteral("id")) == to.project.value(QStringLiteral("id"));
 }
 
 QString compact(const QJsonObject& object) {
@@ -94,7 +99,7 @@ std::span<const QJsonObject> pastOf(const RecoverableTab& tab) {
 }
 
 bool leadsOn(const RecoverableTab& from, const RecoverableTab& to, Change change) {
-    if (change == Change::move) return isMoved(from, to);
+    if (change == Change::move || change == Change::save) return isMoved(from, to);
     return isEdited(from, to, change == Change::editAfterDraft ? 3 : 2);
 }
 

@@ -45,8 +45,10 @@ enum class Change {
     edit,
     /// The same, after a draft under way has added one of its own.
     editAfterDraft,
-    /// Changes only the place in the history or in the user's files.
+    /// Changes only the place in the history.
     move,
+    /// Changes only the place in the user's files, and always does.
+    save,
 };
 
 /// Whether one whole command that does such a change to the active tab, or opens or closes one,

@@ -9,16 +9,13 @@ namespace quillabrae::replay {
 
 std::span<VerbTable (*const)()> verbFamilies() {
     static constexpr VerbTable (*families[])() = {
-        storeProjectVerbs, storeFileVerbs,
-        storeLayerVerbs,   storeSelectionVerbs,
-        editVerbs,         promptVerbs,
-        lookVerbs,         controlVerbs,
-        canvasVerbs,       draftVerbs,
-        rasterVerbs,       rasterMaskVerbs,
-        rasterLayerVerbs,  rasterGenerativeVerbs,
-        rasterTextVerbs,   intakeVerbs,
-        adjustmentVerbs,   generativeFillVerbs,
-        pluginVerbs,
+        storeProjectVerbs,   storeFileVerbs,   storeLayerVerbs,
+        storeSelectionVerbs, editVerbs,        promptVerbs,
+        lookVerbs,           controlVerbs,     faultVerbs,
+        canvasVerbs,         draftVerbs,       rasterVerbs,
+        rasterMaskVerbs,     rasterLayerVerbs, rasterGenerativeVerbs,
+        rasterTextVerbs,     intakeVerbs,      adjustmentVerbs,
+        generativeFillVerbs, pluginVerbs,
     };
     return families;
 }

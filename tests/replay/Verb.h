@@ -36,6 +36,7 @@ VerbTable editVerbs();
 VerbTable promptVerbs();
 VerbTable lookVerbs();
 VerbTable controlVerbs();
+VerbTable faultVerbs();
 VerbTable canvasVerbs();
 VerbTable draftVerbs();
 VerbTable rasterVerbs();
