@@ -17,6 +17,9 @@ using platform::FileOperationError;
 /// Many times the size of a manifest.
 constexpr qint64 largestManifest = qint64{64} * 1024;
 
+/// Ends the hidden name of a plugin's folder on its way out.
+constexpr QLatin1StringView removedSuffix(".removed");
+
 QString manifestIn(const QString& folder) {
     return folder + QStringLiteral("/manifest.json");
 }
@@ -104,17 +107,38 @@ void PluginLibraryService::install(const QuillabraePlugin& plugin) {
 
 void PluginLibraryService::uninstall(const QuillabraePlugin& plugin) {
     try {
-        if (isFolderName(plugin.id)) m_fileOperations.removeTree(folderOf(plugin.id));
+        if (isFolderName(plugin.id)) removeFolder(plugin.id);
     } catch (const FileOperationError& error) {
         throw PluginLibraryError(PluginLibraryError::Reason::uninstallFailed, error.description());
     }
     setInstalledPluginIDs(m_installedPluginIDs - QSet<QString>{plugin.id});
 }
 
+// Out of sight at once, so that there is never half a plugin.
+void PluginLibraryService::removeFolder(const QString& id) {
+    const QString folder = folderOf(id);
+    if (!m_fileOperations.exists(folder)) return;
+    const QString removed = folderOf(u'.' + id + removedSuffix);
+    m_fileOperations.removeTree(removed);
+    m_fileOperations.rename(folder, removed);
+    removeLeftover(removed);
+}
+
+void PluginLibraryService::removeLeftover(const QString& folder) {
+    try {
+        m_fileOperations.removeTree(folder);
+    } catch (const FileOperationError&) {
+        // The next start tries again.
+    }
+}
+
 void PluginLibraryService::reloadInstalledPlugins() {
     QSet<QString> ids;
     for (const QString& name : m_fileOperations.entries(m_installDirectory)) {
-        if (name.startsWith(u'.')) continue;
+        if (name.startsWith(u'.')) {
+            if (name.endsWith(removedSuffix)) removeLeftover(folderOf(name));
+            continue;
+        }
         const auto installed = readManifest(folderOf(name));
         if (!installed || installed->id != name) continue;
         const QuillabraePlugin* const row = plugin(name);

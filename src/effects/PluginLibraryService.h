@@ -53,6 +53,8 @@ Q_SIGNALS:
 
 private:
     QString folderOf(const QString& id) const;
+    void removeFolder(const QString& id);
+    void removeLeftover(const QString& folder);
     void writeManifest(const QString& folder, const QuillabraePlugin& plugin);
     void setInstalledPluginIDs(const QSet<QString>& ids);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 namespace quillabrae::persistence {
@@ -50,7 +51,9 @@ void BlockSink::writeBase64(std::span<const std::uint8_t> bytes) {
 
 void BlockSink::finish() {
     flush();
-    if (!m_file.resize(m_file.pos())) fail();
+    errno = 0;
+    while (!m_file.resize(m_file.pos()))
+        if (errno != EINTR) fail();
 }
 
 void BlockSink::flush() {

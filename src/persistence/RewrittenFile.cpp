@@ -77,10 +77,16 @@ void writeContent(const Names& names, const QString& path,
 
 void takePlace(FileOperations& files, const Names& names, const QString& writing) {
     const bool isFile = QFileInfo(names.target()).isFile();
-    if (isFile && files.exchange(writing, names.target()))
-        files.rename(writing, names.spare());
-    else
+    if (!isFile || !files.exchange(writing, names.target())) {
         files.rename(writing, names.target());
+        return;
+    }
+    try {
+        files.rename(writing, names.spare());
+    } catch (const platform::FileOperationError&) {
+        // The new content is in its place; the old one is only worth keeping.
+        QFile::remove(writing);
+    }
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace quillabrae::platform {
@@ -50,12 +51,12 @@ public:
 
     int value() const { return m_value; }
     bool isOpen() const { return m_value >= 0; }
-    /// The result of close(2), which may be the first to tell of a failed write.
+    /// The result of close(2), which may be the first to tell of a failed write. One that was
+    /// interrupted has closed all the same, and must not be repeated.
     int close() {
         if (m_value < 0) return 0;
-        const int result = ::close(m_value);
-        m_value = -1;
-        return result;
+        const int result = ::close(std::exchange(m_value, -1));
+        return result != 0 && errno == EINTR ? 0 : result;
     }
 
 private:
@@ -111,11 +112,12 @@ class SystemFileOperations final : public FileOperations {
 public:
     void makePath(const QString& folder) override {
         const QByteArray name = QFile::encodeName(folder);
-        if (::mkdir(name.constData(), 0777) == 0 || isFolder(name)) return;
+        const auto make = [&] { return ::mkdir(name.constData(), 0777); };
+        if (retrying(make) == 0 || isFolder(name)) return;
         const QString parent = QFileInfo(folder).path();
         if (errno != ENOENT || parent == folder) fail(folder);
         makePath(parent);
-        if (::mkdir(name.constData(), 0777) != 0 && !isFolder(name)) fail(folder);
+        if (retrying(make) != 0 && !isFolder(name)) fail(folder);
     }
 
     std::unique_ptr<DurableFile> createFile(const QString& path) override {
@@ -133,17 +135,21 @@ public:
     }
 
     bool exchange(const QString& a, const QString& b) override {
-        const int result = ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD,
-                                       QFile::encodeName(b).constData(), RENAME_EXCHANGE);
+        const int result = retrying([&] {
+            return ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD,
+                               QFile::encodeName(b).constData(), RENAME_EXCHANGE);
+        });
         if (result == 0) return true;
         if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP) return false;
         fail(b);
     }
 
     void rename(const QString& from, const QString& to) override {
-        if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) !=
-            0)
-            fail(to);
+        const int result = retrying([&] {
+            return std::rename(QFile::encodeName(from).constData(),
+                               QFile::encodeName(to).constData());
+        });
+        if (result != 0) fail(to);
     }
 
     void removeTree(const QString& path) override {
@@ -154,11 +160,13 @@ public:
             fail(path);
         }
         if (!S_ISDIR(information.st_mode)) {
-            if (::unlink(name.constData()) != 0 && errno != ENOENT) fail(path);
+            const int result = retrying([&] { return ::unlink(name.constData()); });
+            if (result != 0 && errno != ENOENT) fail(path);
             return;
         }
         for (const QString& entry : entries(path)) removeTree(path + u'/' + entry);
-        if (::rmdir(name.constData()) != 0 && errno != ENOENT) fail(path);
+        const int result = retrying([&] { return ::rmdir(name.constData()); });
+        if (result != 0 && errno != ENOENT) fail(path);
     }
 
     void adoptPermissions(const QString& from, const QString& to) override {
@@ -169,7 +177,8 @@ public:
         if (::stat(name.constData(), &information) != 0) return;
         if ((model.st_mode & S_IFMT) != (information.st_mode & S_IFMT)) return;
         // Where it fails the thing keeps the rights it was made with.
-        static_cast<void>(::chmod(name.constData(), model.st_mode & 0777));
+        static_cast<void>(
+            retrying([&] { return ::chmod(name.constData(), model.st_mode & 0777); }));
     }
 
     bool isWritable(const QString& path) override {

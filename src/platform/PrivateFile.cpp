@@ -22,34 +22,54 @@ constexpr mode_t ownFile = 0600;
     throw FileOperationError(path, errno);
 }
 
-void writeAll(QFile& file, const QByteArray& bytes) {
-    // QFile keeps the reason of a failed write to itself.
-    errno = 0;
-    if (file.write(bytes) != bytes.size() || !file.flush() || ::fsync(file.handle()) != 0) {
-        if (errno == 0) errno = EIO;
-        fail(file.fileName());
+/// Runs a system call again for as long as a signal interrupts it.
+template <typename Call>
+auto retrying(Call&& call) {
+    auto result = call();
+    while (result == -1 && errno == EINTR) result = call();
+    return result;
+}
+
+bool isWritten(int file, const QByteArray& bytes) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t written = retrying([&] {
+            return ::write(file, bytes.constData() + done,
+                           static_cast<std::size_t>(bytes.size() - done));
+        });
+        if (written < 0) return false;
+        done += written;
     }
+    return retrying([&] { return ::fsync(file); }) == 0;
 }
 
 } // namespace
+
+void createPrivateFile(const QString& path, const QByteArray& bytes) {
+    const QByteArray name = QFile::encodeName(path);
+    const int file = retrying([&] {
+        return ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                      ownFile);
+    });
+    if (file < 0) fail(path);
+    const bool isWhole = isWritten(file, bytes);
+    const int reason = errno;
+    // Interrupted, it has closed all the same.
+    const bool isClosed = ::close(file) == 0 || errno == EINTR;
+    if (isWhole && isClosed) return;
+    if (!isWhole) errno = reason;
+    const FileOperationError error(path, errno);
+    ::unlink(name.constData());
+    throw error;
+}
 
 QString writePrivateFile(const QString& folder, const QString& name, const QByteArray& bytes) {
     FileOperations& operations = systemFileOperations();
     operations.removeTree(folder);
     operations.makePath(QFileInfo(folder).path());
-    if (::mkdir(QFile::encodeName(folder).constData(), ownFolder) != 0) fail(folder);
+    const QByteArray folderName = QFile::encodeName(folder);
+    if (retrying([&] { return ::mkdir(folderName.constData(), ownFolder); }) != 0) fail(folder);
     const QString path = folder + QLatin1Char('/') + name;
-    const int descriptor = ::open(QFile::encodeName(path).constData(),
-                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ownFile);
-    if (descriptor < 0) fail(path);
-    QFile file(path);
-    if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered,
-                   QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        errno = EIO;
-        fail(path);
-    }
-    writeAll(file, bytes);
+    createPrivateFile(path, bytes);
     return path;
 }
 

@@ -12,4 +12,9 @@ namespace quillabrae::platform {
 /// Returns the path of the file.
 QString writePrivateFile(const QString& folder, const QString& name, const QByteArray& bytes);
 
+/// A new file with these bytes, on the disk and closed to everybody but this user. Where anything
+/// is at `path`, a link for one, that is an error. Throws FileOperationError; there is no file
+/// then.
+void createPrivateFile(const QString& path, const QByteArray& bytes);
+
 } // namespace quillabrae::platform

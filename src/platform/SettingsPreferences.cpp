@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/SettingsPreferences.h"
 
+#include "platform/PreferencesFile.h"
+
 #include <chrono>
 
 namespace quillabrae::platform {
@@ -13,6 +15,7 @@ constexpr std::chrono::milliseconds gatheringTime{250};
 SettingsPreferences::SettingsPreferences(const QString& file, Writing writing)
     : m_settings(file, QSettings::IniFormat), m_writing(writing) {
     m_settings.setFallbacksEnabled(false);
+    removeKilledPreferences(file);
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setInterval(gatheringTime);
     QObject::connect(&m_flushTimer, &QTimer::timeout, &m_settings, [this] { flush(); });
@@ -23,8 +26,10 @@ SettingsPreferences::~SettingsPreferences() {
 }
 
 QVariant SettingsPreferences::value(const QString& key) const {
-    const auto pending = m_pending.constFind(key);
-    return pending != m_pending.constEnd() ? *pending : m_settings.value(key);
+    for (const auto* changes : {&m_pending, &m_written})
+        if (const auto change = changes->constFind(key); change != changes->constEnd())
+            return *change;
+    return m_settings.value(key);
 }
 
 void SettingsPreferences::setValue(const QString& key, const QVariant& value) {
@@ -48,14 +53,10 @@ void SettingsPreferences::change(const QString& key, const QVariant& newValue) {
 void SettingsPreferences::flush() {
     m_flushTimer.stop();
     if (m_pending.isEmpty()) return;
-    for (auto change = m_pending.cbegin(); change != m_pending.cend(); ++change) {
-        if (change.value().isValid())
-            m_settings.setValue(change.key(), change.value());
-        else
-            m_settings.remove(change.key());
-    }
+    // What cannot be written goes along with the next change.
+    if (!rewritePreferences(m_settings.fileName(), m_pending)) return;
+    m_written.insert(m_pending);
     m_pending.clear();
-    m_settings.sync();
 }
 
 } // namespace quillabrae::platform

@@ -34,8 +34,11 @@ public:
 private:
     void change(const QString& key, const QVariant& value);
 
-    /// Changes that are not in `m_settings` yet; an invalid value stands for a removed key.
+    /// Changes that are not in the file yet; an invalid value stands for a removed key.
     QHash<QString, QVariant> m_pending;
+    /// Changes that are.
+    QHash<QString, QVariant> m_written;
+    /// What the file held before them; it only reads.
     QSettings m_settings;
     Writing m_writing;
     QTimer m_flushTimer;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/MemoryPreferences.h"
 #include "platform/SettingsPreferences.h"
+#include "support/FullDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,6 +10,7 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace quillabrae::platform {
 namespace {
@@ -21,6 +23,15 @@ class StoredPreferences : public ::testing::Test {
 protected:
     /// What another start of the program reads.
     QVariant storedValue() const { return SettingsPreferences(file, Writing::atOnce).value(key); }
+
+    QStringList names() const {
+        return QFileInfo(file).dir().entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+    static mode_t modeOf(const QString& path) {
+        struct stat information {};
+        EXPECT_EQ(::stat(QFile::encodeName(path).constData(), &information), 0);
+        return information.st_mode & 07777;
+    }
 
     QTemporaryDir folder;
     QString file = folder.filePath(QStringLiteral("deeper/preferences.ini"));
@@ -158,6 +169,52 @@ TEST_F(StoredPreferences, AFileThatCannotBeReadIsAnEmptyOne) {
     broken.write(QByteArray("\0\xff[[[=\n@ByteArray(", 18));
     broken.close();
     EXPECT_FALSE(storedValue().isValid());
+}
+
+TEST_F(StoredPreferences, AreThisUsersAlone) {
+    const mode_t before = ::umask(0);
+    SettingsPreferences(file, Writing::atOnce).setValue(key, 1);
+    ::umask(before);
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_EQ(modeOf(QFileInfo(file).path()), 0700U);
+}
+
+TEST_F(StoredPreferences, AFullDiskKeepsThemAsTheyWere) {
+    SettingsPreferences(file, Writing::atOnce).setValue(key, 1);
+    SettingsPreferences preferences(file, Writing::atOnce);
+    {
+        const tests::FullDisk disk(8);
+        preferences.setValue(key, 2);
+        EXPECT_EQ(preferences.integer(key, 0), 2);
+    }
+    EXPECT_EQ(storedValue().toInt(), 1);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral(".preferences.ini.lock"),
+                                    QStringLiteral("preferences.ini")}));
+    preferences.setValue(QStringLiteral("Quillabrae.other"), true);
+    EXPECT_EQ(storedValue().toInt(), 2);
+}
+
+TEST_F(StoredPreferences, WhatAKilledWriteHasLeftGoesAtTheNextStart) {
+    SettingsPreferences(file, Writing::atOnce).setValue(key, 1);
+    const QStringList whole = names();
+    for (const char* end : {".writing", ".writing.lock", ".writing.AbCdEf", ".writing.whole"}) {
+        QFile left(folder.filePath(
+            QStringLiteral("deeper/.preferences.ini.0a6a064a-e8b6-44b2-8cc0-74222240a809") +
+            QLatin1StringView(end)));
+        ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+    }
+    EXPECT_EQ(storedValue().toInt(), 1);
+    EXPECT_EQ(names(), whole);
+}
+
+TEST_F(StoredPreferences, BehindALinkStayThere) {
+    const QString elsewhere = folder.filePath(QStringLiteral("elsewhere.ini"));
+    SettingsPreferences(elsewhere, Writing::atOnce).setValue(key, 1);
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
+    ASSERT_TRUE(QFile::link(elsewhere, file));
+    SettingsPreferences(file, Writing::atOnce).setValue(key, 2);
+    EXPECT_TRUE(QFileInfo(file).isSymLink());
+    EXPECT_EQ(SettingsPreferences(elsewhere, Writing::atOnce).integer(key, 0), 2);
 }
 
 } // namespace

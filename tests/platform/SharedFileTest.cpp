@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/SharedFile.h"
+#include "support/FullDisk.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTemporaryDir>
 
@@ -89,6 +91,43 @@ TEST_F(SharedFile, IsLeftToAProgramThatNeverStopsWriting) {
     });
     EXPECT_EQ(read(), "old" + QByteArray(asked, '!'));
     EXPECT_EQ(names(), QStringList(QStringLiteral("list")));
+}
+
+TEST_F(SharedFile, AFullDiskLeavesItAsItIs) {
+    replaceBy("old");
+    {
+        const tests::FullDisk disk(8);
+        rewriteSharedFile(path, MissingFile::leftOut,
+                          [](const QByteArray& content) { return content + ", and much of ours"; });
+    }
+    EXPECT_EQ(read(), "old");
+    EXPECT_EQ(names(), QStringList(QStringLiteral("list")));
+}
+
+TEST_F(SharedFile, WhatAKilledProgramHasLeftGoesWithTheNextRewriting) {
+    replaceBy("old");
+    QFile left(folder.filePath(QStringLiteral(".list.999999999.writing")));
+    ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+    QFile ofAnother(folder.filePath(QStringLiteral(".list.1.writing")));
+    ASSERT_TRUE(ofAnother.open(QIODevice::WriteOnly));
+    rewriteSharedFile(path, MissingFile::leftOut,
+                      [](const QByteArray& content) { return content + ", ours"; });
+    EXPECT_EQ(read(), "old, ours");
+    EXPECT_EQ(names(), (QStringList{QStringLiteral(".list.1.writing"), QStringLiteral("list")}));
+}
+
+TEST_F(SharedFile, BehindALinkIsReplacedThereWithItsRights) {
+    replaceBy("old");
+    const QString link = folder.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(path, link));
+    ASSERT_TRUE(
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+    rewriteSharedFile(link, MissingFile::leftOut,
+                      [](const QByteArray& content) { return content + ", ours"; });
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(read(), "old, ours");
+    EXPECT_FALSE(QFileInfo(path).permissions().testFlag(QFile::ReadOther));
+    EXPECT_TRUE(QFileInfo(path).permissions().testFlag(QFile::ReadGroup));
 }
 
 } // namespace

@@ -156,7 +156,8 @@ KillCommand KillCommands::endOfPending() {
         case 0:
             return {{tool("pencil")}, Change::editAfterDraft};
         case 1:
-            return {{R"({"do": "store.invertActiveImage"})"}, Change::editAfterDraft};
+            // The draft stays, over what is inverted.
+            return {{R"({"do": "store.invertActiveImage"})"}, Change::editAfterDraft, true};
         default:
             return {
                 {QStringLiteral(R"({"do": "canvas.release", "at": %1})").arg(somewhere()).toUtf8(),
