@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The checks behind `./dev lint`: licence lines, file length, floors, clang-format, clang-tidy.
+"""The checks behind `./dev lint`: licence lines, file length, floors, desktop files, texts to
+translate, clang-format, clang-tidy.
 
 clang-tidy is the slow one. A source that it found clean is remembered in the user's cache folder by
 a hash of everything that could change the verdict: the file, all of our headers that it reaches, how
@@ -66,6 +67,13 @@ def floor_check():
 def desktop_check():
     result = run(sys.executable, "tools/check_desktop.py")
     return result.stdout.splitlines() if result.returncode else []
+
+
+def texts_check():
+    """What users read and translators do not see, or a file of translations that fell behind."""
+    results = [run(sys.executable, "tools/check_texts.py"),
+               run(sys.executable, "tools/translations.py", "check")]
+    return [line for result in results if result.returncode for line in result.stdout.splitlines()]
 
 
 def format_check(files, jobs):
@@ -239,6 +247,7 @@ def main():
     checks = [("licence and length", lambda: plain_checks(files)),
               ("floors", floor_check),
               ("desktop files", desktop_check),
+              ("texts", texts_check),
               ("clang-format", lambda: format_check(files, options.jobs))]
     if not options.quick:
         checks.append(("clang-tidy", lambda: tidy_check(options.jobs, asked)))

@@ -9,6 +9,7 @@
 #include "model/PaintTool.h"
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QImage>
 #include <QStringList>
 
@@ -17,6 +18,11 @@
 
 namespace quillabrae::canvas {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct CanvasDescriptionTexts {
+    Q_DECLARE_TR_FUNCTIONS(CanvasDescriptionTexts)
+};
 
 constexpr double pixelCenter = 0.5;
 constexpr double percent = 100.0;
@@ -45,8 +51,8 @@ QString place(const model::PaintProject& project, model::CanvasPoint point) {
     const auto color = shownColor(project, point);
     const QString name =
         color ? QColor::fromRgbF(float(color->red), float(color->green), float(color->blue)).name()
-              : QStringLiteral("transparent");
-    return QStringLiteral("Pixel %1, %2, %3")
+              : CanvasDescriptionTexts::tr("transparent");
+    return CanvasDescriptionTexts::tr("Pixel %1, %2, %3")
         .arg(std::floor(point.x))
         .arg(std::floor(point.y))
         .arg(name);
@@ -54,17 +60,17 @@ QString place(const model::PaintProject& project, model::CanvasPoint point) {
 
 QString layerWords(const model::PaintProject& project) {
     const model::PaintLayer* layer = project.selectedLayer();
-    if (layer == nullptr) return QStringLiteral("No layer");
-    QString words = QStringLiteral("Layer %1").arg(layer->name);
-    if (!layer->isVisible) words += QStringLiteral(", hidden");
-    if (layer->isLocked) words += QStringLiteral(", locked");
+    if (layer == nullptr) return CanvasDescriptionTexts::tr("No layer");
+    QString words = CanvasDescriptionTexts::tr("Layer %1").arg(layer->name);
+    if (!layer->isVisible) words += CanvasDescriptionTexts::tr(", hidden");
+    if (layer->isLocked) words += CanvasDescriptionTexts::tr(", locked");
     return words;
 }
 
 QString selectionWords(const model::PaintProject& project) {
     const auto selection = currentSelection(project);
-    if (!selection) return QStringLiteral("No selection");
-    return QStringLiteral("Selection at %1, %2, %3 by %4")
+    if (!selection) return CanvasDescriptionTexts::tr("No selection");
+    return CanvasDescriptionTexts::tr("Selection at %1, %2, %3 by %4")
         .arg(selection->x)
         .arg(selection->y)
         .arg(selection->width)
@@ -101,9 +107,10 @@ QString canvasDescription(const CanvasView& view) {
     QStringList parts;
     if (const auto point = view.hoveredCanvasPoint()) parts.append(place(*project, *point));
     QString tool = model::title(view.selectedTool());
-    if (view.keyboardPointer().isPressed()) tool += QStringLiteral(", pressed");
+    if (view.keyboardPointer().isPressed()) tool += CanvasDescriptionTexts::tr(", pressed");
     parts.append(tool);
-    parts.append(QStringLiteral("Zoom %1%").arg(std::lround(view.currentZoom() * percent)));
+    parts.append(
+        CanvasDescriptionTexts::tr("Zoom %1%").arg(std::lround(view.currentZoom() * percent)));
     parts.append(layerWords(*project));
     parts.append(selectionWords(*project));
     return parts.join(QStringLiteral(". "));

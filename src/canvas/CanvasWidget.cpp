@@ -18,6 +18,7 @@
 #include "store/ProjectStore.h"
 
 #include <QBasicTimer>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QGestureEvent>
 #include <QInputMethodEvent>
@@ -110,6 +111,8 @@ CanvasWidget::CanvasWidget(store::ProjectStore& store, QWidget* parent)
     CanvasWidgetAccessible::install();
     setAccessibleName(tr("Canvas"));
     setFrameShape(QFrame::NoFrame);
+    // A picture is the same in languages that run from right to left.
+    setLayoutDirection(Qt::LeftToRight);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     // The right button draws.
@@ -347,8 +350,9 @@ std::optional<CanvasHandle> CanvasWidget::handleAt(QPointF place) const {
     QRectF mark = handle->mark(view.drafts().box(handle->draft));
     mark.translate(canvasOriginInViewport() -
                    QPointF(selectionHandleGutter, selectionHandleGutter));
-    return CanvasHandle{QString::fromLatin1(handle->tooltipTitle),
-                        QString::fromLatin1(handle->tooltipText), mark.toAlignedRect()};
+    return CanvasHandle{QCoreApplication::translate("DraftHandle", handle->tooltipTitle),
+                        QCoreApplication::translate("DraftHandle", handle->tooltipText),
+                        mark.toAlignedRect()};
 }
 
 } // namespace quillabrae::canvas

@@ -3,6 +3,8 @@
 
 #include "canvas/CanvasGeometry.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 
@@ -10,10 +12,11 @@ namespace quillabrae::canvas {
 namespace {
 
 constexpr QSizeF shapeMark(8.0, 8.0);
-constexpr const char* shapeTitle = "Resize Shape";
-constexpr const char* shapeText =
-    "Drag this handle to resize the active shape. Hold Shift to preserve its proportions.";
-constexpr const char* resizeTextTitle = "Resize Text Area";
+constexpr const char* shapeTitle = QT_TRANSLATE_NOOP("DraftHandle", "Resize Shape");
+constexpr const char* shapeText = QT_TRANSLATE_NOOP(
+    "DraftHandle",
+    "Drag this handle to resize the active shape. Hold Shift to preserve its proportions.");
+constexpr const char* resizeTextTitle = QT_TRANSLATE_NOOP("DraftHandle", "Resize Text Area");
 
 constexpr DraftHandle shapeHandle(SelectionHandle handle, const char* name, QPointF anchor) {
     return {DraftKind::shape, name, anchor, shapeMark, 1.0, handle, shapeTitle, shapeText};
@@ -32,15 +35,18 @@ constexpr std::array<DraftHandle, 8> shapeHandles{{
 
 constexpr std::array<DraftHandle, 4> textHandles{{
     {DraftKind::text, "move", QPointF(0.0, 0.0), QSizeF(10.0, 10.0), 2.0, DraftMove{},
-     "Move Text Area", "Drags the text area without changing its size."},
+     QT_TRANSLATE_NOOP("DraftHandle", "Move Text Area"),
+     QT_TRANSLATE_NOOP("DraftHandle", "Drags the text area without changing its size.")},
     {DraftKind::text, "both", QPointF(1.0, 1.0), QSizeF(10.0, 10.0), 1.0, TextDraftResizeAxis::both,
-     resizeTextTitle, "Drags the corner to change the text area width and height."},
+     resizeTextTitle,
+     QT_TRANSLATE_NOOP("DraftHandle",
+                       "Drags the corner to change the text area width and height.")},
     {DraftKind::text, "horizontal", QPointF(1.0, 0.5), QSizeF(7.0, 22.0), 1.0,
      TextDraftResizeAxis::horizontal, resizeTextTitle,
-     "Drags the right edge to change the text area width."},
+     QT_TRANSLATE_NOOP("DraftHandle", "Drags the right edge to change the text area width.")},
     {DraftKind::text, "vertical", QPointF(0.5, 1.0), QSizeF(22.0, 7.0), 1.0,
      TextDraftResizeAxis::vertical, resizeTextTitle,
-     "Drags the bottom edge to change the text area height."},
+     QT_TRANSLATE_NOOP("DraftHandle", "Drags the bottom edge to change the text area height.")},
 }};
 
 } // namespace

@@ -7,6 +7,8 @@
 #include "canvas/SelectionEdit.h"
 #include "raster/LayerRasterServiceRegions.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -44,7 +46,8 @@ void MagicWandGesture::refreshMagicWandSelectionForMatchChange() {
 
 bool MagicWandGesture::finish() {
     if (!std::exchange(m_didCreateSelection, false)) return false;
-    recordEdit(m_context, QStringLiteral("Select"), QStringLiteral("selection.pin.in.out"));
+    recordEdit(m_context, QCoreApplication::translate("CanvasHistory", "Select"),
+               QStringLiteral("selection.pin.in.out"));
     return true;
 }
 

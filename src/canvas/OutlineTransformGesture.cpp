@@ -6,6 +6,8 @@
 #include "canvas/SelectionEdit.h"
 #include "canvas/ZoomController.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::canvas {
 
 std::optional<SelectionDragMode> selectionDragMode(QPointF location,
@@ -40,9 +42,11 @@ void OutlineTransformGesture::refresh() {
 
 void OutlineTransformGesture::finish() {
     if (m_drag && m_drag->mode.isMove()) {
-        recordEdit(m_context, QStringLiteral("Move Selection"), QStringLiteral("cursorarrow"));
+        recordEdit(m_context, QCoreApplication::translate("CanvasHistory", "Move Selection"),
+                   QStringLiteral("cursorarrow"));
     } else if (m_drag) {
-        recordEdit(m_context, QStringLiteral("Resize Selection Outline"),
+        recordEdit(m_context,
+                   QCoreApplication::translate("CanvasHistory", "Resize Selection Outline"),
                    QStringLiteral("arrow.up.left.and.arrow.down.right"));
     }
     reset();

@@ -12,6 +12,8 @@
 #include "raster/LayerRasterServiceLayers.h"
 #include "raster/PixelCopy.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -26,8 +28,10 @@ struct HistoryRow {
     const char* resizeTitle;
 };
 
-constexpr HistoryRow floatingHistory{"Move Floating Pixels", "Resize Floating Pixels"};
-constexpr HistoryRow layerHistory{"Move Pixels", "Resize Selection"};
+constexpr HistoryRow floatingHistory{QT_TRANSLATE_NOOP("CanvasHistory", "Move Floating Pixels"),
+                                     QT_TRANSLATE_NOOP("CanvasHistory", "Resize Floating Pixels")};
+constexpr HistoryRow layerHistory{QT_TRANSLATE_NOOP("CanvasHistory", "Move Pixels"),
+                                  QT_TRANSLATE_NOOP("CanvasHistory", "Resize Selection")};
 
 bool floatsOn(const model::PaintProject& project, const QUuid& layerID) {
     return project.floatingSelection && project.floatingSelection->layerID == layerID;
@@ -113,7 +117,9 @@ void PixelTransformGesture::finish() {
         const HistoryRow& history = isFloating ? floatingHistory : layerHistory;
         if (!isFloating) land(*layer);
         const bool isMove = m_drag->mode.isMove();
-        recordEdit(m_context, QString::fromLatin1(isMove ? history.moveTitle : history.resizeTitle),
+        recordEdit(m_context,
+                   QCoreApplication::translate("CanvasHistory",
+                                               isMove ? history.moveTitle : history.resizeTitle),
                    isMove ? QStringLiteral("arrow.up.and.down.and.arrow.left.and.right")
                           : QStringLiteral("arrow.up.left.and.arrow.down.right"));
     }

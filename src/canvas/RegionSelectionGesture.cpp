@@ -10,6 +10,8 @@
 #include "canvas/SelectionHandle.h"
 #include "raster/LayerRasterServiceMasks.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -138,7 +140,8 @@ void RegionSelectionGesture::finishSelectionCreation(double dragDistance) {
     if (isClick || !m_didCreateSelection)
         restoreBase();
     else
-        recordEdit(m_context, QStringLiteral("Select"), QStringLiteral("selection.pin.in.out"));
+        recordEdit(m_context, QCoreApplication::translate("CanvasHistory", "Select"),
+                   QStringLiteral("selection.pin.in.out"));
     cancel();
 }
 

@@ -9,6 +9,8 @@
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::canvas {
 namespace {
 
@@ -42,7 +44,8 @@ void nudgeSelection(CanvasContext& context, QSizeF delta) {
         *selection, rectOf(*selection).translated(delta.width(), delta.height()));
     select(context, nudged);
     if (context.host.settings().selectedTool != model::PaintTool::moveSelectedPixels) {
-        return recordEdit(context, QStringLiteral("Move Selection"), QStringLiteral("cursorarrow"));
+        return recordEdit(context, QCoreApplication::translate("CanvasHistory", "Move Selection"),
+                          QStringLiteral("cursorarrow"));
     }
     const model::PaintProject& project = *context.host.project();
     const model::PaintLayer* layer = project.selectedLayer();
@@ -52,7 +55,7 @@ void nudgeSelection(CanvasContext& context, QSizeF delta) {
             [&](model::PaintProject& edited) { edited.lastModified = context.host.now(); });
     }
     if (!nudgePixels(context, *selection, nudged)) return;
-    recordEdit(context, QStringLiteral("Move Pixels"),
+    recordEdit(context, QCoreApplication::translate("CanvasHistory", "Move Pixels"),
                QStringLiteral("arrow.up.and.down.and.arrow.left.and.right"));
 }
 

@@ -6,6 +6,8 @@
 #include "canvas/LiveDrawing.h"
 #include "canvas/PointerState.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 
@@ -117,7 +119,8 @@ void ShapeDraft::resize(SelectionHandle handle, QPointF translation) {
 void ShapeDraft::write() {
     if (!m_activeShapeDraft) return;
     renderActiveShapeDraft();
-    m_drawing.writeDraft(QStringLiteral("Shapes"), QStringLiteral("square.on.circle"));
+    m_drawing.writeDraft(QCoreApplication::translate("CanvasHistory", "Shapes"),
+                         QStringLiteral("square.on.circle"));
 }
 
 void ShapeDraft::reset() {

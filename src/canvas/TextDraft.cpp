@@ -6,6 +6,8 @@
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceText.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -104,7 +106,8 @@ void TextDraft::commitActiveText() {
         edited.lastModified = m_context.host.now();
     });
     m_context.repaintCanvasPixels(box);
-    m_context.host.recordHistory(QStringLiteral("Text"), QStringLiteral("textformat"));
+    m_context.host.recordHistory(QCoreApplication::translate("CanvasHistory", "Text"),
+                                 QStringLiteral("textformat"));
 }
 
 void TextDraft::refreshActiveTextStyle() {

@@ -6,6 +6,7 @@
 #include "model/JsonFields.h"
 #include "model/RecordCoding.h"
 
+#include <QCoreApplication>
 #include <QHostAddress>
 #include <QUuid>
 
@@ -15,6 +16,11 @@
 
 namespace quillabrae::effects {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct ImageEditTexts {
+    Q_DECLARE_TR_FUNCTIONS(ImageEditTexts)
+};
 
 using platform::HttpFailure;
 using platform::HttpReply;
@@ -104,7 +110,7 @@ namespace quillabrae::effects {
 namespace {
 
 OpenAIImageEditError refusal(const HttpReply& reply) {
-    const QString status = QStringLiteral("OpenAI returned HTTP %1.").arg(reply.status);
+    const QString status = ImageEditTexts::tr("OpenAI returned HTTP %1.").arg(reply.status);
     try {
         const auto failure = model::decodedJson<Failure>(reply.body);
         return OpenAIImageEditError::api(failure.error.message.value_or(status));
@@ -119,13 +125,13 @@ OpenAIImageEditError OpenAIImageEditError::api(const QString& message) {
     return {message};
 }
 OpenAIImageEditError OpenAIImageEditError::invalidURL() {
-    return {QStringLiteral("The OpenAI image edit URL is invalid.")};
+    return {ImageEditTexts::tr("The OpenAI image edit URL is invalid.")};
 }
 OpenAIImageEditError OpenAIImageEditError::invalidResponse() {
-    return {QStringLiteral("OpenAI returned an invalid response.")};
+    return {ImageEditTexts::tr("OpenAI returned an invalid response.")};
 }
 OpenAIImageEditError OpenAIImageEditError::missingImageData() {
-    return {QStringLiteral("OpenAI did not return image data.")};
+    return {ImageEditTexts::tr("OpenAI did not return image data.")};
 }
 
 ImageEditOutcome imageEditOutcome(const HttpReply& reply) {

@@ -1,17 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/PluginLibraryError.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::effects {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct PluginLibraryErrorTexts {
+    Q_DECLARE_TR_FUNCTIONS(PluginLibraryErrorTexts)
+};
 
 QString descriptionOf(PluginLibraryError::Reason reason, const QString& detail) {
     switch (reason) {
         case PluginLibraryError::Reason::installFailed:
-            return QStringLiteral("The plugin could not be installed: %1").arg(detail);
+            return PluginLibraryErrorTexts::tr("The plugin could not be installed: %1").arg(detail);
         case PluginLibraryError::Reason::uninstallFailed:
-            return QStringLiteral("The plugin could not be removed: %1").arg(detail);
+            return PluginLibraryErrorTexts::tr("The plugin could not be removed: %1").arg(detail);
         case PluginLibraryError::Reason::pluginNotInCatalog:
-            return QStringLiteral("This plugin is not available in the Quillabrae library.");
+            return PluginLibraryErrorTexts::tr(
+                "This plugin is not available in the Quillabrae library.");
     }
     return {};
 }

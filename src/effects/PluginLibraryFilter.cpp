@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "effects/PluginLibraryFilter.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
 
 namespace quillabrae::effects {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct PluginLibraryFilterTexts {
+    Q_DECLARE_TR_FUNCTIONS(PluginLibraryFilterTexts)
+};
 
 bool isMember(const QuillabraePlugin& plugin, const QSet<QString>& installedPluginIDs,
               const PluginLibraryFilter& filter) {
@@ -17,7 +23,7 @@ bool isMember(const QuillabraePlugin& plugin, const QSet<QString>& installedPlug
 }
 
 QString searchedText(const QuillabraePlugin& plugin) {
-    return QStringList{plugin.title, plugin.tagline, plugin.details, plugin.author,
+    return QStringList{title(plugin), tagline(plugin), details(plugin), plugin.author,
                        title(plugin.category)}
         .join(u' ');
 }
@@ -42,27 +48,30 @@ std::vector<QuillabraePlugin> filteredPlugins(std::span<const QuillabraePlugin> 
 }
 
 QString sectionTitle(const PluginLibraryFilter& filter, const QString& searchText) {
-    if (isSearch(searchText)) return QStringLiteral("Search results");
+    if (isSearch(searchText)) return PluginLibraryFilterTexts::tr("Search results");
     if (std::holds_alternative<DiscoverPlugins>(filter))
-        return QStringLiteral("Made for Quillabrae");
-    if (std::holds_alternative<InstalledPlugins>(filter)) return QStringLiteral("Your plugins");
+        return PluginLibraryFilterTexts::tr("Made for Quillabrae");
+    if (std::holds_alternative<InstalledPlugins>(filter))
+        return PluginLibraryFilterTexts::tr("Your plugins");
     return title(std::get<QuillabraePluginCategory>(filter));
 }
 
 QString sectionSubtitle(const PluginLibraryFilter& filter) {
     if (std::holds_alternative<DiscoverPlugins>(filter))
-        return QStringLiteral("Small, focused tools that extend your editing workflow.");
+        return PluginLibraryFilterTexts::tr(
+            "Small, focused tools that extend your editing workflow.");
     if (std::holds_alternative<InstalledPlugins>(filter))
-        return QStringLiteral("Run or remove plugins installed on this Mac.");
-    return QStringLiteral("Curated effects, installed in one click.");
+        return PluginLibraryFilterTexts::tr("Run or remove plugins installed on this Mac.");
+    return PluginLibraryFilterTexts::tr("Curated effects, installed in one click.");
 }
 
 PluginLibraryEmptyState emptyState(const PluginLibraryFilter& filter, const QString& searchText) {
     if (std::holds_alternative<InstalledPlugins>(filter) && !isSearch(searchText))
-        return {QStringLiteral("No plugins installed"),
-                QStringLiteral("Discover a plugin and install it to add it to your Plugins menu.")};
-    return {QStringLiteral("No matching plugins"),
-            QStringLiteral("Try another search or browse a different category.")};
+        return {PluginLibraryFilterTexts::tr("No plugins installed"),
+                PluginLibraryFilterTexts::tr(
+                    "Discover a plugin and install it to add it to your Plugins menu.")};
+    return {PluginLibraryFilterTexts::tr("No matching plugins"),
+            PluginLibraryFilterTexts::tr("Try another search or browse a different category.")};
 }
 
 } // namespace quillabrae::effects

@@ -6,6 +6,8 @@
 #include "model/JsonFields.h"
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace quillabrae::effects {
@@ -19,9 +21,12 @@ struct CategoryRow {
 };
 
 constexpr std::array categories{
-    CategoryRow{QuillabraePluginCategory::color, "color", "Color", "paintpalette"},
-    CategoryRow{QuillabraePluginCategory::stylize, "stylize", "Stylize", "wand.and.stars"},
-    CategoryRow{QuillabraePluginCategory::detail, "detail", "Detail", "viewfinder"},
+    CategoryRow{QuillabraePluginCategory::color, "color",
+                QT_TRANSLATE_NOOP("PluginCategory", "Color"), "paintpalette"},
+    CategoryRow{QuillabraePluginCategory::stylize, "stylize",
+                QT_TRANSLATE_NOOP("PluginCategory", "Stylize"), "wand.and.stars"},
+    CategoryRow{QuillabraePluginCategory::detail, "detail",
+                QT_TRANSLATE_NOOP("PluginCategory", "Detail"), "viewfinder"},
 };
 
 struct AccentRow {
@@ -77,7 +82,7 @@ std::array<QuillabraePluginCategory, 3> allPluginCategories() {
 }
 
 QString title(QuillabraePluginCategory category) {
-    return QString::fromLatin1(rowOf(categories, category).title);
+    return QCoreApplication::translate("PluginCategory", rowOf(categories, category).title);
 }
 
 QString symbolName(QuillabraePluginCategory category) {

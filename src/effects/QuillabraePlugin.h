@@ -54,6 +54,11 @@ struct QuillabraePlugin {
     friend bool operator==(const QuillabraePlugin&, const QuillabraePlugin&) = default;
 };
 
+/// The plugin's texts in the user's language. Its fields are what its manifest says.
+QString title(const QuillabraePlugin& plugin);
+QString tagline(const QuillabraePlugin& plugin);
+QString details(const QuillabraePlugin& plugin);
+
 /// The plugin as a JSON object with its field names as keys, sorted, pretty-printed.
 QByteArray manifest(const QuillabraePlugin& plugin);
 /// The plugin of such an object, whose keys may stand in any order; others are passed over. Nothing

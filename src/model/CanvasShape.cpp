@@ -3,6 +3,8 @@
 
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::model {
 namespace {
 
@@ -14,14 +16,19 @@ struct Row {
 };
 
 constexpr std::array<Row, 8> table{{
-    {CanvasShape::rectangle, "rectangle", "Rectangle", "rectangle"},
-    {CanvasShape::roundedRectangle, "roundedRectangle", "Rounded Rectangle", "capsule"},
-    {CanvasShape::ellipse, "ellipse", "Ellipse", "circle"},
-    {CanvasShape::diamond, "diamond", "Diamond", "diamond"},
-    {CanvasShape::trapezoid, "trapezoid", "Trapezoid", "square.on.square"},
-    {CanvasShape::parallelogram, "parallelogram", "Parallelogram", "skew"},
-    {CanvasShape::triangle, "triangle", "Triangle", "triangle"},
-    {CanvasShape::rightTriangle, "rightTriangle", "Right Triangle", "triangle"},
+    {CanvasShape::rectangle, "rectangle", QT_TRANSLATE_NOOP("CanvasShape", "Rectangle"),
+     "rectangle"},
+    {CanvasShape::roundedRectangle, "roundedRectangle",
+     QT_TRANSLATE_NOOP("CanvasShape", "Rounded Rectangle"), "capsule"},
+    {CanvasShape::ellipse, "ellipse", QT_TRANSLATE_NOOP("CanvasShape", "Ellipse"), "circle"},
+    {CanvasShape::diamond, "diamond", QT_TRANSLATE_NOOP("CanvasShape", "Diamond"), "diamond"},
+    {CanvasShape::trapezoid, "trapezoid", QT_TRANSLATE_NOOP("CanvasShape", "Trapezoid"),
+     "square.on.square"},
+    {CanvasShape::parallelogram, "parallelogram", QT_TRANSLATE_NOOP("CanvasShape", "Parallelogram"),
+     "skew"},
+    {CanvasShape::triangle, "triangle", QT_TRANSLATE_NOOP("CanvasShape", "Triangle"), "triangle"},
+    {CanvasShape::rightTriangle, "rightTriangle",
+     QT_TRANSLATE_NOOP("CanvasShape", "Right Triangle"), "triangle"},
 }};
 
 const Row& row(CanvasShape value) {
@@ -45,7 +52,7 @@ std::optional<CanvasShape> canvasShapeFromRawText(QStringView rawText) {
 }
 
 QString title(CanvasShape value) {
-    return QString::fromLatin1(row(value).title);
+    return QCoreApplication::translate("CanvasShape", row(value).title);
 }
 QString symbolName(CanvasShape value) {
     return QString::fromLatin1(row(value).symbol);

@@ -3,6 +3,7 @@
 
 #include "model/PastedImage.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace quillabrae::model {
 
 PaintProject PaintProject::fromPastedImage(const PastedImage& image, int number) {
-    const QString name = QStringLiteral("Pasted Image");
+    const QString name = QCoreApplication::translate("PaintProject", "Pasted Image");
     PaintLayer layer;
     layer.id = QUuid::createUuid();
     layer.name = name;

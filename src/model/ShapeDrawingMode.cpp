@@ -3,6 +3,8 @@
 
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::model {
 namespace {
 
@@ -16,10 +18,12 @@ struct Row {
 };
 
 constexpr std::array<Row, 3> table{{
-    {ShapeDrawingMode::fill, "fill", "Fill", "square.fill", true, false},
-    {ShapeDrawingMode::outline, "outline", "Outline", "square", false, true},
-    {ShapeDrawingMode::fillAndOutline, "fillAndOutline", "Fill + Outline", "square.fill.on.square",
-     true, true},
+    {ShapeDrawingMode::fill, "fill", QT_TRANSLATE_NOOP("ShapeDrawingMode", "Fill"), "square.fill",
+     true, false},
+    {ShapeDrawingMode::outline, "outline", QT_TRANSLATE_NOOP("ShapeDrawingMode", "Outline"),
+     "square", false, true},
+    {ShapeDrawingMode::fillAndOutline, "fillAndOutline",
+     QT_TRANSLATE_NOOP("ShapeDrawingMode", "Fill + Outline"), "square.fill.on.square", true, true},
 }};
 
 const Row& row(ShapeDrawingMode value) {
@@ -43,7 +47,7 @@ std::optional<ShapeDrawingMode> shapeDrawingModeFromRawText(QStringView rawText)
 }
 
 QString title(ShapeDrawingMode value) {
-    return QString::fromLatin1(row(value).title);
+    return QCoreApplication::translate("ShapeDrawingMode", row(value).title);
 }
 QString symbolName(ShapeDrawingMode value) {
     return QString::fromLatin1(row(value).symbol);

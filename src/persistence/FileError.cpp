@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "persistence/FileError.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace quillabrae::persistence {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct FileErrorTexts {
+    Q_DECLARE_TR_FUNCTIONS(FileErrorTexts)
+};
 
 QString nameOf(const QString& path) {
     const QString name = QFileInfo(path).fileName();
@@ -21,11 +27,11 @@ FileError sentence(const QString& pattern, const QString& path, const QString& r
 } // namespace
 
 FileError FileError::notWritten(const QString& path, const QString& reason) {
-    return sentence(QStringLiteral("\u201C%1\u201D could not be written: %2."), path, reason);
+    return sentence(FileErrorTexts::tr("“%1” could not be written: %2."), path, reason);
 }
 
 FileError FileError::notRead(const QString& path, const QString& reason) {
-    return sentence(QStringLiteral("\u201C%1\u201D could not be read: %2."), path, reason);
+    return sentence(FileErrorTexts::tr("“%1” could not be read: %2."), path, reason);
 }
 
 } // namespace quillabrae::persistence

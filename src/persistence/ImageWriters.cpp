@@ -7,6 +7,7 @@
 #include "raster/PngCodec.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QDir>
 #include <QImage>
 #include <QImageWriter>
@@ -18,10 +19,15 @@ using platform::WorkControl;
 
 namespace {
 
+/// The context of this file's texts, for translators.
+struct ImageWritersTexts {
+    Q_DECLARE_TR_FUNCTIONS(ImageWritersTexts)
+};
+
 constexpr int lossyQuality = 92;
 
 [[noreturn]] void failToEncode() {
-    throw FileError(QStringLiteral("The image could not be encoded."));
+    throw FileError(ImageWritersTexts::tr("The image could not be encoded."));
 }
 
 /// The picture's own pixels as an opaque image, valid while it lives.

@@ -11,6 +11,7 @@
 #include "platform/Memory.h"
 #include "raster/PngCodec.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,6 +25,11 @@ using platform::FileOperations;
 using platform::WorkControl;
 
 namespace {
+
+/// The context of this file's texts, for translators.
+struct ProjectFileTexts {
+    Q_DECLARE_TR_FUNCTIONS(ProjectFileTexts)
+};
 
 const QString projectFileName = QStringLiteral("/project.json");
 const QString previewFolderName = QStringLiteral("/QuickLook");
@@ -82,12 +88,12 @@ QByteArray contentsOf(const QString& path) {
     QFile file(path);
     const QFileInfo information(path);
     if (information.exists() && !information.isFile())
-        throw FileError::notRead(path, QStringLiteral("It is not a file"));
+        throw FileError::notRead(path, ProjectFileTexts::tr("It is not a file"));
     if (!file.open(QIODevice::ReadOnly)) throw FileError::notRead(path, file.errorString());
     // The text and the pictures in it are in memory together for a moment.
     constexpr qint64 memoryForEachByte = 2;
     if (file.size() > platform::availableMemory() / memoryForEachByte)
-        throw FileError::notRead(path, QStringLiteral("It is too large for this computer"));
+        throw FileError::notRead(path, ProjectFileTexts::tr("It is too large for this computer"));
     QByteArray contents;
     contents.reserve(file.size() + static_cast<qsizetype>(model::JsonReader::padding));
     contents.resize(file.size());
@@ -104,7 +110,7 @@ void save(const model::PaintProject& project, const QUrl& url, const platform::C
     const QString path = localPath(url);
     if (path.isEmpty())
         throw FileError::notWritten(url.toDisplayString(),
-                                    QStringLiteral("It is not a local file"));
+                                    ProjectFileTexts::tr("It is not a local file"));
     model::PaintProject written = project;
     written.fileURL.reset();
     written.lastModified = clock.now();
@@ -116,14 +122,15 @@ void save(const model::PaintProject& project, const QUrl& url, const platform::C
     } catch (const model::JsonError& error) {
         throw FileError::notWritten(path, error.description());
     } catch (const std::bad_alloc&) {
-        throw FileError::notWritten(path, QStringLiteral("There is not enough memory"));
+        throw FileError::notWritten(path, ProjectFileTexts::tr("There is not enough memory"));
     }
 }
 
 model::PaintProject read(const QUrl& url) {
     const QString path = localPath(url);
     if (path.isEmpty())
-        throw FileError::notRead(url.toDisplayString(), QStringLiteral("It is not a local file"));
+        throw FileError::notRead(url.toDisplayString(),
+                                 ProjectFileTexts::tr("It is not a local file"));
     const QString file = QFileInfo(path).isDir() ? path + projectFileName : path;
     try {
         auto project = model::decodedJson<model::PaintProject>(contentsOf(file));
@@ -132,7 +139,7 @@ model::PaintProject read(const QUrl& url) {
     } catch (const model::JsonError& error) {
         throw FileError::notRead(path, error.description());
     } catch (const std::bad_alloc&) {
-        throw FileError::notRead(path, QStringLiteral("There is not enough memory"));
+        throw FileError::notRead(path, ProjectFileTexts::tr("There is not enough memory"));
     }
 }
 

@@ -9,6 +9,8 @@
 #include "platform/FileIcons.h"
 #include "raster/LayerRasterService.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -19,6 +21,11 @@ namespace quillabrae::persistence::ProjectImageExportService {
 using platform::WorkControl;
 
 namespace {
+
+/// The context of this file's texts, for translators.
+struct ImageExportTexts {
+    Q_DECLARE_TR_FUNCTIONS(ImageExportTexts)
+};
 
 struct Row {
     SaveFormat format;
@@ -47,7 +54,7 @@ void fillWithWhite(raster::RasterImage& image) {
 void saveImage(const model::PaintProject& project, const QString& path, const Row& row,
                platform::FileOperations& operations, WorkControl& control) {
     const raster::RasterImage picture = render(project, row.background, control);
-    if (picture.isNull()) throw FileError(QStringLiteral("The image could not be encoded."));
+    if (picture.isNull()) throw FileError(ImageExportTexts::tr("The image could not be encoded."));
     writeFileAtomically(operations, path, [&](platform::DurableFile& file) {
         row.write(picture, file, control);
         control.stopIfCancelled();
@@ -82,7 +89,7 @@ void save(const model::PaintProject& project, const QUrl& url, SaveFormat format
     }
     if (!url.isLocalFile())
         throw FileError::notWritten(url.toDisplayString(),
-                                    QStringLiteral("It is not a local file"));
+                                    ImageExportTexts::tr("It is not a local file"));
     const QString path = url.toLocalFile();
     try {
         saveImage(project, path, *std::ranges::find(table, format, &Row::format), operations,
@@ -90,7 +97,7 @@ void save(const model::PaintProject& project, const QUrl& url, SaveFormat format
     } catch (const platform::FileOperationError& error) {
         throw FileError::notWritten(path, error.description());
     } catch (const std::bad_alloc&) {
-        throw FileError::notWritten(path, QStringLiteral("There is not enough memory"));
+        throw FileError::notWritten(path, ImageExportTexts::tr("There is not enough memory"));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "model/RecordCoding.h"
 #include "platform/Preferences.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -13,6 +14,11 @@
 
 namespace quillabrae::persistence {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct RecoverySessionTexts {
+    Q_DECLARE_TR_FUNCTIONS(RecoverySessionTexts)
+};
 
 using model::PaintHistoryEntry;
 using model::PaintHistoryState;
@@ -182,7 +188,7 @@ PaintHistoryState normalizedRecoveredHistory(const PaintProject& project,
                                              const std::optional<PaintHistoryState>& history) {
     PaintHistoryState result;
     if (!history || !hasSelectedEntry(*history)) {
-        result.entries = {{QUuid::createUuid(), QStringLiteral("Recovered Project"),
+        result.entries = {{QUuid::createUuid(), RecoverySessionTexts::tr("Recovered Project"),
                            QStringLiteral("clock.arrow.circlepath"), project}};
         result.selectedIndex = 0;
         return result;

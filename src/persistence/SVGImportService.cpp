@@ -5,11 +5,17 @@
 #include "raster/DecodeCache.h"
 #include "raster/SurfaceSize.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QStringDecoder>
 
 namespace quillabrae::persistence::SVGImportService {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct SVGImportTexts {
+    Q_DECLARE_TR_FUNCTIONS(SVGImportTexts)
+};
 
 ImageCodecs::Bytes bytesOf(const QByteArray& data) {
     return {reinterpret_cast<const std::uint8_t*>(data.constData()),
@@ -78,7 +84,7 @@ std::optional<model::PastedImage> rasterizedPastedImage(const QByteArray& svgDat
 std::optional<model::PastedImage> pastedImage(const QByteArray& svgData,
                                               const SizeRequest& requestSize,
                                               platform::WorkRunner& work) {
-    const QString title = QStringLiteral("Importing SVG");
+    const QString title = SVGImportTexts::tr("Importing SVG");
     std::optional<model::PastedImage> pasted;
     try {
         std::optional<QSizeF> drawn;

@@ -3,6 +3,7 @@
 
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -20,16 +21,22 @@ struct Row {
 };
 
 constexpr std::array<Row, saveFormatCount> table{{
-    {SaveFormat::project, "project", "Project (.quillabrae)", "quillabrae", "quillabrae"},
-    {SaveFormat::png, "png", "PNG Image (.png)", "png", "png"},
-    {SaveFormat::jpeg, "jpeg", "JPEG Image (.jpg/.jpeg)", "jpg", "jpg jpeg jpe"},
-    {SaveFormat::heic, "heic", "HEIC Image (.heic)", "heic", "heic"},
-    {SaveFormat::webp, "webp", "WebP Image (.webp)", "webp", "webp"},
-    {SaveFormat::tiff, "tiff", "TIFF Image (.tiff)", "tiff", "tif tiff"},
-    {SaveFormat::svg, "svg", "SVG Image (.svg)", "svg", "svg"},
-    {SaveFormat::bmp, "bmp", "Bitmap Image (.bmp)", "bmp", "bmp"},
-    {SaveFormat::gif, "gif", "GIF Image (.gif)", "gif", "gif"},
-    {SaveFormat::jpeg2000, "jpeg2000", "JPEG 2000 Image (.jp2)", "jp2", "jp2 j2k jpf jpx jpm mj2"},
+    {SaveFormat::project, "project", QT_TRANSLATE_NOOP("SaveFormat", "Project (.quillabrae)"),
+     "quillabrae", "quillabrae"},
+    {SaveFormat::png, "png", QT_TRANSLATE_NOOP("SaveFormat", "PNG Image (.png)"), "png", "png"},
+    {SaveFormat::jpeg, "jpeg", QT_TRANSLATE_NOOP("SaveFormat", "JPEG Image (.jpg/.jpeg)"), "jpg",
+     "jpg jpeg jpe"},
+    {SaveFormat::heic, "heic", QT_TRANSLATE_NOOP("SaveFormat", "HEIC Image (.heic)"), "heic",
+     "heic"},
+    {SaveFormat::webp, "webp", QT_TRANSLATE_NOOP("SaveFormat", "WebP Image (.webp)"), "webp",
+     "webp"},
+    {SaveFormat::tiff, "tiff", QT_TRANSLATE_NOOP("SaveFormat", "TIFF Image (.tiff)"), "tiff",
+     "tif tiff"},
+    {SaveFormat::svg, "svg", QT_TRANSLATE_NOOP("SaveFormat", "SVG Image (.svg)"), "svg", "svg"},
+    {SaveFormat::bmp, "bmp", QT_TRANSLATE_NOOP("SaveFormat", "Bitmap Image (.bmp)"), "bmp", "bmp"},
+    {SaveFormat::gif, "gif", QT_TRANSLATE_NOOP("SaveFormat", "GIF Image (.gif)"), "gif", "gif"},
+    {SaveFormat::jpeg2000, "jpeg2000", QT_TRANSLATE_NOOP("SaveFormat", "JPEG 2000 Image (.jp2)"),
+     "jp2", "jp2 j2k jpf jpx jpm mj2"},
 }};
 
 const Row& row(SaveFormat format) {
@@ -53,7 +60,7 @@ std::optional<SaveFormat> saveFormatFromRawText(QStringView rawText) {
 }
 
 QString title(SaveFormat format) {
-    return QString::fromLatin1(row(format).title);
+    return QCoreApplication::translate("SaveFormat", row(format).title);
 }
 
 QString fileExtension(SaveFormat format) {

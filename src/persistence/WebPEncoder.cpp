@@ -3,6 +3,7 @@
 #include "persistence/FileError.h"
 #include "persistence/ImageWriters.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -11,7 +12,14 @@
 namespace quillabrae::persistence {
 namespace {
 
-const QString encodingFailed = QStringLiteral("The image could not be encoded.");
+/// The context of this file's texts, for translators.
+struct WebPEncoderTexts {
+    Q_DECLARE_TR_FUNCTIONS(WebPEncoderTexts)
+};
+
+QString encodingFailed() {
+    return WebPEncoderTexts::tr("The image could not be encoded.");
+}
 
 /// A file name that nobody else uses, and no file of that name at the end.
 class TemporaryFile {
@@ -47,7 +55,7 @@ void runEncoder(const QString& encoder, const QString& input, const QString& out
         control.stopIfCancelled();
     }
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        throw FileError(encodingFailed);
+        throw FileError(encodingFailed());
 }
 
 } // namespace
@@ -66,8 +74,8 @@ void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableF
                           const platform::WorkControl& control) {
     if (encoder.isEmpty())
         throw FileError(
-            QStringLiteral("WebP export requires macOS ImageIO WebP encoding support or "
-                           "the cwebp command-line encoder."));
+            WebPEncoderTexts::tr("WebP export requires macOS ImageIO WebP encoding support or "
+                                 "the cwebp command-line encoder."));
     const TemporaryFile input(temporaryFolder, QLatin1StringView(".png"));
     const TemporaryFile output(temporaryFolder, QLatin1StringView(".webp"));
     const auto png = platform::systemFileOperations().createFile(input.path());
@@ -76,7 +84,8 @@ void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableF
     png->finish();
     runEncoder(encoder, input.path(), output.path(), control);
     QFile encoded(output.path());
-    if (!encoded.open(QIODevice::ReadOnly) || encoded.size() == 0) throw FileError(encodingFailed);
+    if (!encoded.open(QIODevice::ReadOnly) || encoded.size() == 0)
+        throw FileError(encodingFailed());
     file.write(encoded.readAll());
 }
 

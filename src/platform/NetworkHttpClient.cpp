@@ -3,6 +3,7 @@
 
 #include "platform/NameLookup.h"
 
+#include <QCoreApplication>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QObject>
@@ -10,6 +11,11 @@
 
 namespace quillabrae::platform {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct NetworkHttpClientTexts {
+    Q_DECLARE_TR_FUNCTIONS(NetworkHttpClientTexts)
+};
 
 QNetworkRequest networkRequest(const HttpRequest& request) {
     QNetworkRequest prepared(request.url);
@@ -28,7 +34,9 @@ QNetworkRequest networkRequest(const HttpRequest& request) {
     return prepared;
 }
 
-const QString timedOut = QStringLiteral("The request timed out.");
+QString timedOut() {
+    return NetworkHttpClientTexts::tr("The request timed out.");
+}
 
 class NetworkExchange final : public QObject, public HttpExchange {
 public:
@@ -51,7 +59,7 @@ public:
         connect(m_lookup.get(), &NameLookup::finished, this, &NetworkExchange::takeLookup,
                 Qt::QueuedConnection);
         QTimer::singleShot(m_request.timeout, this, [this] {
-            if (m_lookup) fail(timedOut);
+            if (m_lookup) fail(timedOut());
         });
     }
 
@@ -81,7 +89,7 @@ private:
         if (outcome == NameLookup::Outcome::found)
             send();
         else
-            fail(QStringLiteral("Host %1 not found").arg(m_request.url.host()));
+            fail(NetworkHttpClientTexts::tr("Host %1 not found").arg(m_request.url.host()));
     }
     void fail(const QString& description) {
         m_lookup.reset();
@@ -101,14 +109,15 @@ private:
         completion(outcome());
     }
     HttpOutcome outcome() {
-        if (m_isTooLong) return HttpFailure{QStringLiteral("The server's answer is too large.")};
+        if (m_isTooLong)
+            return HttpFailure{NetworkHttpClientTexts::tr("The server's answer is too large.")};
         const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         const QNetworkReply::NetworkError error = m_reply->error();
         // An answer of refusal counts as an error too.
         if (status >= 400 || error == QNetworkReply::NoError)
             return HttpReply{status, m_reply->readAll()};
         // Nobody else aborts a reply that this object still listens to.
-        if (error == QNetworkReply::OperationCanceledError) return HttpFailure{timedOut};
+        if (error == QNetworkReply::OperationCanceledError) return HttpFailure{timedOut()};
         return HttpFailure{m_reply->errorString()};
     }
 

@@ -27,20 +27,20 @@ QString AppUpdateState::buttonTitle() const {
     switch (kind) {
         case Kind::idle:
         case Kind::failed:
-            return QStringLiteral("Check for Updates");
+            return AppUpdateService::tr("Check for Updates");
         case Kind::checking:
-            return QStringLiteral("Checking…");
+            return AppUpdateService::tr("Checking…");
         case Kind::available:
-            return QStringLiteral("Update Now");
+            return AppUpdateService::tr("Update Now");
         case Kind::installing:
-            return QStringLiteral("Installing…");
+            return AppUpdateService::tr("Installing…");
     }
     return {};
 }
 
 QString AppUpdateState::helpText() const {
-    if (kind == Kind::available) return QStringLiteral("Install Quillabrae %1").arg(version);
-    return QStringLiteral("Check whether a newer version of Quillabrae is available");
+    if (kind == Kind::available) return AppUpdateService::tr("Install Quillabrae %1").arg(version);
+    return AppUpdateService::tr("Check whether a newer version of Quillabrae is available");
 }
 
 bool AppUpdateState::isActionDisabled() const {
@@ -99,8 +99,8 @@ void AppUpdateService::didFindValidUpdate(const QString& displayVersionString) {
 
 void AppUpdateService::didNotFindUpdate() {
     setState(AppUpdateState::idle());
-    tellUser(QStringLiteral("You have the newest version."),
-             QStringLiteral("There is no newer Quillabrae than the one that is running."));
+    tellUser(tr("You have the newest version."),
+             tr("There is no newer Quillabrae than the one that is running."));
 }
 
 void AppUpdateService::willInstallUpdate() {
@@ -109,7 +109,7 @@ void AppUpdateService::willInstallUpdate() {
 
 void AppUpdateService::didAbort(const QString& description) {
     setState(AppUpdateState::idle());
-    tellUser(QStringLiteral("Quillabrae could not be updated."), description);
+    tellUser(tr("Quillabrae could not be updated."), description);
 }
 
 void AppUpdateService::willFinishUpdateSession() {

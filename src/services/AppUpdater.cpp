@@ -6,12 +6,19 @@
 #include "platform/PackageInstaller.h"
 #include "platform/PrivateFile.h"
 
+#include <QCoreApplication>
+
 #include <chrono>
 #include <utility>
 #include <variant>
 
 namespace quillabrae::services {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct AppUpdaterTexts {
+    Q_DECLARE_TR_FUNCTIONS(AppUpdaterTexts)
+};
 
 constexpr int ok = 200;
 constexpr std::chrono::seconds feedTimeout{30};
@@ -28,7 +35,7 @@ std::variant<QByteArray, QString> bodyOf(const platform::HttpOutcome& outcome) {
         return failure->description;
     const auto& reply = std::get<platform::HttpReply>(outcome);
     if (reply.status == ok) return reply.body;
-    return QStringLiteral("The server answered with HTTP %1.").arg(reply.status);
+    return AppUpdaterTexts::tr("The server answered with HTTP %1.").arg(reply.status);
 }
 
 struct StoredPackage {
@@ -45,9 +52,10 @@ StoredPackage stored(const QString& folder, const QByteArray& bytes, const Updat
         const auto file = platform::MappedFile::open(path);
         if (file && key.verifies(file->text(), item.signature)) return {path, {}};
         platform::systemFileOperations().removeTree(folder);
-        return {{}, QStringLiteral("The update is not signed as it should be.")};
+        return {{}, AppUpdaterTexts::tr("The update is not signed as it should be.")};
     } catch (const platform::FileOperationError& error) {
-        return {{}, QStringLiteral("The update could not be stored: %1").arg(error.description())};
+        return {{},
+                AppUpdaterTexts::tr("The update could not be stored: %1").arg(error.description())};
     }
 }
 
@@ -82,7 +90,7 @@ void AppUpdater::takeFeed(const platform::HttpOutcome& outcome) {
     if (const auto* fault = std::get_if<QString>(&body)) return abort(*fault);
     m_delegate.didLoadAppcast();
     const auto items = readAppcast(std::get<QByteArray>(body));
-    if (!items) return abort(QStringLiteral("The list of versions could not be read."));
+    if (!items) return abort(AppUpdaterTexts::tr("The list of versions could not be read."));
     const auto update = newestUpdate(*items, m_source.current);
     if (!update) {
         m_delegate.didNotFindUpdate();
@@ -109,7 +117,7 @@ void AppUpdater::takePackage(const platform::HttpOutcome& outcome, const Appcast
     if (const auto* fault = std::get_if<QString>(&body)) return abort(*fault);
     QByteArray bytes = std::move(std::get<QByteArray>(body));
     if (bytes.size() != item.length)
-        return abort(QStringLiteral("The update did not arrive whole."));
+        return abort(AppUpdaterTexts::tr("The update did not arrive whole."));
     if (!m_work) m_work = m_environment.makeWork();
     m_work->run(
         [this, item, bytes = std::move(bytes), folder = m_environment.folder, key = m_source.key] {
@@ -125,9 +133,10 @@ void AppUpdater::takePackage(const platform::HttpOutcome& outcome, const Appcast
 void AppUpdater::handOver(const QString& path) {
     using HandOver = platform::PackageInstaller::HandOver;
     if (m_environment.installer.install(path) == HandOver::noInstaller)
-        return abort(QStringLiteral("There is no program here to install packages with. The update "
-                                    "is in %1.")
-                         .arg(path));
+        return abort(
+            AppUpdaterTexts::tr("There is no program here to install packages with. The update "
+                                "is in %1.")
+                .arg(path));
     m_delegate.willFinishUpdateSession();
 }
 

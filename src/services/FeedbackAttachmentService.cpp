@@ -2,6 +2,7 @@
 #include "services/FeedbackAttachmentService.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QImageWriter>
 #include <QPainter>
 
@@ -13,6 +14,11 @@
 
 namespace quillabrae::services {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct FeedbackAttachmentTexts {
+    Q_DECLARE_TR_FUNCTIONS(FeedbackAttachmentTexts)
+};
 
 using platform::WorkControl;
 
@@ -52,15 +58,17 @@ QString lastPathComponentWithoutExtension(const QString& path) {
 } // namespace
 
 FeedbackAttachmentError FeedbackAttachmentError::unreadableImage() {
-    return {
-        QStringLiteral("That image could not be opened. Try a PNG, JPEG, HEIC, or another "
-                       "common image format.")};
+    return {FeedbackAttachmentTexts::tr(
+        "That image could not be opened. Try a PNG, JPEG, HEIC, or another "
+        "common image format.")};
 }
 FeedbackAttachmentError FeedbackAttachmentError::compressionFailed() {
-    return {QStringLiteral("That image could not be compressed. Please try another image.")};
+    return {FeedbackAttachmentTexts::tr(
+        "That image could not be compressed. Please try another image.")};
 }
 FeedbackAttachmentError FeedbackAttachmentError::imageTooLarge() {
-    return {QStringLiteral("That image is too large to attach, even after compression.")};
+    return {
+        FeedbackAttachmentTexts::tr("That image is too large to attach, even after compression.")};
 }
 
 QString attachmentFilename(const QString& sourceFilename) {

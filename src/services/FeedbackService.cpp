@@ -5,6 +5,7 @@
 #include "model/JsonFields.h"
 #include "model/RecordCoding.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTextBoundaryFinder>
@@ -14,6 +15,11 @@
 
 namespace quillabrae::services {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct FeedbackTexts {
+    Q_DECLARE_TR_FUNCTIONS(FeedbackTexts)
+};
 
 using platform::HttpFailure;
 using platform::HttpReply;
@@ -79,18 +85,18 @@ QString wordsOf(const QByteArray& body) {
 } // namespace
 
 FeedbackError FeedbackError::invalidFeedback() {
-    return {QStringLiteral("Enter feedback of up to 5,000 characters.")};
+    return {FeedbackTexts::tr("Enter feedback of up to 5,000 characters.")};
 }
 FeedbackError FeedbackError::invalidResponse() {
-    return {QStringLiteral("Quillabrae received an invalid response from the server.")};
+    return {FeedbackTexts::tr("Quillabrae received an invalid response from the server.")};
 }
 FeedbackError FeedbackError::server(const QString& message) {
     return {message};
 }
 FeedbackError FeedbackError::noService() {
     return {
-        QStringLiteral("This build of Quillabrae has no feedback service configured, so "
-                       "nothing can be sent.")};
+        FeedbackTexts::tr("This build of Quillabrae has no feedback service configured, so "
+                          "nothing can be sent.")};
 }
 
 int feedbackLength(const QString& text, int limit) {
@@ -105,7 +111,8 @@ std::optional<FeedbackError> feedbackOutcome(const HttpReply& reply) {
     if (reply.status >= 200 && reply.status <= 299) return std::nullopt;
     const QString words = wordsOf(reply.body);
     return FeedbackError::server(
-        words.isEmpty() ? QStringLiteral("Feedback could not be sent. Please try again.") : words);
+        words.isEmpty() ? FeedbackTexts::tr("Feedback could not be sent. Please try again.")
+                        : words);
 }
 
 FeedbackService::FeedbackService(platform::HttpClient& http, WebService service,

@@ -28,9 +28,9 @@ constexpr qint64 maximumReplyBytes = qint64{64} * 1024;
 QString statusFor(WebAuthenticationError error) {
     switch (error) {
         case WebAuthenticationError::cancelled:
-            return QStringLiteral("Sign-in cancelled.");
+            return QuillabraeAccountService::tr("Sign-in cancelled.");
         case WebAuthenticationError::timedOut:
-            return QStringLiteral("Sign-in took too long. Please try again.");
+            return QuillabraeAccountService::tr("Sign-in took too long. Please try again.");
     }
     return {};
 }
@@ -71,17 +71,15 @@ void QuillabraeAccountService::signIn() {
     if (m_isBusy) return;
     if (!isConfigured())
         return report(
-            QStringLiteral("This build of Quillabrae has no account service configured, "
-                           "so nobody can sign in."));
+            tr("This build of Quillabrae has no account service configured, "
+               "so nobody can sign in."));
     const auto request = SignInRequest::make(m_environment.random);
-    if (!request)
-        return report(QStringLiteral("Could not start secure sign-in. Please try again."));
+    if (!request) return report(tr("Could not start secure sign-in. Please try again."));
     m_authenticationSession = m_environment.web.start(
         request->page(m_service),
         [this, request = *request](const auto& outcome) { takeCallback(outcome, request); });
-    if (!m_authenticationSession)
-        return report(QStringLiteral("Could not open the Quillabrae sign-in page."));
-    begin(QStringLiteral("Complete sign-in in your browser…"));
+    if (!m_authenticationSession) return report(tr("Could not open the Quillabrae sign-in page."));
+    begin(tr("Complete sign-in in your browser…"));
 }
 
 void QuillabraeAccountService::takeCallback(const WebAuthenticationOutcome& outcome,
@@ -91,12 +89,12 @@ void QuillabraeAccountService::takeCallback(const WebAuthenticationOutcome& outc
     if (const auto* error = std::get_if<WebAuthenticationError>(&outcome))
         return end(statusFor(*error));
     const auto code = codeFromCallback(std::get<QUrl>(outcome), request.state);
-    if (!code) return end(QStringLiteral("Quillabrae could not verify the sign-in response."));
+    if (!code) return end(tr("Quillabrae could not verify the sign-in response."));
     finishSignIn(*code, request.codeVerifier);
 }
 
 void QuillabraeAccountService::finishSignIn(const QString& code, const QString& verifier) {
-    report(QStringLiteral("Finishing sign-in…"));
+    report(tr("Finishing sign-in…"));
     const QJsonObject body{{QStringLiteral("code"), code},
                            {QStringLiteral("code_verifier"), verifier}};
     const HttpRequest request{
@@ -115,8 +113,7 @@ void QuillabraeAccountService::takeToken(const HttpOutcome& outcome) {
     if (const auto* failure = std::get_if<HttpFailure>(&outcome)) return end(failure->description);
     const auto& reply = std::get<HttpReply>(outcome);
     const auto payload = isSuccess(reply) ? appSignInPayload(reply.body) : std::nullopt;
-    if (!payload)
-        return end(QStringLiteral("Quillabrae could not finish signing in. Please try again."));
+    if (!payload) return end(tr("Quillabrae could not finish signing in. Please try again."));
     m_tokenCall = m_tokens.saveToken(
         payload->token, [this, payload = *payload](const std::optional<QString>& failure) {
             m_tokenCall.reset();
@@ -130,7 +127,7 @@ void QuillabraeAccountService::takeSavedToken(const AppSignInPayload& payload) {
     updateProfile(payload.name.value_or(QString()), payload.email);
     m_isSignedIn = true;
     m_hasLooked = true;
-    end(QStringLiteral("Signed in."));
+    end(tr("Signed in."));
 }
 
 void QuillabraeAccountService::updateProfile(const QString& name, const QString& email) {
@@ -151,7 +148,7 @@ void QuillabraeAccountService::cancelSignIn() {
 
 void QuillabraeAccountService::signOut() {
     if (m_isBusy) return;
-    begin(QStringLiteral("Signing out…"));
+    begin(tr("Signing out…"));
     m_tokenCall =
         m_tokens.loadToken([this](const std::optional<QString>& token) { removeToken(token); });
 }
@@ -171,7 +168,7 @@ void QuillabraeAccountService::forgetUser() {
     for (const QString& key : {nameKey, emailKey}) m_environment.preferences.remove(key);
     m_isSignedIn = false;
     m_hasLooked = true;
-    end(QStringLiteral("Signed out."));
+    end(tr("Signed out."));
 }
 
 void QuillabraeAccountService::tellServiceOfSignOut(const QString& token) {

@@ -63,7 +63,9 @@ bool alignObject(const PaintProject& project, PaintLayer& layer, AlignObjectActi
     return Raster::moveOpaquePixels(layer, width, height, *object, place);
 }
 
-const QString cancelledAlignment = QStringLiteral("Align cancelled");
+QString cancelledAlignment() {
+    return ProjectStore::tr("Align cancelled");
+}
 
 } // namespace
 
@@ -75,22 +77,21 @@ bool ProjectStore::applyAlignObject(AlignObjectAction action, AdjustmentRun run)
         m_lastRepeatableAction = RepeatableActions::AlignObject{action};
     PaintProject& project = *projectToEdit();
     if (!alignObject(project, *layer, action)) {
-        setStatusMessage(QStringLiteral("Nothing to align"));
+        setStatusMessage(tr("Nothing to align"));
         return false;
     }
     if (run == AdjustmentRun::recorded)
         finishAlignObject(project, action);
     else
-        AdjustmentPreviews::show(*this, project, run,
-                                 QStringLiteral("Previewing %1").arg(title(action)));
+        AdjustmentPreviews::show(*this, project, run, tr("Previewing %1").arg(title(action)));
     return true;
 }
 
 void ProjectStore::finishAlignObject(PaintProject& project, AlignObjectAction action) {
     AdjustmentPreviews::finish(
         *this, project,
-        {RepeatableActions::AlignObject{action}, QStringLiteral("%1 applied").arg(title(action)),
-         QStringLiteral("Align Object"), QStringLiteral("square.grid.3x3")});
+        {RepeatableActions::AlignObject{action}, tr("%1 applied").arg(title(action)),
+         tr("Align Object"), QStringLiteral("square.grid.3x3")});
 }
 
 void ProjectStore::beginAlignObjectPreview() {
@@ -113,11 +114,11 @@ std::optional<AlignObjectAction> ProjectStore::alignPreviewAction() const {
 }
 
 void ProjectStore::cancelAlignObjectPreview() {
-    AdjustmentPreviews::cancel(*this, m_previews->align, cancelledAlignment);
+    AdjustmentPreviews::cancel(*this, m_previews->align, cancelledAlignment());
 }
 
 void ProjectStore::commitAlignObjectPreview() {
-    AdjustmentPreviews::commit(*this, m_previews->align, cancelledAlignment,
+    AdjustmentPreviews::commit(*this, m_previews->align, cancelledAlignment(),
                                [this](PaintProject& project, AlignObjectAction action) {
                                    finishAlignObject(project, action);
                                });

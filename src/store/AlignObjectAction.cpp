@@ -3,6 +3,8 @@
 
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::store {
 namespace {
 
@@ -21,21 +23,21 @@ struct Row {
 
 // clang-format off
 constexpr std::array<Row, 15> table{{
-    {Action::topLeft, "topLeft", "Top Left", "arrow.up.left", Horizontal::left, Vertical::top},
-    {Action::topCenter, "topCenter", "Top Center", "arrow.up", Horizontal::center, Vertical::top},
-    {Action::topRight, "topRight", "Top Right", "arrow.up.right", Horizontal::right, Vertical::top},
-    {Action::middleLeft, "middleLeft", "Middle Left", "arrow.left", Horizontal::left, Vertical::middle},
-    {Action::center, "center", "Center", "smallcircle.filled.circle", Horizontal::center, Vertical::middle},
-    {Action::middleRight, "middleRight", "Middle Right", "arrow.right", Horizontal::right, Vertical::middle},
-    {Action::bottomLeft, "bottomLeft", "Bottom Left", "arrow.down.left", Horizontal::left, Vertical::bottom},
-    {Action::bottomCenter, "bottomCenter", "Bottom Center", "arrow.down", Horizontal::center, Vertical::bottom},
-    {Action::bottomRight, "bottomRight", "Bottom Right", "arrow.down.right", Horizontal::right, Vertical::bottom},
-    {Action::horizontalLeft, "horizontalLeft", "Align Left", "arrow.left.to.line", Horizontal::left, Vertical::keep},
-    {Action::horizontalCenter, "horizontalCenter", "Center Horizontally", "arrow.left.and.right", Horizontal::center, Vertical::keep},
-    {Action::horizontalRight, "horizontalRight", "Align Right", "arrow.right.to.line", Horizontal::right, Vertical::keep},
-    {Action::verticalTop, "verticalTop", "Align Top", "arrow.up.to.line", Horizontal::keep, Vertical::top},
-    {Action::verticalMiddle, "verticalMiddle", "Center Vertically", "arrow.up.and.down", Horizontal::keep, Vertical::middle},
-    {Action::verticalBottom, "verticalBottom", "Align Bottom", "arrow.down.to.line", Horizontal::keep, Vertical::bottom},
+    {Action::topLeft, "topLeft", QT_TRANSLATE_NOOP("AlignObjectAction", "Top Left"), "arrow.up.left", Horizontal::left, Vertical::top},
+    {Action::topCenter, "topCenter", QT_TRANSLATE_NOOP("AlignObjectAction", "Top Center"), "arrow.up", Horizontal::center, Vertical::top},
+    {Action::topRight, "topRight", QT_TRANSLATE_NOOP("AlignObjectAction", "Top Right"), "arrow.up.right", Horizontal::right, Vertical::top},
+    {Action::middleLeft, "middleLeft", QT_TRANSLATE_NOOP("AlignObjectAction", "Middle Left"), "arrow.left", Horizontal::left, Vertical::middle},
+    {Action::center, "center", QT_TRANSLATE_NOOP("AlignObjectAction", "Center"), "smallcircle.filled.circle", Horizontal::center, Vertical::middle},
+    {Action::middleRight, "middleRight", QT_TRANSLATE_NOOP("AlignObjectAction", "Middle Right"), "arrow.right", Horizontal::right, Vertical::middle},
+    {Action::bottomLeft, "bottomLeft", QT_TRANSLATE_NOOP("AlignObjectAction", "Bottom Left"), "arrow.down.left", Horizontal::left, Vertical::bottom},
+    {Action::bottomCenter, "bottomCenter", QT_TRANSLATE_NOOP("AlignObjectAction", "Bottom Center"), "arrow.down", Horizontal::center, Vertical::bottom},
+    {Action::bottomRight, "bottomRight", QT_TRANSLATE_NOOP("AlignObjectAction", "Bottom Right"), "arrow.down.right", Horizontal::right, Vertical::bottom},
+    {Action::horizontalLeft, "horizontalLeft", QT_TRANSLATE_NOOP("AlignObjectAction", "Align Left"), "arrow.left.to.line", Horizontal::left, Vertical::keep},
+    {Action::horizontalCenter, "horizontalCenter", QT_TRANSLATE_NOOP("AlignObjectAction", "Center Horizontally"), "arrow.left.and.right", Horizontal::center, Vertical::keep},
+    {Action::horizontalRight, "horizontalRight", QT_TRANSLATE_NOOP("AlignObjectAction", "Align Right"), "arrow.right.to.line", Horizontal::right, Vertical::keep},
+    {Action::verticalTop, "verticalTop", QT_TRANSLATE_NOOP("AlignObjectAction", "Align Top"), "arrow.up.to.line", Horizontal::keep, Vertical::top},
+    {Action::verticalMiddle, "verticalMiddle", QT_TRANSLATE_NOOP("AlignObjectAction", "Center Vertically"), "arrow.up.and.down", Horizontal::keep, Vertical::middle},
+    {Action::verticalBottom, "verticalBottom", QT_TRANSLATE_NOOP("AlignObjectAction", "Align Bottom"), "arrow.down.to.line", Horizontal::keep, Vertical::bottom},
 }};
 // clang-format on
 
@@ -60,7 +62,7 @@ std::optional<AlignObjectAction> alignObjectActionFromRawText(QStringView rawTex
 }
 
 QString title(AlignObjectAction action) {
-    return QString::fromLatin1(row(action).title);
+    return QCoreApplication::translate("AlignObjectAction", row(action).title);
 }
 
 QString symbolName(AlignObjectAction action) {

@@ -6,6 +6,7 @@
 #include "store/MimePictures.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -23,6 +24,11 @@ namespace MimeTypes = platform::MimeTypes;
 using platform::PasteboardItem;
 
 namespace {
+
+/// The context of this file's texts, for translators.
+struct ClipboardTexts {
+    Q_DECLARE_TR_FUNCTIONS(ClipboardTexts)
+};
 
 const QString sourceXKey = QStringLiteral("sourceX");
 const QString sourceYKey = QStringLiteral("sourceY");
@@ -140,7 +146,7 @@ void ClipboardImageService::readPicture(
     for (const QString& type : pictureTypes(m_pasteboard)) {
         const QByteArray file = m_pasteboard.data(type);
         bool isRead = false;
-        m_work.run(QStringLiteral("Reading the clipboard"),
+        m_work.run(ClipboardTexts::tr("Reading the clipboard"),
                    [&](const platform::WorkControl& control) {
                        const auto image = persistence::loadImage(file, control);
                        control.stopIfCancelled();

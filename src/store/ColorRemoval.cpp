@@ -57,9 +57,15 @@ std::optional<PaintLayer> coarseResult(const Attempt& attempt) {
     return layer;
 }
 
-const QString previewedRemoval = QStringLiteral("Previewing color removal");
-const QString cancelledRemoval = QStringLiteral("Color removal cancelled");
-const QString nothingToRemove = QStringLiteral("No matching color found");
+QString previewedRemoval() {
+    return ProjectStore::tr("Previewing color removal");
+}
+QString cancelledRemoval() {
+    return ProjectStore::tr("Color removal cancelled");
+}
+QString nothingToRemove() {
+    return ProjectStore::tr("No matching color found");
+}
 
 } // namespace
 
@@ -70,23 +76,22 @@ bool ProjectStore::applyColorRemoval(const ColorRemovalSettings& settings, Adjus
     const auto result = wholeResult({*layer, project.canvasWidth, project.canvasHeight, settings,
                                      colorOf(settings.preset, m_settings)});
     if (!result) {
-        setStatusMessage(nothingToRemove);
+        setStatusMessage(nothingToRemove());
         return false;
     }
     *layer = *result;
     if (run == AdjustmentRun::recorded)
         finishColorRemoval(project, settings);
     else
-        AdjustmentPreviews::show(*this, project, run, previewedRemoval);
+        AdjustmentPreviews::show(*this, project, run, previewedRemoval());
     return true;
 }
 
 void ProjectStore::finishColorRemoval(PaintProject& project, const ColorRemovalSettings& settings) {
     AdjustmentPreviews::finish(
         *this, project,
-        {RepeatableActions::ColorRemoval{settings},
-         QStringLiteral("Removed %1").arg(title(settings.preset)), QStringLiteral("Color Removal"),
-         QStringLiteral("eraser.line.dashed")});
+        {RepeatableActions::ColorRemoval{settings}, tr("Removed %1").arg(title(settings.preset)),
+         tr("Color Removal"), QStringLiteral("eraser.line.dashed")});
 }
 
 void ProjectStore::beginColorRemovalPreview() {
@@ -104,7 +109,7 @@ void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
         previews.dropWork();
         previews.colorRemoval.choice.reset();
         restoreOriginal(original);
-        if (layer && layer->isLocked) setStatusMessage(QStringLiteral("Selected layer is locked"));
+        if (layer && layer->isLocked) setStatusMessage(tr("Selected layer is locked"));
         return;
     }
     const auto attempt =
@@ -138,7 +143,7 @@ void ProjectStore::showColorRemoval(const ColorRemovalSettings& settings,
         showTry(*result);
     else
         restoreOriginal(*m_previews->colorRemoval.original);
-    setStatusMessage(result ? previewedRemoval : nothingToRemove);
+    setStatusMessage(result ? previewedRemoval() : nothingToRemove());
 }
 
 std::optional<ColorRemovalSettings> ProjectStore::colorRemovalPreviewSettings() const {
@@ -147,12 +152,12 @@ std::optional<ColorRemovalSettings> ProjectStore::colorRemovalPreviewSettings() 
 
 void ProjectStore::cancelColorRemovalPreview() {
     m_previews->dropWork();
-    AdjustmentPreviews::cancel(*this, m_previews->colorRemoval, cancelledRemoval);
+    AdjustmentPreviews::cancel(*this, m_previews->colorRemoval, cancelledRemoval());
 }
 
 void ProjectStore::commitColorRemovalPreview() {
     m_previews->finishWork();
-    AdjustmentPreviews::commit(*this, m_previews->colorRemoval, cancelledRemoval,
+    AdjustmentPreviews::commit(*this, m_previews->colorRemoval, cancelledRemoval(),
                                [this](PaintProject& project, const ColorRemovalSettings& settings) {
                                    finishColorRemoval(project, settings);
                                });

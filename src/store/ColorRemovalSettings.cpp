@@ -3,6 +3,8 @@
 
 #include "model/Vocabulary.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::store {
 namespace {
 
@@ -17,18 +19,42 @@ struct Row {
 };
 
 constexpr std::array<Row, 12> table{{
-    {Preset::primary, "primary", "Primary Color", {}},
-    {Preset::secondary, "secondary", "Secondary Color", {}},
-    {Preset::white, "white", "White", {1.0, 1.0, 1.0, 1.0}},
-    {Preset::black, "black", "Black", {0.0, 0.0, 0.0, 1.0}},
-    {Preset::red, "red", "Red", {1.0, 0.0, 0.0, 1.0}},
-    {Preset::blue, "blue", "Blue", {0.0, 0.25, 1.0, 1.0}},
-    {Preset::green, "green", "Green", {0.0, 0.75, 0.2, 1.0}},
-    {Preset::yellow, "yellow", "Yellow", {1.0, 0.9, 0.0, 1.0}},
-    {Preset::cyan, "cyan", "Cyan", {0.0, 0.8, 1.0, 1.0}},
-    {Preset::magenta, "magenta", "Magenta", {1.0, 0.0, 0.8, 1.0}},
-    {Preset::orange, "orange", "Orange", {1.0, 0.45, 0.0, 1.0}},
-    {Preset::purple, "purple", "Purple", {0.45, 0.2, 0.9, 1.0}},
+    {Preset::primary, "primary", QT_TRANSLATE_NOOP("ColorRemovalPreset", "Primary Color"), {}},
+    {Preset::secondary,
+     "secondary",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Secondary Color"),
+     {}},
+    {Preset::white,
+     "white",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "White"),
+     {1.0, 1.0, 1.0, 1.0}},
+    {Preset::black,
+     "black",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Black"),
+     {0.0, 0.0, 0.0, 1.0}},
+    {Preset::red, "red", QT_TRANSLATE_NOOP("ColorRemovalPreset", "Red"), {1.0, 0.0, 0.0, 1.0}},
+    {Preset::blue, "blue", QT_TRANSLATE_NOOP("ColorRemovalPreset", "Blue"), {0.0, 0.25, 1.0, 1.0}},
+    {Preset::green,
+     "green",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Green"),
+     {0.0, 0.75, 0.2, 1.0}},
+    {Preset::yellow,
+     "yellow",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Yellow"),
+     {1.0, 0.9, 0.0, 1.0}},
+    {Preset::cyan, "cyan", QT_TRANSLATE_NOOP("ColorRemovalPreset", "Cyan"), {0.0, 0.8, 1.0, 1.0}},
+    {Preset::magenta,
+     "magenta",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Magenta"),
+     {1.0, 0.0, 0.8, 1.0}},
+    {Preset::orange,
+     "orange",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Orange"),
+     {1.0, 0.45, 0.0, 1.0}},
+    {Preset::purple,
+     "purple",
+     QT_TRANSLATE_NOOP("ColorRemovalPreset", "Purple"),
+     {0.45, 0.2, 0.9, 1.0}},
 }};
 
 const Row& row(ColorRemovalPreset preset) {
@@ -52,7 +78,7 @@ std::optional<ColorRemovalPreset> colorRemovalPresetFromRawText(QStringView rawT
 }
 
 QString title(ColorRemovalPreset preset) {
-    return QString::fromLatin1(row(preset).title);
+    return QCoreApplication::translate("ColorRemovalPreset", row(preset).title);
 }
 
 model::ColorValue colorOf(ColorRemovalPreset preset, const model::PaintAppSettings& settings) {

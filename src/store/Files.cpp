@@ -82,15 +82,15 @@ bool ProjectStore::saveProject(std::size_t index, const SaveDestination& destina
         if (!confirmFlattening(saved, destination.format)) throw platform::WorkCancelled();
         write(saved, {location, destination.format});
     } catch (const platform::WorkCancelled&) {
-        setStatusMessage(QStringLiteral("Save cancelled"));
+        setStatusMessage(tr("Save cancelled"));
         return false;
     } catch (const FileError& error) {
-        setStatusMessage(QStringLiteral("Save failed: %1").arg(error.description()));
+        setStatusMessage(tr("Save failed: %1").arg(error.description()), StatusKind::failure);
         return false;
     }
     if (destination.format == SaveFormat::project) rememberRecent(location);
     attachToFile(saved.id, location);
-    setStatusMessage(QStringLiteral("Saved %1").arg(location.fileName()));
+    setStatusMessage(tr("Saved %1").arg(location.fileName()));
     persistAutosavedSession();
     report(m_environment,
            destination.format == SaveFormat::project ? AppAnalyticsEvent::projectSaved
@@ -106,7 +106,7 @@ bool ProjectStore::confirmFlattening(const model::PaintProject& project, SaveFor
 }
 
 void ProjectStore::write(const model::PaintProject& project, const SaveDestination& destination) {
-    const QString title = QStringLiteral("Saving “%1”").arg(destination.url.fileName());
+    const QString title = tr("Saving “%1”").arg(destination.url.fileName());
     m_environment.work.run(title, [&](platform::WorkControl& control) {
         platform::FileOperations& operations = platform::systemFileOperations();
         if (destination.format == SaveFormat::project)
@@ -132,7 +132,7 @@ bool ProjectStore::saveProjectForClose(QUuid projectID) {
     if (!index) return false;
     if (const auto destination = attachedDestination(m_openProjects[*index]))
         return saveProject(*index, *destination);
-    return chooseDestinationAndSave(projectID, QStringLiteral("Save cancelled"));
+    return chooseDestinationAndSave(projectID, tr("Save cancelled"));
 }
 
 bool ProjectStore::shouldTerminateAfterHandlingUnsavedProjects() {
@@ -147,7 +147,7 @@ bool ProjectStore::shouldTerminateAfterHandlingUnsavedProjects() {
             case SaveBeforeCloseChoice::discard:
                 break;
             case SaveBeforeCloseChoice::cancel:
-                setStatusMessage(QStringLiteral("Quit cancelled"));
+                setStatusMessage(tr("Quit cancelled"));
                 return false;
         }
     }
@@ -169,7 +169,7 @@ std::optional<model::PaintProject> ProjectStore::openProject(const QUrl& url) {
     try {
         project = persistence::ProjectFileService::read(location);
     } catch (const FileError& error) {
-        setStatusMessage(QStringLiteral("Open failed: %1").arg(error.description()));
+        setStatusMessage(tr("Open failed: %1").arg(error.description()), StatusKind::failure);
         return std::nullopt;
     }
     project.fileURL = location;
@@ -177,8 +177,8 @@ std::optional<model::PaintProject> ProjectStore::openProject(const QUrl& url) {
     const QUuid id = placeOpenedProject(std::move(project));
     rememberRecent(location);
     storeFingerprint(id);
-    setStatusMessage(QStringLiteral("Opened %1").arg(this->project(id)->displayName()));
-    recordHistory(id, QStringLiteral("Open Project"), QStringLiteral("folder"));
+    setStatusMessage(tr("Opened %1").arg(this->project(id)->displayName()));
+    recordHistory(id, tr("Open Project"), QStringLiteral("folder"));
     report(m_environment, AppAnalyticsEvent::projectOpened);
     return *this->project(id);
 }
@@ -210,7 +210,10 @@ std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& image
     const auto [image, failure] = imageInFile(location);
     if (!image) {
         const bool isCancelled = failure == IntakeFailure::cancelled;
-        setStatusMessage(isCancelled ? QStringLiteral("Open cancelled") : unreadableImage);
+        if (isCancelled)
+            setStatusMessage(tr("Open cancelled"));
+        else
+            setStatusMessage(unreadableImage(), StatusKind::failure);
         return std::nullopt;
     }
     const AutosaveScope autosave(*this);
@@ -227,7 +230,7 @@ std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& image
     storeFingerprint(id);
     Q_EMIT projectChanged(id);
     persistAutosavedSession();
-    setStatusMessage(QStringLiteral("Opened %1").arg(location.fileName()));
+    setStatusMessage(tr("Opened %1").arg(location.fileName()));
     report(m_environment, AppAnalyticsEvent::projectOpened,
            {{QStringLiteral("kind"), QStringLiteral("image")},
             {QStringLiteral("format"), countedFormat(location)}});

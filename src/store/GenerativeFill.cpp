@@ -64,18 +64,18 @@ RasterImage replacement(const RasterImage& returned, const GenerativeFillInput& 
 QString description(GenerativeFillError error) {
     switch (error) {
         case GenerativeFillError::missingAPIKey:
-            return QStringLiteral(
+            return ProjectStore::tr(
                 "Add an OpenAI API key in Settings > Intelligence before using "
                 "generative fill.");
         case GenerativeFillError::noSelection:
-            return QStringLiteral("Select an area before using generative fill.");
+            return ProjectStore::tr("Select an area before using generative fill.");
         case GenerativeFillError::invalidGeneratedImage:
-            return QStringLiteral("OpenAI returned image data that could not be decoded.");
+            return ProjectStore::tr("OpenAI returned image data that could not be decoded.");
         case GenerativeFillError::projectChanged:
-            return QStringLiteral(
+            return ProjectStore::tr(
                 "The active project changed before generative fill could be applied.");
         case GenerativeFillError::applyFailed:
-            return QStringLiteral(
+            return ProjectStore::tr(
                 "The generated pixels could not be applied to the selected area.");
     }
     return {};
@@ -117,7 +117,7 @@ void ProjectStore::sendFill(FillID id, const std::optional<QString>& key) {
     GenerativeFills::Fill& fill = waiting->second;
     if (!key) return endFill(id, description(GenerativeFillError::missingAPIKey));
     if (!fill.input) return endFill(id, description(GenerativeFillError::noSelection));
-    setStatusMessage(QStringLiteral("Generating fill..."));
+    setStatusMessage(tr("Generating fill..."));
     auto exchange = m_environment.generativeFill->imageEdit.editImage(
         *key, fill.request, fill.input->imagePNGData, fill.input->maskPNGData,
         std::move(fill.watch), [this, id](const effects::ImageEditOutcome& outcome) {
@@ -131,7 +131,7 @@ void ProjectStore::sendFill(FillID id, const std::optional<QString>& key) {
 }
 
 void ProjectStore::cancelGenerativeFill(FillID id) {
-    if (m_fills->take(id)) setStatusMessage(QStringLiteral("Generative fill cancelled"));
+    if (m_fills->take(id)) setStatusMessage(tr("Generative fill cancelled"));
 }
 
 void ProjectStore::decodeFill(FillID id, const QByteArray& bytes) {
@@ -160,8 +160,8 @@ std::optional<QString> ProjectStore::applyFill(FillID id, const RasterImage& ret
     project.isCanvasSelected = false;
     m_lastRepeatableAction = RepeatableActions::GenerativeFill{fill.request};
     const QUuid projectID = finishEdit(project);
-    recordHistory(projectID, QStringLiteral("Generative Fill"), QStringLiteral("sparkles"));
-    setStatusMessage(QStringLiteral("Applied generative fill"));
+    recordHistory(projectID, tr("Generative Fill"), QStringLiteral("sparkles"));
+    setStatusMessage(tr("Applied generative fill"));
     report(m_environment, services::AppAnalyticsEvent::generativeFillCompleted);
     return std::nullopt;
 }

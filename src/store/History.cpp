@@ -64,7 +64,7 @@ void ProjectStore::restoreHistory(QUuid projectID, QUuid entryID) {
         Q_EMIT projectChanged(projectID);
         setActiveProjectID(projectID);
         Q_EMIT historyChanged(projectID);
-        setStatusMessage(QStringLiteral("Restored %1").arg(title));
+        setStatusMessage(tr("Restored %1").arg(title));
     }
     persistAutosavedSession();
 }

@@ -31,7 +31,9 @@ namespace {
 constexpr QLatin1StringView packageExtension("quillabrae");
 constexpr QLatin1StringView svgExtension("svg");
 
-const QString cancelledPaste = QStringLiteral("Paste cancelled");
+QString cancelledPaste() {
+    return ProjectStore::tr("Paste cancelled");
+}
 
 using ImageLoad =
     std::function<std::optional<raster::RasterImage>(const platform::WorkControl&, ImageRefusal&)>;
@@ -84,7 +86,7 @@ QSizeF sizeWith(const PaintProject& project, const PastedImage& image) {
 /// Gives the canvas room to the right and downward; the layers keep their distance from the top
 /// left.
 CanvasRewrite expansionTo(QSizeF size, const PaintProject& project) {
-    return {QStringLiteral("Paste"), QStringLiteral("Expanding canvas"), size,
+    return {ProjectStore::tr("Paste"), ProjectStore::tr("Expanding canvas"), size,
             project.resolutionDPI, [size](const raster::RasterImage& picture) {
                 return raster::LayerRasterService::transformedImage(
                     picture, size.width(), size.height(),
@@ -97,7 +99,7 @@ CanvasRewrite expansionTo(QSizeF size, const PaintProject& project) {
 QUuid layerForPaste(PaintProject& project) {
     const model::PaintLayer* selected = project.selectedLayer();
     if (selected && !selected->isLocked) return selected->id;
-    const model::PaintLayer layer = emptyLayer(QStringLiteral("Pasted Image"));
+    const model::PaintLayer layer = emptyLayer(ProjectStore::tr("Pasted Image"));
     project.layers.push_back(layer);
     project.selectedLayerID = layer.id;
     return layer.id;
@@ -114,10 +116,14 @@ void floatImage(PaintProject& project, const PastedImage& image) {
 
 } // namespace
 
+QString unreadableImage() {
+    return ProjectStore::tr("Open failed: image could not be read");
+}
+
 Intake ProjectStore::imageInFile(const QUrl& file) const {
     const QString path = fileLocation(file).toLocalFile();
     if (lowercasedExtension(file) == svgExtension) return drawingInFile(path);
-    const QString title = QStringLiteral("Opening “%1”").arg(file.fileName());
+    const QString title = tr("Opening “%1”").arg(file.fileName());
     return loaded(m_environment.work, title, [&path](const auto& control, ImageRefusal& refusal) {
         return persistence::loadImageFile(path, control, &refusal);
     });
@@ -150,14 +156,15 @@ std::optional<PastedImage> ProjectStore::imageOnClipboard() {
     try {
         if (auto image = m_clipboard.pastedImage()) return image;
     } catch (const platform::WorkCancelled&) {
-        setStatusMessage(cancelledPaste);
+        setStatusMessage(cancelledPaste());
         return std::nullopt;
     }
     const QList<QUrl> files = m_clipboard.copiedFiles();
     if (files.isEmpty()) return std::nullopt;
     Intake intake = imageInFile(files.first());
-    if (intake.failure == IntakeFailure::beyondLimits) setStatusMessage(unreadableImage);
-    if (intake.failure == IntakeFailure::cancelled) setStatusMessage(cancelledPaste);
+    if (intake.failure == IntakeFailure::beyondLimits)
+        setStatusMessage(unreadableImage(), StatusKind::failure);
+    if (intake.failure == IntakeFailure::cancelled) setStatusMessage(cancelledPaste());
     return std::move(intake.image);
 }
 
@@ -178,7 +185,7 @@ std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
         case PasteImageChoice::cancel:
             break;
     }
-    setStatusMessage(cancelledPaste);
+    setStatusMessage(cancelledPaste());
     return std::nullopt;
 }
 
@@ -196,13 +203,13 @@ std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const Past
     floatImage(*project, image);
     const QUuid id = finishEdit(*project);
     selectTool(model::PaintTool::moveSelectedPixels);
-    setStatusMessage(expands ? QStringLiteral("Pasted image as selected pixels and expanded canvas")
-                             : QStringLiteral("Pasted image as selected pixels"));
+    setStatusMessage(expands ? tr("Pasted image as selected pixels and expanded canvas")
+                             : tr("Pasted image as selected pixels"));
     if (expands)
-        recordHistory(id, QStringLiteral("Expand Canvas"),
+        recordHistory(id, tr("Expand Canvas"),
                       QStringLiteral("arrow.up.left.and.arrow.down.right"));
     else
-        recordHistory(id, QStringLiteral("Paste"), QStringLiteral("doc.on.clipboard"));
+        recordHistory(id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
     const PaintProject* pasted = this->project(id);
     return pasted ? std::optional(*pasted) : std::nullopt;
 }
@@ -214,7 +221,7 @@ Intake ProjectStore::droppedImage(const DroppedContents& contents) const {
         const auto load = [&contents](const auto& control, ImageRefusal&) {
             return persistence::loadImage(contents.picture, control);
         };
-        return loaded(m_environment.work, QStringLiteral("Reading the dropped image"), load);
+        return loaded(m_environment.work, tr("Reading the dropped image"), load);
     }
     const auto file = std::ranges::find_if_not(contents.files, isPackage);
     return file == contents.files.end() ? Intake() : imageInFile(*file);
@@ -236,11 +243,11 @@ std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& cont
         return pasted ? pasted : shown;
     }
     if (failure == IntakeFailure::cancelled)
-        setStatusMessage(cancelledPaste);
+        setStatusMessage(cancelledPaste());
     else if (failure == IntakeFailure::beyondLimits)
-        setStatusMessage(unreadableImage);
+        setStatusMessage(unreadableImage(), StatusKind::failure);
     else if (!hasPackages)
-        setStatusMessage(QStringLiteral("Drop failed: no image found"));
+        setStatusMessage(tr("Drop failed: no image found"), StatusKind::failure);
     return shown;
 }
 

@@ -19,6 +19,6 @@ struct Intake {
 };
 
 /// What the status line says of a file whose image does not come in.
-inline const QString unreadableImage = QStringLiteral("Open failed: image could not be read");
+QString unreadableImage();
 
 } // namespace quillabrae::store

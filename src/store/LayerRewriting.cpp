@@ -6,6 +6,8 @@
 #include "raster/Parallel.h"
 #include "raster/SurfaceSize.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <atomic>
 #include <optional>
@@ -40,7 +42,7 @@ Pixels encoded(const raster::RasterImage& picture, bool isRemembered) {
 } // namespace
 
 QString sizeText(QSizeF size) {
-    return QStringLiteral("%1 x %2")
+    return QCoreApplication::translate("Size", "%1 x %2")
         .arg(static_cast<int>(size.width()))
         .arg(static_cast<int>(size.height()));
 }

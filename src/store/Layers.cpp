@@ -47,9 +47,9 @@ void ProjectStore::addLayer() {
     model::PaintProject* project = projectToEdit();
     if (!project) return;
     const std::size_t count = project->layers.size();
-    insertSelected(*project, count, emptyLayer(QStringLiteral("Layer %1").arg(count + 1)));
+    insertSelected(*project, count, emptyLayer(tr("Layer %1").arg(count + 1)));
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("New Layer"), QStringLiteral("plus.square"));
+    recordHistory(id, tr("New Layer"), QStringLiteral("plus.square"));
 }
 
 void ProjectStore::deleteSelectedLayer() {
@@ -60,7 +60,7 @@ void ProjectStore::deleteSelectedLayer() {
     removeLayer(*project, *index);
     project->selectedLayerID = project->layers[*index == 0 ? 0 : *index - 1].id;
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Delete Layer"), QStringLiteral("trash"));
+    recordHistory(id, tr("Delete Layer"), QStringLiteral("trash"));
 }
 
 void ProjectStore::duplicateSelectedLayer() {
@@ -70,10 +70,10 @@ void ProjectStore::duplicateSelectedLayer() {
     if (!index) return;
     model::PaintLayer copy = project->layers[*index];
     copy.id = QUuid::createUuid();
-    copy.name += QStringLiteral(" Copy");
+    copy.name = tr("%1 Copy").arg(copy.name);
     insertSelected(*project, *index + 1, std::move(copy));
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Duplicate Layer"), QStringLiteral("doc.on.doc"));
+    recordHistory(id, tr("Duplicate Layer"), QStringLiteral("doc.on.doc"));
 }
 
 void ProjectStore::moveSelectedLayer(int offset) {
@@ -85,7 +85,7 @@ void ProjectStore::moveSelectedLayer(int offset) {
     if (target < 0 || target >= static_cast<qint64>(project->layers.size())) return;
     std::swap(project->layers[*index], project->layers[static_cast<std::size_t>(target)]);
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Move Layer"), QStringLiteral("arrow.up.arrow.down"));
+    recordHistory(id, tr("Move Layer"), QStringLiteral("arrow.up.arrow.down"));
 }
 
 void ProjectStore::flattenLayerDown(QUuid layerID) {
@@ -94,11 +94,11 @@ void ProjectStore::flattenLayerDown(QUuid layerID) {
     const auto index = layerIndex(*project, layerID);
     if (!index || *index == 0) return;
     if (project->floatingSelection && !putDownFloatingSelection(*project))
-        return setStatusMessage(
-            QStringLiteral("Flatten failed: selected pixels could not be dropped"));
+        return setStatusMessage(tr("Flatten failed: selected pixels could not be dropped"),
+                                StatusKind::failure);
     mergeDown(*project, *index);
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Flatten Down"), QStringLiteral("square.stack.3d.down.right"));
+    recordHistory(id, tr("Flatten Down"), QStringLiteral("square.stack.3d.down.right"));
 }
 
 void ProjectStore::importLayerFromFile() {
@@ -107,7 +107,8 @@ void ProjectStore::importLayerFromFile() {
     if (!url) return;
     const QUrl location = fileLocation(*url);
     const auto [image, failure] = imageInFile(location);
-    if (failure == IntakeFailure::beyondLimits) return setStatusMessage(unreadableImage);
+    if (failure == IntakeFailure::beyondLimits)
+        return setStatusMessage(unreadableImage(), StatusKind::failure);
     // The active project may be another one after the question.
     model::PaintProject* project = projectToEdit();
     if (!image || !project) return;
@@ -118,8 +119,8 @@ void ProjectStore::importLayerFromFile() {
         project->canvasWidth, project->canvasHeight);
     insertSelected(*project, project->layers.size(), std::move(layer));
     const QUuid id = finishEdit(*project);
-    setStatusMessage(QStringLiteral("Imported %1").arg(fileName));
-    recordHistory(id, QStringLiteral("Import Layer"), QStringLiteral("square.and.arrow.down"));
+    setStatusMessage(tr("Imported %1").arg(fileName));
+    recordHistory(id, tr("Import Layer"), QStringLiteral("square.and.arrow.down"));
 }
 
 std::optional<model::PaintLayer> ProjectStore::selectedLayerForProperties() const {
@@ -132,13 +133,13 @@ void ProjectStore::applySelectedLayerProperties(const LayerPropertiesDialogResul
     model::PaintProject* project = projectToEdit();
     model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
     if (!layer) return;
-    layer->name = result.name.isEmpty() ? QStringLiteral("Layer") : result.name;
+    layer->name = result.name.isEmpty() ? tr("Layer") : result.name;
     layer->opacity = std::clamp(result.opacity, 0.0, 1.0);
     layer->isVisible = result.isVisible;
     layer->isLocked = result.isLocked;
     const QUuid id = finishEdit(*project);
-    setStatusMessage(QStringLiteral("Layer properties updated"));
-    recordHistory(id, QStringLiteral("Layer Properties"), QStringLiteral("wand.and.sparkles"));
+    setStatusMessage(tr("Layer properties updated"));
+    recordHistory(id, tr("Layer Properties"), QStringLiteral("wand.and.sparkles"));
 }
 
 } // namespace quillabrae::store

@@ -15,7 +15,9 @@
 namespace quillabrae::store {
 namespace {
 
-constexpr QLatin1StringView newProjectTitle("New Project");
+QString newProjectTitle() {
+    return ProjectStore::tr("New Project");
+}
 
 double wholeAtLeastOne(double value) {
     return std::max(1.0, std::round(value));
@@ -35,12 +37,11 @@ model::PaintProject ProjectStore::createUntitledProject(double width, double hei
     ++m_untitledCount;
     model::PaintLayer layer;
     layer.id = QUuid::createUuid();
-    layer.name = QStringLiteral("Background");
+    layer.name = tr("Background");
 
     model::PaintProject project;
     project.id = QUuid::createUuid();
-    project.title = m_untitledCount == 1 ? QStringLiteral("Untitled")
-                                         : QStringLiteral("Untitled %1").arg(m_untitledCount);
+    project.title = m_untitledCount == 1 ? tr("Untitled") : tr("Untitled %1").arg(m_untitledCount);
     project.canvasWidth = wholeAtLeastOne(width);
     project.canvasHeight = wholeAtLeastOne(height);
     project.resolutionDPI = wholeAtLeastOne(resolutionDPI);
@@ -53,8 +54,8 @@ model::PaintProject ProjectStore::createUntitledProject(double width, double hei
     const model::PaintProject created = project;
     appendProject(std::move(project));
     zoomToFitCanvasWhenReady(created.id);
-    setStatusMessage(QStringLiteral("Created %1").arg(created.title));
-    recordHistory(created.id, newProjectTitle, QStringLiteral("plus.square"));
+    setStatusMessage(tr("Created %1").arg(created.title));
+    recordHistory(created.id, newProjectTitle(), QStringLiteral("plus.square"));
     report(m_environment, services::AppAnalyticsEvent::projectCreated);
     return created;
 }
@@ -67,8 +68,8 @@ model::PaintProject ProjectStore::createProject(const model::PastedImage& image,
     const model::PaintProject created = project;
     appendProject(std::move(project));
     selectTool(model::PaintTool::moveSelectedPixels);
-    setStatusMessage(QStringLiteral("Created %1 from clipboard").arg(created.displayName()));
-    recordHistory(created.id, QStringLiteral("Paste"), QStringLiteral("doc.on.clipboard"));
+    setStatusMessage(tr("Created %1 from clipboard").arg(created.displayName()));
+    recordHistory(created.id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
     if (analyticsSource)
         report(m_environment, services::AppAnalyticsEvent::projectCreated,
                {{QStringLiteral("source"), *analyticsSource}});
@@ -112,7 +113,7 @@ bool ProjectStore::closeProjectRequestingSave(QUuid id) {
             case SaveBeforeCloseChoice::discard:
                 break;
             case SaveBeforeCloseChoice::cancel:
-                setStatusMessage(QStringLiteral("Close cancelled"));
+                setStatusMessage(tr("Close cancelled"));
                 return false;
         }
     }
@@ -133,7 +134,7 @@ bool ProjectStore::hasUnsavedChanges(QUuid projectID) const {
 bool ProjectStore::isBlankUntouchedProject(const model::PaintProject& project) const {
     if (project.fileURL) return false;
     const auto& entries = history(project.id).entries;
-    return entries.size() == 1 && entries.front().title == newProjectTitle;
+    return entries.size() == 1 && entries.front().title == newProjectTitle();
 }
 
 bool ProjectStore::isProjectUnsaved(const model::PaintProject& project) const {

@@ -10,23 +10,23 @@ bool ProjectStore::applyPlugin(const effects::QuillabraePlugin& plugin) {
     model::PaintProject* project = projectToEdit();
     model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
     if (!layer) {
-        setStatusMessage(QStringLiteral("Open a project to run %1").arg(plugin.title));
+        setStatusMessage(tr("Open a project to run %1").arg(title(plugin)));
         return false;
     }
     if (layer->isLocked) {
-        setStatusMessage(QStringLiteral("Selected layer is locked"));
+        setStatusMessage(tr("Selected layer is locked"));
         return false;
     }
     const bool putDown = putDownFloatingSelection(*project);
     if (!effects::PluginEffectService::apply(plugin.effect, *layer, project->canvasWidth,
                                              project->canvasHeight)) {
         if (putDown) finishEdit(*project);
-        setStatusMessage(QStringLiteral("%1 could not process this layer").arg(plugin.title));
+        setStatusMessage(tr("%1 could not process this layer").arg(title(plugin)));
         return false;
     }
     const QUuid id = finishEdit(*project);
-    recordHistory(id, plugin.title, plugin.symbolName);
-    setStatusMessage(QStringLiteral("Applied %1").arg(plugin.title));
+    recordHistory(id, title(plugin), plugin.symbolName);
+    setStatusMessage(tr("Applied %1").arg(title(plugin)));
     return true;
 }
 

@@ -19,7 +19,7 @@ ProjectStore::ProjectStore(StoreEnvironment environment, Persistence persistence
                   m_environment.work),
       m_previews(std::make_unique<AdjustmentPreviews>(m_environment.makeLatestWork)),
       m_fills(std::make_unique<GenerativeFills>()),
-      m_statusMessage(QStringLiteral("Ready")),
+      m_statusMessage(tr("Ready")),
       m_zoomToFitRequestID(QUuid::createUuid()),
       m_recoveryFolder(m_environment.paths.autosaveFolder(), m_environment.takeLock) {
     if (!isPersistent()) return;
@@ -80,9 +80,10 @@ QUuid ProjectStore::finishEdit(model::PaintProject& project) {
     return id;
 }
 
-void ProjectStore::setStatusMessage(const QString& message) {
-    if (m_statusMessage == message) return;
+void ProjectStore::setStatusMessage(const QString& message, StatusKind kind) {
+    if (m_statusMessage == message && m_statusKind == kind) return;
     m_statusMessage = message;
+    m_statusKind = kind;
     Q_EMIT statusMessageChanged();
 }
 

@@ -46,6 +46,8 @@ struct Intake;
 
 /// Whether a store reads and writes what outlives the process.
 enum class Persistence { off, on };
+/// Whether the status line tells of work that went well, or that the user left, or of a failure.
+enum class StatusKind { news, failure };
 /// Whether a command reports itself in the status line.
 enum class StatusUpdate { silent, shown };
 /// Whether a step of a command reports itself or is part of what the command reports.
@@ -96,7 +98,8 @@ public:
     void persistSettings();
 
     const QString& statusMessage() const { return m_statusMessage; }
-    void setStatusMessage(const QString& message);
+    void setStatusMessage(const QString& message, StatusKind kind = StatusKind::news);
+    StatusKind statusKind() const { return m_statusKind; }
     const std::vector<model::RecentProject>& recents() const { return m_recents; }
     QSizeF canvasViewportSize() const { return m_canvasViewportSize; }
     void setCanvasViewportSize(QSizeF size);
@@ -410,6 +413,7 @@ private:
     std::optional<QUuid> m_activeProjectID;
     model::PaintAppSettings m_settings;
     QString m_statusMessage;
+    StatusKind m_statusKind = StatusKind::news;
     std::vector<model::RecentProject> m_recents;
     QSizeF m_canvasViewportSize{0.0, 0.0};
     std::optional<model::CanvasPoint> m_canvasCursorPosition;

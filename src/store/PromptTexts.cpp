@@ -3,32 +3,41 @@
 
 #include "store/FileLocation.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <array>
 #include <span>
 
 namespace quillabrae::store {
+namespace {
+
+/// The context of this file's texts, for translators.
+struct PromptTexts {
+    Q_DECLARE_TR_FUNCTIONS(PromptTexts)
+};
+
+} // namespace
 
 PromptText saveBeforeClosingPrompt(const QString& projectTitle) {
-    return {QStringLiteral("Save changes to \"%1\" before closing?").arg(projectTitle),
-            QStringLiteral("If you don't save, changes to this project will be lost."),
-            {QStringLiteral("Save"), QStringLiteral("Don't Save"), QStringLiteral("Cancel")}};
+    return {PromptTexts::tr("Save changes to \"%1\" before closing?").arg(projectTitle),
+            PromptTexts::tr("If you don't save, changes to this project will be lost."),
+            {PromptTexts::tr("Save"), PromptTexts::tr("Don't Save"), PromptTexts::tr("Cancel")}};
 }
 
 PromptText flattenedSavePrompt(int layerCount) {
-    return {QStringLiteral("Flatten layers before saving?"),
-            QStringLiteral("This project has %1 layers. Saving as an image will flatten visible "
-                           "layers into a single image file. Your editable project stays "
-                           "unchanged.")
-                .arg(layerCount),
-            {QStringLiteral("Save Flattened Image"), QStringLiteral("Cancel")}};
+    return {PromptTexts::tr("Flatten layers before saving?"),
+            PromptTexts::tr("This project has %n layers. Saving as an image will flatten visible "
+                            "layers into a single image file. Your editable project stays "
+                            "unchanged.",
+                            nullptr, layerCount),
+            {PromptTexts::tr("Save Flattened Image"), PromptTexts::tr("Cancel")}};
 }
 
 PromptText overwritePrompt(const QString& fileName) {
-    return {QStringLiteral("A file named \"%1\" already exists.").arg(fileName),
-            QStringLiteral("Do you want to replace it? The existing file will be overwritten."),
-            {QStringLiteral("Replace"), QStringLiteral("Cancel")}};
+    return {PromptTexts::tr("A file named \"%1\" already exists.").arg(fileName),
+            PromptTexts::tr("Do you want to replace it? The existing file will be overwritten."),
+            {PromptTexts::tr("Replace"), PromptTexts::tr("Cancel")}};
 }
 
 namespace {
@@ -40,14 +49,16 @@ struct PasteButton {
 
 std::span<const PasteButton> pasteButtons(PasteTarget target) {
     static constexpr std::array<PasteButton, 2> withoutProject{{
-        {"Open as new project", PasteImageChoice::openAsNewProject},
-        {"Cancel", PasteImageChoice::cancel},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Open as new project"),
+         PasteImageChoice::openAsNewProject},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Cancel"), PasteImageChoice::cancel},
     }};
     static constexpr std::array<PasteButton, 4> onSmallerCanvas{{
-        {"Open as new project", PasteImageChoice::openAsNewProject},
-        {"Expand canvas", PasteImageChoice::expandCanvas},
-        {"Keep canvas size", PasteImageChoice::keepCanvasSize},
-        {"Cancel", PasteImageChoice::cancel},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Open as new project"),
+         PasteImageChoice::openAsNewProject},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Expand canvas"), PasteImageChoice::expandCanvas},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Keep canvas size"), PasteImageChoice::keepCanvasSize},
+        {QT_TRANSLATE_NOOP("PromptTexts", "Cancel"), PasteImageChoice::cancel},
     }};
     if (target == PasteTarget::noProject) return withoutProject;
     return onSmallerCanvas;
@@ -55,10 +66,10 @@ std::span<const PasteButton> pasteButtons(PasteTarget target) {
 
 QString pasteText(QSizeF imageSize, PasteTarget target) {
     if (target == PasteTarget::smallerCanvas)
-        return QStringLiteral(
+        return PromptTexts::tr(
             "The image being pasted is larger than the current canvas. What do "
             "you want to do with it?");
-    return QStringLiteral("Choose how to place the %1 x %2 image from the clipboard.")
+    return PromptTexts::tr("Choose how to place the %1 x %2 image from the clipboard.")
         .arg(qRound64(imageSize.width()))
         .arg(qRound64(imageSize.height()));
 }
@@ -66,9 +77,9 @@ QString pasteText(QSizeF imageSize, PasteTarget target) {
 } // namespace
 
 PromptText pastePrompt(QSizeF imageSize, PasteTarget target) {
-    PromptText prompt{QStringLiteral("Paste Image"), pasteText(imageSize, target), {}};
+    PromptText prompt{PromptTexts::tr("Paste Image"), pasteText(imageSize, target), {}};
     for (const PasteButton& button : pasteButtons(target))
-        prompt.buttons.append(QString::fromLatin1(button.title));
+        prompt.buttons.append(QCoreApplication::translate("PromptTexts", button.title));
     return prompt;
 }
 
@@ -79,15 +90,15 @@ PasteImageChoice pasteChoice(int button, PasteTarget target) {
 }
 
 QString openProjectPanelTitle() {
-    return QStringLiteral("Open Quillabrae Project or Image");
+    return PromptTexts::tr("Open Quillabrae Project or Image");
 }
 
 QString importImagePanelTitle() {
-    return QStringLiteral("Import Layer From File");
+    return PromptTexts::tr("Import Layer From File");
 }
 
 QString savePanelTitle() {
-    return QStringLiteral("Save Quillabrae");
+    return PromptTexts::tr("Save Quillabrae");
 }
 
 persistence::SaveDestination saveDestination(const QUrl& chosen, persistence::SaveFormat format) {

@@ -5,6 +5,7 @@
 #include "platform/Clock.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
@@ -96,8 +97,8 @@ void ProjectStore::reportRecoveryFault() {
     if (m_recoveryFault.isEmpty() == m_reportedRecoveryFault.isEmpty()) return;
     m_reportedRecoveryFault = m_recoveryFault;
     setStatusMessage(m_recoveryFault.isEmpty()
-                         ? QStringLiteral("Recovery is being kept again")
-                         : QStringLiteral("Recovery is not being kept: %1").arg(m_recoveryFault));
+                         ? tr("Recovery is being kept again")
+                         : tr("Recovery is not being kept: %1").arg(m_recoveryFault));
 }
 
 void ProjectStore::restoreAutosavedSession() {
@@ -128,16 +129,16 @@ void ProjectStore::adoptSession(const persistence::PaintAutosaveSession& session
     const bool hasActive = session.activeProjectID && indexOf(*session.activeProjectID);
     setActiveProjectID(hasActive ? *session.activeProjectID : session.projects.front().id);
     setStatusMessage(keepsHistory && !session.histories.isEmpty()
-                         ? QStringLiteral("Restored autosaved work and history")
-                         : QStringLiteral("Restored autosaved work"));
+                         ? tr("Restored autosaved work and history")
+                         : tr("Restored autosaved work"));
 }
 
 void ProjectStore::updateUntitledCountersFromRecoveredProjects() {
     for (const model::PaintProject& project : m_openProjects) {
-        m_untitledCount =
-            std::max(m_untitledCount, titleNumber(project.title, QStringLiteral("Untitled")));
-        m_pastedProjectCount = std::max(m_pastedProjectCount,
-                                        titleNumber(project.title, QStringLiteral("Pasted Image")));
+        m_untitledCount = std::max(m_untitledCount, titleNumber(project.title, tr("Untitled")));
+        m_pastedProjectCount = std::max(
+            m_pastedProjectCount, titleNumber(project.title, QCoreApplication::translate(
+                                                                 "PaintProject", "Pasted Image")));
     }
 }
 

@@ -32,7 +32,7 @@ model::PaintLayer* ProjectStore::AdjustmentPreviews::layerToAdjust(ProjectStore&
     model::PaintProject* project = store.projectToEdit();
     model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
     if (!layer || !layer->isLocked) return layer;
-    store.setStatusMessage(QStringLiteral("Selected layer is locked"));
+    store.setStatusMessage(ProjectStore::tr("Selected layer is locked"));
     return nullptr;
 }
 
@@ -58,7 +58,7 @@ const model::PaintProject* ProjectStore::previewOriginal(QUuid id) const {
 }
 
 void ProjectStore::repeatLastAction() {
-    if (!m_lastRepeatableAction) return setStatusMessage(QStringLiteral("No action to repeat"));
+    if (!m_lastRepeatableAction) return setStatusMessage(tr("No action to repeat"));
     namespace Actions = RepeatableActions;
     // A copy: the command stores itself again.
     const RepeatablePaintAction action = *m_lastRepeatableAction;
@@ -77,7 +77,8 @@ void ProjectStore::repeatLastAction() {
             [this](const Actions::GenerativeFill& fill) {
                 performGenerativeFill(fill.request, [this](const std::optional<QString>& failure) {
                     if (failure)
-                        setStatusMessage(QStringLiteral("Generative fill failed: ") + *failure);
+                        setStatusMessage(tr("Generative fill failed: %1").arg(*failure),
+                                         StatusKind::failure);
                 });
             },
             [this](const Actions::InvertImage&) { invertActiveImage(); },

@@ -57,8 +57,8 @@ bool ProjectStore::commitFloatingSelectionIfNeeded(std::size_t projectIndex,
     if (!putDownFloatingSelection(project)) return false;
     const QUuid id = finishEdit(project);
     if (recording == HistoryRecording::omitted) return true;
-    setStatusMessage(QStringLiteral("Dropped selection"));
-    recordHistory(id, QStringLiteral("Drop Selection"), QStringLiteral("selection.pin.in.out"));
+    setStatusMessage(tr("Dropped selection"));
+    recordHistory(id, tr("Drop Selection"), QStringLiteral("selection.pin.in.out"));
     return true;
 }
 
@@ -73,9 +73,9 @@ void ProjectStore::selectAllCanvas() {
                                                        project.canvasHeight, std::nullopt};
     });
     selectTool(model::PaintTool::rectangleSelect);
-    setStatusMessage(QStringLiteral("Selected canvas pixels"));
+    setStatusMessage(tr("Selected canvas pixels"));
     if (const auto id = m_activeProjectID)
-        recordHistory(*id, QStringLiteral("Select All"), QStringLiteral("selection.pin.in.out"));
+        recordHistory(*id, tr("Select All"), QStringLiteral("selection.pin.in.out"));
 }
 
 void ProjectStore::dropSelection() {
@@ -85,8 +85,8 @@ void ProjectStore::dropSelection() {
     if (!project->isCanvasSelected) return;
     clearSelection(*project);
     const QUuid id = finishEdit(*project);
-    setStatusMessage(QStringLiteral("Deselected pixels"));
-    recordHistory(id, QStringLiteral("Deselect"), QStringLiteral("xmark.square"));
+    setStatusMessage(tr("Deselected pixels"));
+    recordHistory(id, tr("Deselect"), QStringLiteral("xmark.square"));
 }
 
 bool ProjectStore::canDropSelection() const {
@@ -103,7 +103,7 @@ bool ProjectStore::copySelectedCanvasPixels() {
     if (!m_clipboard.writePNGImage(pixels, project->displayName(),
                                    QPointF(selection->x, selection->y)))
         return false;
-    setStatusMessage(QStringLiteral("Copied selected pixels"));
+    setStatusMessage(tr("Copied selected pixels"));
     return true;
 }
 
@@ -118,8 +118,8 @@ bool ProjectStore::cutSelectedCanvasPixels() {
         LayerRasterService::clearLayerPixels(*layer, project->canvasWidth, project->canvasHeight,
                                              *activeSelection(*project));
     const QUuid id = finishEdit(*project);
-    setStatusMessage(QStringLiteral("Cut selected pixels"));
-    recordHistory(id, QStringLiteral("Cut"), QStringLiteral("scissors"));
+    setStatusMessage(tr("Cut selected pixels"));
+    recordHistory(id, tr("Cut"), QStringLiteral("scissors"));
     return true;
 }
 

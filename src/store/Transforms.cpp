@@ -40,12 +40,12 @@ model::PaintProject* ProjectStore::rewriteCanvas(const CanvasRewrite& rewrite,
     const RewriteOutcome outcome = rewriteLayers(rewritten, rewrite, m_environment.work);
     const auto index = indexOf(before.id);
     if (outcome == RewriteOutcome::failed) {
-        setStatusMessage(
-            QStringLiteral("%1 failed: the image would be too large").arg(rewrite.name));
+        setStatusMessage(tr("%1 failed: the image would be too large").arg(rewrite.name),
+                         StatusKind::failure);
         return nullptr;
     }
     if (outcome == RewriteOutcome::cancelled || !index || m_openProjects[*index] != before) {
-        setStatusMessage(QStringLiteral("%1 cancelled").arg(rewrite.name));
+        setStatusMessage(tr("%1 cancelled").arg(rewrite.name));
         return nullptr;
     }
     rewritten.canvasWidth = rewrite.size.width();
@@ -61,7 +61,7 @@ void ProjectStore::resizeActiveImage(const ResizeDialogResult& result) {
     const model::PaintProject before = *activeProject();
     const QSizeF size = atLeastOne(result.width, result.height);
     model::PaintProject* project = rewriteCanvas(
-        {QStringLiteral("Resize"), QStringLiteral("Resizing image"), size, result.resolutionDPI,
+        {tr("Resize"), tr("Resizing image"), size, result.resolutionDPI,
          [size](const RasterImage& picture) {
              return LayerRasterService::resizedCopy(picture, size.width(), size.height());
          }},
@@ -69,9 +69,8 @@ void ProjectStore::resizeActiveImage(const ResizeDialogResult& result) {
     if (!project) return;
     m_lastRepeatableAction = RepeatableActions::ResizeImage{result};
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Resize"),
-                  QStringLiteral("arrow.up.left.and.arrow.down.right"));
-    setStatusMessage(QStringLiteral("Resized image to %1").arg(sizeText(size)));
+    recordHistory(id, tr("Resize"), QStringLiteral("arrow.up.left.and.arrow.down.right"));
+    setStatusMessage(tr("Resized image to %1").arg(sizeText(size)));
 }
 
 void ProjectStore::resizeActiveCanvas(const ResizeDialogResult& result) {
@@ -81,8 +80,7 @@ void ProjectStore::resizeActiveCanvas(const ResizeDialogResult& result) {
     const QSizeF size = atLeastOne(result.width, result.height);
     const QRectF target(offsetOf(result.anchor, size - former), former);
     model::PaintProject* project =
-        rewriteCanvas({QStringLiteral("Canvas size"), QStringLiteral("Changing canvas size"), size,
-                       result.resolutionDPI,
+        rewriteCanvas({tr("Canvas size"), tr("Changing canvas size"), size, result.resolutionDPI,
                        [size, target](const RasterImage& picture) {
                            return LayerRasterService::transformedImage(picture, size.width(),
                                                                        size.height(), target);
@@ -94,27 +92,25 @@ void ProjectStore::resizeActiveCanvas(const ResizeDialogResult& result) {
     editSettings([&](model::PaintAppSettings& settings) {
         settings.lastCanvasResizeAnchor = result.anchor;
     });
-    recordHistory(id, QStringLiteral("Canvas Size"), QStringLiteral("rectangle.expand.vertical"));
-    setStatusMessage(QStringLiteral("Changed canvas to %1").arg(sizeText(size)));
+    recordHistory(id, tr("Canvas Size"), QStringLiteral("rectangle.expand.vertical"));
+    setStatusMessage(tr("Changed canvas to %1").arg(sizeText(size)));
 }
 
 void ProjectStore::invertActiveImage() {
     model::PaintProject* project = projectToEdit();
     if (!project || !project->selectedLayer()) return;
-    if (project->selectedLayer()->isLocked)
-        return setStatusMessage(QStringLiteral("Selected layer is locked"));
+    if (project->selectedLayer()->isLocked) return setStatusMessage(tr("Selected layer is locked"));
     const auto selection = activeSelection(*project);
     const bool putDown = putDownFloatingSelection(*project);
     if (!LayerRasterService::invertColors(*project->selectedLayer(), project->canvasWidth,
                                           project->canvasHeight, selection)) {
         if (putDown) finishEdit(*project);
-        return setStatusMessage(QStringLiteral("Nothing to invert"));
+        return setStatusMessage(tr("Nothing to invert"));
     }
     m_lastRepeatableAction = RepeatableActions::InvertImage{};
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Invert"), QStringLiteral("circle.lefthalf.filled"));
-    setStatusMessage(selection ? QStringLiteral("Inverted selected area")
-                               : QStringLiteral("Inverted selected layer"));
+    recordHistory(id, tr("Invert"), QStringLiteral("circle.lefthalf.filled"));
+    setStatusMessage(selection ? tr("Inverted selected area") : tr("Inverted selected layer"));
 }
 
 void ProjectStore::flipSelectedLayer(FlipDirection direction) {
@@ -128,13 +124,12 @@ void ProjectStore::flipSelectedLayer(FlipDirection direction) {
         return;
     m_lastRepeatableAction = RepeatableActions::FlipLayer{direction};
     const QUuid id = finishEdit(*project);
-    const QString title =
-        isHorizontal ? QStringLiteral("Flip Horizontal") : QStringLiteral("Flip Vertical");
+    const QString title = isHorizontal ? tr("Flip Horizontal") : tr("Flip Vertical");
     recordHistory(
         id, title,
         isHorizontal ? QStringLiteral("arrow.left.and.right.righttriangle.left.righttriangle.right")
                      : QStringLiteral("arrow.up.and.down.righttriangle.up.righttriangle.down"));
-    setStatusMessage(QStringLiteral("%1 applied").arg(title));
+    setStatusMessage(tr("%1 applied").arg(title));
 }
 
 void ProjectStore::rotateZoomSelectedLayer(const RotateZoomDialogResult& result) {
@@ -147,8 +142,8 @@ void ProjectStore::rotateZoomSelectedLayer(const RotateZoomDialogResult& result)
         return;
     m_lastRepeatableAction = RepeatableActions::RotateZoom{result};
     const QUuid id = finishEdit(*project);
-    setStatusMessage(QStringLiteral("Rotate / Zoom applied"));
-    recordHistory(id, QStringLiteral("Rotate / Zoom"), QStringLiteral("rotate.3d"));
+    setStatusMessage(tr("Rotate / Zoom applied"));
+    recordHistory(id, tr("Rotate / Zoom"), QStringLiteral("rotate.3d"));
 }
 
 } // namespace quillabrae::store

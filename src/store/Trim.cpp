@@ -16,7 +16,9 @@ namespace LayerRasterService = raster::LayerRasterService;
 
 namespace {
 
-constexpr QLatin1StringView progressTitle("Trimming image");
+QString progressTitle() {
+    return ProjectStore::tr("Trimming image");
+}
 
 QRectF canvasOf(const model::PaintProject& project) {
     return {0.0, 0.0, project.canvasWidth, project.canvasHeight};
@@ -35,7 +37,7 @@ QRectF contentOf(const model::PaintProject& project, std::size_t layer) {
 std::optional<QRectF> contentOf(const model::PaintProject& project, platform::WorkRunner& work) {
     std::vector<QRectF> contents(project.layers.size());
     try {
-        runSteps(work, progressTitle, contents.size(),
+        runSteps(work, progressTitle(), contents.size(),
                  [&](std::size_t layer) { contents[layer] = contentOf(project, layer); });
     } catch (const platform::WorkCancelled&) {
         return std::nullopt;
@@ -51,12 +53,11 @@ void ProjectStore::trimTransparentWhitespace() {
     if (!hasActiveProject()) return;
     const model::PaintProject before = *activeProject();
     const auto content = contentOf(before, m_environment.work);
-    if (!content) return setStatusMessage(QStringLiteral("Trim cancelled"));
-    if (content->isEmpty())
-        return setStatusMessage(QStringLiteral("No non-transparent pixels to trim"));
+    if (!content) return setStatusMessage(tr("Trim cancelled"));
+    if (content->isEmpty()) return setStatusMessage(tr("No non-transparent pixels to trim"));
     const QSizeF size = content->size().expandedTo({1.0, 1.0});
     if (content->topLeft().isNull() && size == canvasOf(before).size())
-        return setStatusMessage(QStringLiteral("No transparent whitespace to trim"));
+        return setStatusMessage(tr("No transparent whitespace to trim"));
 
     model::PaintProject trimmed = before;
     putDownFloatingSelection(trimmed);
@@ -64,7 +65,7 @@ void ProjectStore::trimTransparentWhitespace() {
     const model::PixelSelection kept{content->x(), content->y(), size.width(), size.height(),
                                      std::nullopt};
     model::PaintProject* project =
-        rewriteCanvas({QStringLiteral("Trim"), progressTitle, size, before.resolutionDPI,
+        rewriteCanvas({tr("Trim"), progressTitle(), size, before.resolutionDPI,
                        [canvas, kept](const raster::RasterImage& picture) {
                            return LayerRasterService::croppedPixels(picture, canvas.width(),
                                                                     canvas.height(), kept);
@@ -72,8 +73,8 @@ void ProjectStore::trimTransparentWhitespace() {
                       before, trimmed);
     if (!project) return;
     const QUuid id = finishEdit(*project);
-    recordHistory(id, QStringLiteral("Trim Whitespace"), QStringLiteral("crop"));
-    setStatusMessage(QStringLiteral("Trimmed image to %1").arg(sizeText(size)));
+    recordHistory(id, tr("Trim Whitespace"), QStringLiteral("crop"));
+    setStatusMessage(tr("Trimmed image to %1").arg(sizeText(size)));
 }
 
 } // namespace quillabrae::store

@@ -35,8 +35,7 @@ void ProjectStore::togglePixelGrid() {
     editSettings([](model::PaintAppSettings& settings) {
         settings.showsPixelGrid = !settings.showsPixelGrid;
     });
-    setStatusMessage(m_settings.showsPixelGrid ? QStringLiteral("Pixel grid on")
-                                               : QStringLiteral("Pixel grid off"));
+    setStatusMessage(m_settings.showsPixelGrid ? tr("Pixel grid on") : tr("Pixel grid off"));
 }
 
 void ProjectStore::zoomIn() {
@@ -64,8 +63,7 @@ bool ProjectStore::performZoomToFitCanvas(StatusUpdate statusUpdate) {
     editSettings([scale](model::PaintAppSettings& settings) { settings.zoomScale = scale; });
     m_zoomToFitRequestID = QUuid::createUuid();
     Q_EMIT zoomToFitRequested();
-    if (statusUpdate == StatusUpdate::shown)
-        setStatusMessage(QStringLiteral("Zoomed to fit canvas"));
+    if (statusUpdate == StatusUpdate::shown) setStatusMessage(tr("Zoomed to fit canvas"));
     return true;
 }
 

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Every window and dialog, in light and dark, at one and two pixels a point, as pictures to look at.
+"""Every window and dialog, in light and dark, at one and two pixels a point, as pictures to look at;
+and once more in languages that nobody speaks, whose words are longer or run from right to left.
 
 They are in build/screens. The test itself holds each to its size and to the theme; how it looks is
 for people.
@@ -8,10 +9,12 @@ for people.
 import os
 import re
 import signal
+import sys
 import time
 import unittest
 from contextlib import contextmanager
 from dataclasses import dataclass
+from functools import partial
 from pathlib import Path
 
 from PIL import Image, ImageStat
@@ -27,6 +30,9 @@ from pictures import DRAWING
 from portal import Portal
 from services import UPDATE_FEED, Answer, ServicesCase
 from web import AccountService, install_browser
+
+sys.path.append(str(ROOT / "tools"))
+import translations  # noqa: E402 (it is found by the line above)
 
 SCREENS = Path(os.environ.get("QUILLABRAE_SCREENS", ROOT / "build/screens"))
 THEMES = ("light", "dark")
@@ -274,14 +280,17 @@ class Screens(ServicesCase):
         self.smallest(editor)
         self.many_tabs(editor)
 
-    def open_the_lake(self):
-        self.remember(settings={"selectedTool": "brush", "brushSize": 24})
+    def lake(self):
+        """A project with its sun selected."""
         left, top, radius = landscape.SUN
-        lake = landscape.save(
+        return landscape.save(
             self.desk.home / "Pictures/evening.quillabrae", isCanvasSelected=True,
             pixelSelection={"x": left - radius, "y": top - radius, "width": 2 * radius,
                             "height": 2 * radius})
-        editor = self.start(lake)
+
+    def open_the_lake(self):
+        self.remember(settings={"selectedTool": "brush", "brushSize": 24})
+        editor = self.start(self.lake())
         editor.wait_for_window("evening - Quillabrae v")
         editor.wait_for_status("Opened evening")
         self.desk.keys("ctrl+b")
@@ -322,10 +331,13 @@ class Screens(ServicesCase):
         until(lambda: editor.wait_for_control("Redo").has("enabled"), "a step that can be redone")
         self.capture("editor-history", "evening - Quillabrae v", (1180, 820))
 
-    def dialogs(self, editor):
+    def copy_drawing(self):
         drawing = self.desk.home / "drawing.svg"
         drawing.write_bytes(DRAWING)
         self.desk.copy("image/svg+xml", drawing)
+
+    def dialogs(self, editor):
+        self.copy_drawing()
         for dialog in DIALOGS:
             if dialog.keys:
                 self.desk.keys(dialog.keys)
@@ -529,6 +541,71 @@ class Screens(ServicesCase):
         self.capture("dialog-generative-fill-refused", *dialog)
         self.leave(editor)
 
+    # In other words
+
+    def all_in(self, language):
+        """What keys lead to, and some more. Windows may be larger than in English."""
+        self.program = services.PROGRAM
+        self.set_up_services()
+        self.desk.environment["LANGUAGE"] = language
+        self.language = language
+        self.tour_and_welcome()
+        editor = self.start(self.lake())
+        editor.wait_for_window("evening - Quillabrae v")
+        for name, tool in TOOLS.items():
+            self.press(editor, self.said(tool), "check box")
+            self.capture(f"{language}-editor-{name}", "evening - Quillabrae v")
+        self.press(editor, self.said("More"))
+        self.capture(f"{language}-editor-colors", "evening - Quillabrae v")
+        for number, menu in enumerate(editor.wait_for_control(None, "menu bar").children(), 1):
+            self.desk.click(self.place_of(menu))
+            self.capture(f"{language}-menu-{number}", "evening - Quillabrae v")
+            self.desk.keys("Escape")
+        self.dialogs_in_other_words(editor)
+        self.sections_in_other_words(editor)
+
+    def said(self, text):
+        return translations.pseudo(text, self.language)
+
+    def capture_said(self, name, title):
+        words = self.said(title).replace("[", r"\[").replace("]", r"\]")
+        self.capture(f"{self.language}-{name}", words)
+
+    def tour_and_welcome(self):
+        editor = self.start()
+        editor.wait_for_window(self.said("Paint.NET Quick Start"))
+        for step in range(1, 7):
+            self.capture_said(f"quick-start-{step}", "Paint.NET Quick Start")
+            self.desk.keys("Page_Down")
+        self.desk.keys("Escape")
+        editor.wait_until_alone()
+        self.capture_said("welcome", "Welcome to Quillabrae")
+        self.end(editor)
+
+    def dialogs_in_other_words(self, editor):
+        self.copy_drawing()
+        for dialog in DIALOGS:
+            if dialog.keys:
+                self.desk.keys(dialog.keys)
+            else:
+                self.press(editor, self.said(dialog.button))
+            editor.wait_for_window(self.said(dialog.title))
+            self.capture_said(f"dialog-{dialog.name}", dialog.title)
+            self.leave(editor)
+
+    def sections_in_other_words(self, editor):
+        self.desk.keys("ctrl+shift+p")
+        editor.wait_for_window(self.said("Plugin Library"))
+        self.capture_said("plugin-library", "Plugin Library")
+        self.desk.keys("alt+F4")
+        editor.wait_until_alone()
+        self.desk.keys("ctrl+comma")
+        editor.wait_for_window(self.said("Settings"))
+        sections = editor.wait_for_control(self.said("Sections"))
+        for number, _ in enumerate(sections.children(), 1):
+            self.capture_said(f"settings-{number}", "Settings")
+            self.desk.keys("Down")
+
 
 def add_test(name, capture_all, theme, scale, look=""):
     def test(self):
@@ -543,6 +620,8 @@ for _theme in THEMES:
         add_test("services", Screens.all_with_services, _theme, _scale)
     for _look in LOOKS:
         add_test("windows", Screens.all_screens, _theme, 1, _look)
+for _language in translations.PSEUDO:
+    add_test(_language, partial(Screens.all_in, language=_language), "light", 1)
 
 
 if __name__ == "__main__":

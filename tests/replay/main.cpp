@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // quillabrae-replay: runs scripts of commands on the editor without a screen.
+#include "platform/Translations.h"
 #include "replay/Runner.h"
 #include "replay/Session.h"
 
@@ -39,6 +40,7 @@ std::unique_ptr<std::FILE, CloseFile> openScript(const QString& name) {
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
+    const platform::Translations english({});
     QCommandLineParser options;
     options.setApplicationDescription(
         QStringLiteral("Runs scripts of editor commands, one JSON object a line."));

@@ -29,8 +29,7 @@ TEST_F(CommandTableTest, StandsInItsOrder) {
     QStringList rows;
     for (const Command& row : commandTable()) {
         if (row.menu == CommandMenu::none) continue;
-        rows << QString::fromLatin1(title(row.menu)) + u'/' +
-                    QString::fromLatin1(row.isDivider() ? "-" : row.title);
+        rows << title(row.menu) + u'/' + QString::fromLatin1(row.isDivider() ? "-" : row.title);
     }
     EXPECT_EQ(rows.join(u'\n'),
               QStringLiteral("File/New Project\nFile/Open Project...\nFile/-\nFile/Save\n"

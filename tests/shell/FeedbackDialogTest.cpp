@@ -374,7 +374,7 @@ TEST_F(FeedbackDialogTest, TheCoordinatorShowsItOnceTheEventIsOver) {
 
 TEST(FileSizes, AreToldInThousandsAndMillions) {
     const std::pair<qint64, const char*> expected[] = {
-        {1, "1 bytes"},        {999, "999 bytes"},    {1'000, "1 KB"},     {1'499, "1 KB"},
+        {1, "1 byte"},         {999, "999 bytes"},    {1'000, "1 KB"},     {1'499, "1 KB"},
         {1'500, "2 KB"},       {312'345, "312 KB"},   {999'499, "999 KB"}, {999'500, "1.0 MB"},
         {1'000'000, "1.0 MB"}, {1'500'000, "1.5 MB"},
     };

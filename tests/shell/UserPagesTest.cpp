@@ -34,9 +34,8 @@ QString tableOfKeys() {
     QString table = QStringLiteral("| menu | command | keys |\n|---|---|---|\n");
     for (const Command& command : commandTable()) {
         if (command.isDivider() || command.id == CommandID::noPluginsInstalled) continue;
-        const QString menu = command.menu == CommandMenu::none
-                                 ? QStringLiteral("toolbar")
-                                 : QString::fromLatin1(title(command.menu));
+        const QString menu =
+            command.menu == CommandMenu::none ? QStringLiteral("toolbar") : title(command.menu);
         table +=
             QStringLiteral("| %1 | %2 | %3 |\n").arg(menu, plainTitle(command), keysOf(command));
     }

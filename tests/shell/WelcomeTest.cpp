@@ -65,7 +65,8 @@ TEST_F(WelcomeTest, KeepsQuietAboutWhatWentWell) {
 }
 
 TEST_F(WelcomeTest, TellsAFailure) {
-    store->setStatusMessage(QStringLiteral("Open failed: image could not be read"));
+    store->setStatusMessage(QStringLiteral("Open failed: image could not be read"),
+                            store::StatusKind::failure);
     showPanel();
     EXPECT_TRUE(shows(QStringLiteral("Open failed: image could not be read")));
 }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Translations.h"
 #include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
 
@@ -12,6 +13,7 @@ int main(int argc, char* argv[]) {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
     quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
+    const quillabrae::platform::Translations english({});
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -46,6 +46,7 @@
 #include "store/ProjectStore.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QTimer>
 
 namespace quillabrae::shell {
@@ -95,7 +96,8 @@ struct AppModel::Graph {
                    }}),
           dialogs({feedback, feedbackAttachments,
                    [this](QWidget* parent) {
-                       return panels.chooseImage(QStringLiteral("Attach Image"), parent);
+                       return panels.chooseImage(
+                           QCoreApplication::translate("AppModel", "Attach Image"), parent);
                    },
                    [this] { return crashOffer.draft(); }, [this] { crashOffer.feedbackSent(); }}),
           updates(services::UpdateSource::from(deployment.updateFeed, deployment.updatePublicKey,
@@ -136,8 +138,9 @@ struct AppModel::Graph {
         QObject::connect(
             &updates, &services::AppUpdateService::endedWith, &delegate,
             [this](const QString& message, const QString& informativeText) {
-                runAlert({message, informativeText, {QStringLiteral("OK")}},
-                         windows.dialogParent());
+                runAlert(
+                    {message, informativeText, {QCoreApplication::translate("AppModel", "OK")}},
+                    windows.dialogParent());
             },
             Qt::QueuedConnection);
     }

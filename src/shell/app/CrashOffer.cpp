@@ -4,18 +4,25 @@
 #include "platform/LastCrashReport.h"
 #include "shell/dialogs/Alert.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace quillabrae::shell {
 namespace {
 
+/// The context of this file's texts, for translators.
+struct CrashOfferTexts {
+    Q_DECLARE_TR_FUNCTIONS(CrashOfferTexts)
+};
+
 Alert question() {
-    return {
-        QStringLiteral("Quillabrae ended unexpectedly last time"),
-        QStringLiteral("It left a short report: its version and where in the program it was, no "
-                       "file names and nothing of your work. You can read it in the feedback "
-                       "form before you send it."),
-        {QStringLiteral("Show Report"), QStringLiteral("Don't Report")}};
+    return {CrashOfferTexts::tr("Quillabrae ended unexpectedly last time"),
+            CrashOfferTexts::tr(
+                "It left a short report: its version and where in the program it was, no "
+                "file names and nothing of your work. You can read it in the feedback "
+                "form before you send it."),
+            {CrashOfferTexts::tr("Show Report"), CrashOfferTexts::tr("Don't Report")}};
 }
 
 } // namespace

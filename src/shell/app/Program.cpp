@@ -7,11 +7,13 @@
 #include "platform/CrashReporter.h"
 #include "platform/ProgramInstance.h"
 #include "platform/StartRequest.h"
+#include "platform/Translations.h"
 #include "shell/app/AppModel.h"
 #include "shell/app/Deployment.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QLocale>
 
 namespace quillabrae::shell {
 
@@ -63,6 +65,7 @@ int runProgram(QApplication& application, const Deployment& deployment,
     }
 
     platform::reportCrashesTo(paths.crashFolder(), deployment.version.toUtf8());
+    const platform::Translations translations(QLocale::system().uiLanguages());
     AppModel model(application, paths, deployment);
     model.launch(instance, service, request);
     return QCoreApplication::exec();

@@ -236,7 +236,8 @@ void WindowCoordinator::presentPasteImageFromClipboard() {
 void WindowCoordinator::reopenClosedWork() {
     store::ProjectStore& store = m_environment.store;
     if (!store.reopenClosedWork()) {
-        store.setStatusMessage(QStringLiteral("Reopen failed: the closed work could not be read"));
+        store.setStatusMessage(tr("Reopen failed: the closed work could not be read"),
+                               store::StatusKind::failure);
         return;
     }
     closeWelcome();
@@ -321,7 +322,7 @@ bool WindowCoordinator::closeAllProjects() {
     const bool hasUnsavedWork = std::ranges::any_of(
         projects, [&store](const auto& project) { return store.hasUnsavedChanges(project.id); });
     if (hasUnsavedWork && !store.setClosedWorkAside()) {
-        store.setStatusMessage(QStringLiteral("Close cancelled: the open work could not be kept"));
+        store.setStatusMessage(tr("Close cancelled: the open work could not be kept"));
         return false;
     }
     store.closeAllProjects();

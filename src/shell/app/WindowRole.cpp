@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/app/WindowRole.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace quillabrae::shell {
@@ -16,26 +18,34 @@ struct Row {
 
 constexpr std::array<Row, windowRoleCount> rows{{
     {"Quillabrae.Editor", "", WindowTraits::Frame::resizable, {1180, 820}, {1100, 760}},
-    {"", "Welcome to Quillabrae", WindowTraits::Frame::none, {480, 632}, {}},
+    {"",
+     QT_TRANSLATE_NOOP("Window", "Welcome to Quillabrae"),
+     WindowTraits::Frame::none,
+     {480, 632},
+     {}},
     {"Quillabrae.PluginLibrary",
-     "Plugin Library",
+     QT_TRANSLATE_NOOP("Window", "Plugin Library"),
      WindowTraits::Frame::resizable,
      {980, 680},
      {820, 560}},
     {"Quillabrae.PaintNetQuickStart",
-     "Paint.NET Quick Start",
+     QT_TRANSLATE_NOOP("Window", "Paint.NET Quick Start"),
      WindowTraits::Frame::fixed,
      {760, 610},
      {}},
-    {"Quillabrae.Settings", "Settings", WindowTraits::Frame::resizable, {720, 500}, {600, 400}},
+    {"Quillabrae.Settings",
+     QT_TRANSLATE_NOOP("Window", "Settings"),
+     WindowTraits::Frame::resizable,
+     {720, 500},
+     {600, 400}},
 }};
 
 } // namespace
 
 WindowTraits windowTraits(WindowRole role) {
     const Row& row = rows.at(static_cast<std::size_t>(role));
-    return {QString::fromLatin1(row.identifier), QString::fromLatin1(row.title), row.frame,
-            row.size, row.minimumSize};
+    return {QString::fromLatin1(row.identifier), QCoreApplication::translate("Window", row.title),
+            row.frame, row.size, row.minimumSize};
 }
 
 QString editorWindowTitle(const QString& projectTitle, const QString& version) {

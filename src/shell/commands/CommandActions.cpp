@@ -27,10 +27,10 @@ QAction* CommandActions::makeAction(const Command& command) {
         action->setSeparator(true);
         return action;
     }
-    action->setText(QString::fromLatin1(command.title));
+    action->setText(title(command));
     action->setShortcuts(shortcutsOf(command));
     action->setMenuRole(QAction::NoRole);
-    if (command.help != nullptr) action->setStatusTip(QString::fromLatin1(command.help));
+    action->setStatusTip(help(command));
     connect(action, &QAction::triggered, this, [this, &command] {
         if (command.isEnabled(m_context.store)) command.run(m_context);
     });
@@ -58,7 +58,7 @@ void CommandActions::refresh() {
 void CommandActions::fill(QMenuBar& menuBar) const {
     for (int index = 0; index < commandMenuCount; ++index) {
         const auto menuID = static_cast<CommandMenu>(index);
-        QMenu* menu = menuBar.addMenu(QString::fromLatin1(title(menuID)));
+        QMenu* menu = menuBar.addMenu(title(menuID));
         for (const auto& [command, action] : m_entries) {
             if (command->menu == menuID) menu->addAction(action);
         }

@@ -7,6 +7,7 @@
 #include "store/ProjectStore.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
@@ -30,77 +31,77 @@ constexpr Command divider(CommandMenu menu) {
 
 // clang-format off
 constexpr std::array commands{
-    Command{file, ID::newProject, "New Project", "Ctrl+N", always, [](const Context& c) { c.windows.createNewProject(); },
-            "doc.badge.plus", "Creates a blank project in the current window."},
-    Command{file, ID::openProject, "Open Project...", "Ctrl+O", always, [](const Context& c) { c.windows.openProjectFromPanel(); },
-            "folder.badge.plus", "Opens a saved .quillabrae project file."},
+    Command{file, ID::newProject, QT_TRANSLATE_NOOP("Command", "New Project"), "Ctrl+N", always, [](const Context& c) { c.windows.createNewProject(); },
+            "doc.badge.plus", QT_TRANSLATE_NOOP("Command", "Creates a blank project in the current window.")},
+    Command{file, ID::openProject, QT_TRANSLATE_NOOP("Command", "Open Project..."), "Ctrl+O", always, [](const Context& c) { c.windows.openProjectFromPanel(); },
+            "folder.badge.plus", QT_TRANSLATE_NOOP("Command", "Opens a saved .quillabrae project file.")},
     divider(file),
-    Command{file, ID::save, "Save", "Ctrl+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProject(); },
-            "square.and.arrow.down", "Saves to the current file, or asks for a location the first time."},
-    Command{file, ID::saveAs, "Save As...", "Ctrl+Shift+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProjectAs(); }},
+    Command{file, ID::save, QT_TRANSLATE_NOOP("Command", "Save"), "Ctrl+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProject(); },
+            "square.and.arrow.down", QT_TRANSLATE_NOOP("Command", "Saves to the current file, or asks for a location the first time.")},
+    Command{file, ID::saveAs, QT_TRANSLATE_NOOP("Command", "Save As..."), "Ctrl+Shift+S", hasActiveProject, [](const Context& c) { c.store.saveActiveProjectAs(); }},
     divider(file),
-    Command{file, ID::closeProject, "Close Project", "Ctrl+W", hasActiveProject, [](const Context& c) { c.windows.closeActiveProject(); }},
+    Command{file, ID::closeProject, QT_TRANSLATE_NOOP("Command", "Close Project"), "Ctrl+W", hasActiveProject, [](const Context& c) { c.windows.closeActiveProject(); }},
     divider(file),
-    Command{file, ID::quit, "Quit", "Ctrl+Q", always, [](const Context& c) { c.windows.requestQuit(); }},
+    Command{file, ID::quit, QT_TRANSLATE_NOOP("Command", "Quit"), "Ctrl+Q", always, [](const Context& c) { c.windows.requestQuit(); }},
 
-    Command{edit, ID::undo, "Undo", "Ctrl+Z", canUndo, undo,
-            "arrow.uturn.backward", "Steps back to the previous history item."},
-    Command{edit, ID::redo, "Redo", "Ctrl+Shift+Z Ctrl+Y", canRedo, redo,
-            "arrow.uturn.forward", "Restores the next history item."},
+    Command{edit, ID::undo, QT_TRANSLATE_NOOP("Command", "Undo"), "Ctrl+Z", canUndo, undo,
+            "arrow.uturn.backward", QT_TRANSLATE_NOOP("Command", "Steps back to the previous history item.")},
+    Command{edit, ID::redo, QT_TRANSLATE_NOOP("Command", "Redo"), "Ctrl+Shift+Z Ctrl+Y", canRedo, redo,
+            "arrow.uturn.forward", QT_TRANSLATE_NOOP("Command", "Restores the next history item.")},
     divider(edit),
-    Command{edit, ID::cut, "Cut", "Ctrl+X", always, cut,
-            "scissors", "Cuts selected canvas pixels, or cuts text when editing a field."},
-    Command{edit, ID::copy, "Copy", "Ctrl+C", always, copy,
-            "doc.on.doc", "Copies selected canvas pixels, or copies text when editing a field."},
-    Command{edit, ID::selectAll, "Select All", "Ctrl+A", hasActiveProject, [](const Context& c) { c.store.selectAllCanvas(); }},
-    Command{edit, ID::dropSelection, "Drop Selection", "Esc", canDropSelection, [](const Context& c) { c.store.dropSelection(); }},
-    Command{edit, ID::paste, "Paste", "Ctrl+V", always, [](const Context& c) { c.windows.pasteImageFromClipboard(); },
-            "clipboard", "Pastes an image from the clipboard as pixels."},
+    Command{edit, ID::cut, QT_TRANSLATE_NOOP("Command", "Cut"), "Ctrl+X", always, cut,
+            "scissors", QT_TRANSLATE_NOOP("Command", "Cuts selected canvas pixels, or cuts text when editing a field.")},
+    Command{edit, ID::copy, QT_TRANSLATE_NOOP("Command", "Copy"), "Ctrl+C", always, copy,
+            "doc.on.doc", QT_TRANSLATE_NOOP("Command", "Copies selected canvas pixels, or copies text when editing a field.")},
+    Command{edit, ID::selectAll, QT_TRANSLATE_NOOP("Command", "Select All"), "Ctrl+A", hasActiveProject, [](const Context& c) { c.store.selectAllCanvas(); }},
+    Command{edit, ID::dropSelection, QT_TRANSLATE_NOOP("Command", "Drop Selection"), "Esc", canDropSelection, [](const Context& c) { c.store.dropSelection(); }},
+    Command{edit, ID::paste, QT_TRANSLATE_NOOP("Command", "Paste"), "Ctrl+V", always, [](const Context& c) { c.windows.pasteImageFromClipboard(); },
+            "clipboard", QT_TRANSLATE_NOOP("Command", "Pastes an image from the clipboard as pixels.")},
     divider(edit),
-    Command{edit, ID::preferences, "Preferences", "Ctrl+,", always, [](const Context& c) { c.windows.showSettings(); },
-            "gearshape", "Opens Quillabrae settings."},
+    Command{edit, ID::preferences, QT_TRANSLATE_NOOP("Command", "Preferences"), "Ctrl+,", always, [](const Context& c) { c.windows.showSettings(); },
+            "gearshape", QT_TRANSLATE_NOOP("Command", "Opens Quillabrae settings.")},
 
     // Twice, so that each key is seen and neither needs Shift.
-    Command{zoom, ID::zoomIn, "Zoom In", "Ctrl++", always, [](const Context& c) { c.store.zoomIn(); }},
-    Command{zoom, ID::zoomInWithEquals, "Zoom In", "Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
-    Command{zoom, ID::zoomOut, "Zoom Out", "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},
-    Command{zoom, ID::zoomToFit, "Zoom to Fit", "Ctrl+B", hasActiveProject, zoomToFit},
+    Command{zoom, ID::zoomIn, QT_TRANSLATE_NOOP("Command", "Zoom In"), "Ctrl++", always, [](const Context& c) { c.store.zoomIn(); }},
+    Command{zoom, ID::zoomInWithEquals, QT_TRANSLATE_NOOP("Command", "Zoom In"), "Ctrl+=", always, [](const Context& c) { c.store.zoomIn(); }},
+    Command{zoom, ID::zoomOut, QT_TRANSLATE_NOOP("Command", "Zoom Out"), "Ctrl+-", always, [](const Context& c) { c.store.zoomOut(); }},
+    Command{zoom, ID::zoomToFit, QT_TRANSLATE_NOOP("Command", "Zoom to Fit"), "Ctrl+B", hasActiveProject, zoomToFit},
 
-    Command{image, ID::resize, "Resize...", "Ctrl+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::image); },
-            "arrow.up.left.and.arrow.down.right", "Stretches the active image to a new pixel size."},
-    Command{image, ID::canvasSize, "Canvas Size...", "Ctrl+Shift+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::canvas); }},
-    Command{image, ID::invert, "Invert", "Ctrl+Shift+I", hasActiveProject, [](const Context& c) { c.store.invertActiveImage(); }},
+    Command{image, ID::resize, QT_TRANSLATE_NOOP("Command", "Resize..."), "Ctrl+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::image); },
+            "arrow.up.left.and.arrow.down.right", QT_TRANSLATE_NOOP("Command", "Stretches the active image to a new pixel size.")},
+    Command{image, ID::canvasSize, QT_TRANSLATE_NOOP("Command", "Canvas Size..."), "Ctrl+Shift+R", hasActiveProject, [](const Context& c) { c.windows.showResizeDialog(ResizeDialogMode::canvas); }},
+    Command{image, ID::invert, QT_TRANSLATE_NOOP("Command", "Invert"), "Ctrl+Shift+I", hasActiveProject, [](const Context& c) { c.store.invertActiveImage(); }},
 
-    Command{layers, ID::addLayer, "Add New Layer", "Ctrl+Shift+N", hasActiveProject, [](const Context& c) { c.store.addLayer(); }},
-    Command{layers, ID::deleteLayer, "Delete Layer", "Ctrl+Shift+Del Ctrl+Shift+Backspace", canDeleteLayer, [](const Context& c) { c.store.deleteSelectedLayer(); }},
-    Command{layers, ID::duplicateLayer, "Duplicate Layer", "Ctrl+Shift+D", hasActiveProject, [](const Context& c) { c.store.duplicateSelectedLayer(); }},
-    Command{layers, ID::mergeLayerDown, "Merge Layer Down", "Ctrl+M", canMergeLayerDown, mergeLayerDown},
-    Command{layers, ID::importLayer, "Import From File...", "", hasActiveProject, [](const Context& c) { c.store.importLayerFromFile(); }},
+    Command{layers, ID::addLayer, QT_TRANSLATE_NOOP("Command", "Add New Layer"), "Ctrl+Shift+N", hasActiveProject, [](const Context& c) { c.store.addLayer(); }},
+    Command{layers, ID::deleteLayer, QT_TRANSLATE_NOOP("Command", "Delete Layer"), "Ctrl+Shift+Del Ctrl+Shift+Backspace", canDeleteLayer, [](const Context& c) { c.store.deleteSelectedLayer(); }},
+    Command{layers, ID::duplicateLayer, QT_TRANSLATE_NOOP("Command", "Duplicate Layer"), "Ctrl+Shift+D", hasActiveProject, [](const Context& c) { c.store.duplicateSelectedLayer(); }},
+    Command{layers, ID::mergeLayerDown, QT_TRANSLATE_NOOP("Command", "Merge Layer Down"), "Ctrl+M", canMergeLayerDown, mergeLayerDown},
+    Command{layers, ID::importLayer, QT_TRANSLATE_NOOP("Command", "Import From File..."), "", hasActiveProject, [](const Context& c) { c.store.importLayerFromFile(); }},
     divider(layers),
-    Command{layers, ID::flipHorizontal, "Flip Horizontal", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::horizontal); }},
-    Command{layers, ID::flipVertical, "Flip Vertical", "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::vertical); }},
-    Command{layers, ID::rotateZoom, "Rotate / Zoom...", "Ctrl+Alt+Z", hasActiveProject, [](const Context& c) { c.windows.showRotateZoomDialog(); }},
+    Command{layers, ID::flipHorizontal, QT_TRANSLATE_NOOP("Command", "Flip Horizontal"), "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::horizontal); }},
+    Command{layers, ID::flipVertical, QT_TRANSLATE_NOOP("Command", "Flip Vertical"), "", hasActiveProject, [](const Context& c) { c.store.flipSelectedLayer(store::FlipDirection::vertical); }},
+    Command{layers, ID::rotateZoom, QT_TRANSLATE_NOOP("Command", "Rotate / Zoom..."), "Ctrl+Alt+Z", hasActiveProject, [](const Context& c) { c.windows.showRotateZoomDialog(); }},
     divider(layers),
-    Command{layers, ID::layerProperties, "Layer Properties...", "", hasActiveProject, [](const Context& c) { c.windows.showLayerPropertiesDialog(); }},
+    Command{layers, ID::layerProperties, QT_TRANSLATE_NOOP("Command", "Layer Properties..."), "", hasActiveProject, [](const Context& c) { c.windows.showLayerPropertiesDialog(); }},
 
-    Command{object, ID::alignObject, "Align Object...", "Ctrl+Shift+F", hasActiveProject, [](const Context& c) { c.windows.showAlignObjectDialog(); },
-            "square.grid.3x3", "Aligns non-transparent pixels within the selection or full canvas."},
-    Command{object, ID::repeatLastAction, "Repeat Last Action", "Ctrl+F", canRepeatLastAction, [](const Context& c) { c.store.repeatLastAction(); }},
+    Command{object, ID::alignObject, QT_TRANSLATE_NOOP("Command", "Align Object..."), "Ctrl+Shift+F", hasActiveProject, [](const Context& c) { c.windows.showAlignObjectDialog(); },
+            "square.grid.3x3", QT_TRANSLATE_NOOP("Command", "Aligns non-transparent pixels within the selection or full canvas.")},
+    Command{object, ID::repeatLastAction, QT_TRANSLATE_NOOP("Command", "Repeat Last Action"), "Ctrl+F", canRepeatLastAction, [](const Context& c) { c.store.repeatLastAction(); }},
 
-    Command{plugins, ID::pluginLibrary, "Plugin Library...", "Ctrl+Shift+P", always, [](const Context& c) { c.windows.showPluginLibrary(); }},
+    Command{plugins, ID::pluginLibrary, QT_TRANSLATE_NOOP("Command", "Plugin Library..."), "Ctrl+Shift+P", always, [](const Context& c) { c.windows.showPluginLibrary(); }},
     divider(plugins),
-    Command{plugins, ID::noPluginsInstalled, "No Plugins Installed", "", never, [](const Context&) {}},
+    Command{plugins, ID::noPluginsInstalled, QT_TRANSLATE_NOOP("Command", "No Plugins Installed"), "", never, [](const Context&) {}},
 
-    Command{help, ID::paintNetQuickStart, "Paint.NET Quick Start", "", always, [](const Context& c) { c.windows.showPaintNetQuickStart(); }},
+    Command{help, ID::paintNetQuickStart, QT_TRANSLATE_NOOP("Command", "Paint.NET Quick Start"), "", always, [](const Context& c) { c.windows.showPaintNetQuickStart(); }},
 
-    Command{none, ID::colorRemoval, "Color Removal", "", hasActiveProject, [](const Context& c) { c.windows.showColorRemovalDialog(); },
-            "eraser.line.dashed", "Smoothly removes a chosen color from the active layer and previews the result."},
-    Command{none, ID::generativeFill, "Generative Fill", "", canGenerativeFill, [](const Context& c) { c.windows.showGenerativeFillDialog(); },
-            "sparkles", "Uses your OpenAI API key to replace the selected pixels from a prompt."},
-    Command{none, ID::trimWhitespace, "Trim Whitespace", "", hasActiveProject, [](const Context& c) { c.store.trimTransparentWhitespace(); },
-            "crop", "Removes transparent whitespace around the image and shrinks the canvas to fit."},
-    Command{none, ID::togglePixelGrid, "Toggle Pixel Grid", "", hasActiveProject, [](const Context& c) { c.store.togglePixelGrid(); },
-            "grid", "Shows pixel boundaries when zoomed in close enough."},
+    Command{none, ID::colorRemoval, QT_TRANSLATE_NOOP("Command", "Color Removal"), "", hasActiveProject, [](const Context& c) { c.windows.showColorRemovalDialog(); },
+            "eraser.line.dashed", QT_TRANSLATE_NOOP("Command", "Smoothly removes a chosen color from the active layer and previews the result.")},
+    Command{none, ID::generativeFill, QT_TRANSLATE_NOOP("Command", "Generative Fill"), "", canGenerativeFill, [](const Context& c) { c.windows.showGenerativeFillDialog(); },
+            "sparkles", QT_TRANSLATE_NOOP("Command", "Uses your OpenAI API key to replace the selected pixels from a prompt.")},
+    Command{none, ID::trimWhitespace, QT_TRANSLATE_NOOP("Command", "Trim Whitespace"), "", hasActiveProject, [](const Context& c) { c.store.trimTransparentWhitespace(); },
+            "crop", QT_TRANSLATE_NOOP("Command", "Removes transparent whitespace around the image and shrinks the canvas to fit.")},
+    Command{none, ID::togglePixelGrid, QT_TRANSLATE_NOOP("Command", "Toggle Pixel Grid"), "", hasActiveProject, [](const Context& c) { c.store.togglePixelGrid(); },
+            "grid", QT_TRANSLATE_NOOP("Command", "Shows pixel boundaries when zoomed in close enough.")},
 };
 // clang-format on
 
@@ -114,7 +115,10 @@ constexpr bool hasEachCommandOnceInOrder() {
 static_assert(hasEachCommandOnceInOrder());
 
 constexpr std::array<const char*, commandMenuCount> menuTitles{
-    "File", "Edit", "Zoom", "Image", "Layers", "Object", "Plugins", "Help"};
+    QT_TRANSLATE_NOOP("Menu", "File"),    QT_TRANSLATE_NOOP("Menu", "Edit"),
+    QT_TRANSLATE_NOOP("Menu", "Zoom"),    QT_TRANSLATE_NOOP("Menu", "Image"),
+    QT_TRANSLATE_NOOP("Menu", "Layers"),  QT_TRANSLATE_NOOP("Menu", "Object"),
+    QT_TRANSLATE_NOOP("Menu", "Plugins"), QT_TRANSLATE_NOOP("Menu", "Help")};
 
 } // namespace
 
@@ -134,12 +138,20 @@ QList<QKeySequence> shortcutsOf(const Command& command) {
     return keys;
 }
 
-QString plainTitle(const Command& command) {
-    return QString::fromLatin1(command.title).remove(QStringLiteral("..."));
+QString title(const Command& command) {
+    return QCoreApplication::translate("Command", command.title);
 }
 
-const char* title(CommandMenu menu) {
-    return menuTitles.at(static_cast<std::size_t>(menu));
+QString help(const Command& command) {
+    return QCoreApplication::translate("Command", command.help);
+}
+
+QString plainTitle(const Command& command) {
+    return title(command).remove(QStringLiteral("...")).remove(u'…');
+}
+
+QString title(CommandMenu menu) {
+    return QCoreApplication::translate("Menu", menuTitles.at(static_cast<std::size_t>(menu)));
 }
 
 } // namespace quillabrae::shell

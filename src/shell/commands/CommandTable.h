@@ -74,6 +74,7 @@ constexpr int commandCount = static_cast<int>(CommandID::divider);
 struct Command {
     CommandMenu menu = CommandMenu::none;
     CommandID id = CommandID::divider;
+    /// In English, as it is the name of the command too; `title` has it as the user reads it.
     const char* title = nullptr;
     /// Key sequences in portable text, separated by blanks; the menu shows the first.
     const char* shortcuts = nullptr;
@@ -93,11 +94,15 @@ std::span<const Command> commandTable();
 const Command& command(CommandID id);
 /// The command's key sequences, the one that menus show first.
 QList<QKeySequence> shortcutsOf(const Command& command);
+/// The title in the user's language. The command is no divider.
+QString title(const Command& command);
+/// What it does, in the user's language; empty for a command without a help text.
+QString help(const Command& command);
 /// The title without the dots that announce a dialog: what buttons and sentences call the command.
 QString plainTitle(const Command& command);
 
 /// Of a menu of the bar, so not of `none`.
-const char* title(CommandMenu menu);
+QString title(CommandMenu menu);
 
 /// What commands ask of the store before they can run.
 namespace CommandPredicates {

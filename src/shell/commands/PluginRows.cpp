@@ -23,7 +23,7 @@ void PluginRows::rebuild() {
     qDeleteAll(m_rows);
     m_rows.clear();
     for (const effects::QuillabraePlugin& plugin : m_context.windows.plugins().installedPlugins()) {
-        auto* row = new QAction(plugin.title, &m_menu);
+        auto* row = new QAction(title(plugin), &m_menu);
         row->setMenuRole(QAction::NoRole);
         connect(row, &QAction::triggered, this,
                 [this, id = plugin.id] { m_context.windows.runPlugin(id); });

@@ -32,8 +32,8 @@ FloatingPanel::FloatingPanel(const QString& heading, QWidget* parent)
     : QWidget(parent),
       m_heading(heading),
       m_fold(new IconButton({.symbolName = foldSymbol(false),
-                             .title = QStringLiteral("Collapse ") + heading,
-                             .help = QStringLiteral("Drag the heading to move the panel."),
+                             .title = tr("Collapse %1").arg(heading),
+                             .help = tr("Drag the heading to move the panel."),
                              .extent = foldExtent,
                              .iconExtent = Style::smallIcon},
                             this)),
@@ -67,8 +67,7 @@ void FloatingPanel::setCollapsed(bool isCollapsed) {
     if (isCollapsed == m_body->isHidden()) return;
     m_body->setHidden(isCollapsed);
     m_fold->setSymbolName(foldSymbol(isCollapsed));
-    m_fold->setAccessibleName(
-        (isCollapsed ? QStringLiteral("Expand ") : QStringLiteral("Collapse ")) + m_heading);
+    m_fold->setAccessibleName((isCollapsed ? tr("Expand %1") : tr("Collapse %1")).arg(m_heading));
     layout()->activate();
     Q_EMIT sizeChanged();
 }

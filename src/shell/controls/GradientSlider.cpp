@@ -22,6 +22,8 @@ constexpr int handleRoom = 7;
 
 GradientSlider::GradientSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
     setFixedHeight(sliderHeight);
+    // As the wheel, the track is the same in every language.
+    setLayoutDirection(Qt::LeftToRight);
     setMinimumWidth(60);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     // The canvas keeps the keyboard when the slider is dragged.

@@ -8,6 +8,7 @@
 #include "shell/looks/Style.h"
 
 #include <QButtonGroup>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 
@@ -27,9 +28,11 @@ struct Section {
     std::size_t count;
 };
 
-constexpr std::array sections{Section{"Position", 0, gridActionCount},
-                              Section{"Horizontal", gridActionCount, buttonsInRow},
-                              Section{"Vertical", gridActionCount + buttonsInRow, buttonsInRow}};
+constexpr std::array sections{
+    Section{QT_TRANSLATE_NOOP("AlignObject", "Position"), 0, gridActionCount},
+    Section{QT_TRANSLATE_NOOP("AlignObject", "Horizontal"), gridActionCount, buttonsInRow},
+    Section{QT_TRANSLATE_NOOP("AlignObject", "Vertical"), gridActionCount + buttonsInRow,
+            buttonsInRow}};
 
 IconButton* makeButton(store::AlignObjectAction action, QWidget* parent) {
     // Three of them fill the dialog's width, so that each stands where it sends the object.
@@ -45,13 +48,14 @@ IconButton* makeButton(store::AlignObjectAction action, QWidget* parent) {
 
 AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent)
     : QDialog(parent) {
-    setWindowTitle(QStringLiteral("Align Object"));
+    setWindowTitle(tr("Align Object"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     auto* group = new QButtonGroup(this);
     const auto actions = store::allAlignObjectActions();
     for (const Section& section : sections) {
-        column->addWidget(Labels::heading(QString::fromLatin1(section.title), this));
+        column->addWidget(
+            Labels::heading(QCoreApplication::translate("AlignObject", section.title), this));
         auto* grid = new QGridLayout;
         grid->setSpacing(Style::grid / 2);
         int place = 0;
@@ -67,7 +71,7 @@ AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent
         preview(static_cast<store::AlignObjectAction>(id));
     });
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
 }
 
 } // namespace quillabrae::shell

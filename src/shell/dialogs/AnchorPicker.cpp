@@ -6,6 +6,7 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 
@@ -20,15 +21,16 @@ struct Face {
     const char* symbolName;
 };
 
-constexpr std::array<Face, 9> faces{{{"Top Left", "arrow.up.left"},
-                                     {"Top", "arrow.up"},
-                                     {"Top Right", "arrow.up.right"},
-                                     {"Left", "arrow.left"},
-                                     {"Center", "smallcircle.filled.circle"},
-                                     {"Right", "arrow.right"},
-                                     {"Bottom Left", "arrow.down.left"},
-                                     {"Bottom", "arrow.down"},
-                                     {"Bottom Right", "arrow.down.right"}}};
+constexpr std::array<Face, 9> faces{
+    {{QT_TRANSLATE_NOOP("CanvasAnchor", "Top Left"), "arrow.up.left"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Top"), "arrow.up"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Top Right"), "arrow.up.right"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Left"), "arrow.left"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Center"), "smallcircle.filled.circle"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Right"), "arrow.right"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Bottom Left"), "arrow.down.left"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Bottom"), "arrow.down"},
+     {QT_TRANSLATE_NOOP("CanvasAnchor", "Bottom Right"), "arrow.down.right"}}};
 
 constexpr int anchorsInRow = 3;
 
@@ -39,7 +41,7 @@ const Face& face(CanvasAnchor anchor) {
 } // namespace
 
 QString title(CanvasAnchor anchor) {
-    return QString::fromLatin1(face(anchor).title);
+    return QCoreApplication::translate("CanvasAnchor", face(anchor).title);
 }
 
 AnchorPicker::AnchorPicker(CanvasAnchor anchor, QWidget* parent)
@@ -59,7 +61,7 @@ AnchorPicker::AnchorPicker(CanvasAnchor anchor, QWidget* parent)
         m_names->addItem(title(each));
     }
     m_names->setCurrentIndex(static_cast<int>(anchor));
-    m_names->setAccessibleName(QStringLiteral("Anchor"));
+    m_names->setAccessibleName(tr("Anchor"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(3 * Style::grid);

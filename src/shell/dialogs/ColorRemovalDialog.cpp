@@ -27,22 +27,22 @@ constexpr SliderRow::Range alphas{0.0, 255.0, 1.0};
 ColorRemovalDialog::ColorRemovalDialog(const model::PaintAppSettings& settings,
                                        ColorRemovalPreview preview, QWidget* parent)
     : QDialog(parent), m_swatches(new QButtonGroup(this)) {
-    setWindowTitle(QStringLiteral("Color Removal"));
+    setWindowTitle(tr("Color Removal"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 12);
-    m_tolerance = new SliderRow(QStringLiteral("Color tolerance"), {}, tolerances, this);
-    m_alphaThreshold = new SliderRow(QStringLiteral("Consider transparent any alpha smaller than"),
-                                     {}, alphas, this);
+    m_tolerance = new SliderRow(tr("Color tolerance"), {}, tolerances, this);
+    m_alphaThreshold =
+        new SliderRow(tr("Consider transparent any alpha smaller than"), {}, alphas, this);
     const store::ColorRemovalSettings start;
     m_tolerance->showValue(start.tolerancePercentage);
     m_alphaThreshold->showValue(start.transparentAlphaThresholdPercentage);
     column->addWidget(m_tolerance);
     column->addWidget(m_alphaThreshold);
-    column->addWidget(Labels::body(QStringLiteral("What color?"), this));
+    column->addWidget(Labels::body(tr("What color?"), this));
     column->addWidget(makeSwatches(settings));
     m_swatches->button(static_cast<int>(start.preset))->setChecked(true);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
 
     const auto tell = [this, preview = std::move(preview)] { preview(answer()); };
     connect(m_tolerance, &SliderRow::valueSettled, this, tell);

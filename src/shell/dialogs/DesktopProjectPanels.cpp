@@ -8,6 +8,7 @@
 #include "store/PromptTexts.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -16,10 +17,15 @@
 namespace quillabrae::shell {
 namespace {
 
+/// The context of this file's texts, for translators.
+struct ProjectPanelsTexts {
+    Q_DECLARE_TR_FUNCTIONS(ProjectPanelsTexts)
+};
+
 QComboBox* makeFormatList(QWidget* parent) {
     auto* list = new QComboBox(parent);
     list->setObjectName(QStringLiteral("saveFormat"));
-    list->setAccessibleName(QStringLiteral("Format"));
+    list->setAccessibleName(ProjectPanelsTexts::tr("Format"));
     for (const persistence::SaveFormat format : persistence::allSaveFormats()) {
         list->addItem(persistence::title(format));
     }
@@ -27,11 +33,11 @@ QComboBox* makeFormatList(QWidget* parent) {
 }
 
 platform::FileChooserQuestion::Filter imageFilter() {
-    return {QStringLiteral("Images"), PanelRules::imagePatterns()};
+    return {ProjectPanelsTexts::tr("Images"), PanelRules::imagePatterns()};
 }
 
 platform::FileChooserQuestion::Filter everyFile() {
-    return {QStringLiteral("All Files"), {QStringLiteral("*")}};
+    return {ProjectPanelsTexts::tr("All Files"), {QStringLiteral("*")}};
 }
 
 /// As our own dialog has it.
@@ -80,7 +86,7 @@ std::optional<QUrl> DesktopProjectPanels::chooseFile(
 
 std::optional<QUrl> DesktopProjectPanels::chooseImage(const QString& title, QWidget* parent) {
     const auto answer = DesktopFileDialog::ask({.title = title,
-                                                .acceptLabel = QStringLiteral("Open"),
+                                                .acceptLabel = ProjectPanelsTexts::tr("Open"),
                                                 .filters = {imageFilter(), everyFile()},
                                                 .folder = startFolder()},
                                                parent);
@@ -97,24 +103,25 @@ std::optional<QUrl> DesktopProjectPanels::chooseImage(const QString& title, QWid
 
 std::optional<QUrl> DesktopProjectPanels::chooseProjectToOpen() {
     return chooseFile(
-        QStringLiteral("Open Quillabrae Project or Image"),
-        {QStringLiteral("Projects and Images"), PanelRules::projectAndImagePatterns()}, m_parent());
+        ProjectPanelsTexts::tr("Open Quillabrae Project or Image"),
+        {ProjectPanelsTexts::tr("Projects and Images"), PanelRules::projectAndImagePatterns()},
+        m_parent());
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseImageToImport() {
-    return chooseImage(QStringLiteral("Import Layer From File"), m_parent());
+    return chooseImage(ProjectPanelsTexts::tr("Import Layer From File"), m_parent());
 }
 
 std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseSaveDestination(
     const QString& suggestedName) {
-    const QString title = QStringLiteral("Save Quillabrae");
+    const QString title = ProjectPanelsTexts::tr("Save Quillabrae");
     const QString name = PanelRules::fileNameFrom(suggestedName);
     const auto answer = DesktopFileDialog::ask({.kind = platform::FileChooserQuestion::Kind::save,
                                                 .title = title,
-                                                .acceptLabel = QStringLiteral("Save"),
+                                                .acceptLabel = ProjectPanelsTexts::tr("Save"),
                                                 .folder = startFolder(),
                                                 .name = name,
-                                                .optionsTitle = QStringLiteral("Format:"),
+                                                .optionsTitle = ProjectPanelsTexts::tr("Format:"),
                                                 .options = formatOptions()},
                                                m_parent());
     switch (answer.outcome) {
@@ -133,7 +140,7 @@ std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseDestinat
     const QString& title, const QString& name) {
     PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptSave, m_parent());
     QComboBox* formats = makeFormatList(&dialog);
-    dialog.addAccessory(QStringLiteral("Format:"), formats);
+    dialog.addAccessory(ProjectPanelsTexts::tr("Format:"), formats);
     dialog.selectFile(name);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     const auto chosen = static_cast<std::size_t>(formats->currentIndex());

@@ -6,6 +6,7 @@
 #include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QGridLayout>
 #include <QLabel>
@@ -13,6 +14,11 @@
 
 namespace quillabrae::shell::DialogParts {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct DialogPartsTexts {
+    Q_DECLARE_TR_FUNCTIONS(DialogPartsTexts)
+};
 
 constexpr int fieldWidth = 132;
 /// Enough for the longest title, so that the grids of one dialog stand in line.
@@ -64,7 +70,7 @@ QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle) {
     accept->setObjectName(QStringLiteral("accept"));
     accept->setDefault(true);
     Style::markPrimary(*accept);
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);
+    auto* cancel = new QPushButton(DialogPartsTexts::tr("Cancel"), &dialog);
     QObject::connect(accept, &QPushButton::clicked, &dialog, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
     auto* row = new QHBoxLayout;

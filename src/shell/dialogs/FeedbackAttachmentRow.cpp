@@ -26,10 +26,10 @@ FeedbackAttachmentRow::FeedbackAttachmentRow(QWidget* parent) : QWidget(parent) 
     lines->addWidget(m_heading);
     lines->addWidget(m_detail);
     row->addLayout(lines, 1);
-    m_choose = new QPushButton(QStringLiteral("Choose…"), this);
-    m_choose->setAccessibleName(QStringLiteral("Choose an image to attach"));
-    m_remove = new QPushButton(QStringLiteral("Remove"), this);
-    m_remove->setAccessibleDescription(QStringLiteral("Sends the feedback without an image."));
+    m_choose = new QPushButton(tr("Choose…"), this);
+    m_choose->setAccessibleName(tr("Choose an image to attach"));
+    m_remove = new QPushButton(tr("Remove"), this);
+    m_remove->setAccessibleDescription(tr("Sends the feedback without an image."));
     for (QPushButton* button : {m_choose, m_remove}) {
         button->setAutoDefault(false);
         row->addWidget(button);
@@ -40,20 +40,19 @@ FeedbackAttachmentRow::FeedbackAttachmentRow(QWidget* parent) : QWidget(parent) 
 }
 
 void FeedbackAttachmentRow::showEmpty() {
-    showTexts(QStringLiteral("Attach an image"),
-              QStringLiteral("Optional · compressed before sending"));
+    showTexts(tr("Attach an image"), tr("Optional · compressed before sending"));
     m_choose->show();
     m_remove->hide();
 }
 
 void FeedbackAttachmentRow::showWorking(const QString& originalFilename) {
-    showTexts(originalFilename, QStringLiteral("Compressing image…"));
+    showTexts(originalFilename, tr("Compressing image…"));
     m_choose->hide();
     m_remove->show();
 }
 
 void FeedbackAttachmentRow::showAttachment(const QString& originalFilename, qint64 byteCount) {
-    showTexts(originalFilename, QStringLiteral("Compressed JPEG · ") + fileSizeText(byteCount));
+    showTexts(originalFilename, tr("Compressed JPEG · %1").arg(fileSizeText(byteCount)));
     m_choose->hide();
     m_remove->show();
 }
@@ -82,11 +81,12 @@ void FeedbackAttachmentRow::paintEvent(QPaintEvent*) {
 QString fileSizeText(qint64 byteCount) {
     constexpr qint64 kilobyte = 1'000;
     constexpr qint64 megabyte = 1'000'000;
-    if (byteCount < kilobyte) return QStringLiteral("%1 bytes").arg(byteCount);
+    if (byteCount < kilobyte)
+        return FeedbackAttachmentRow::tr("%n bytes", nullptr, static_cast<int>(byteCount));
     // Whole thousands that round up to a million are that.
     if (byteCount < megabyte - kilobyte / 2)
-        return QStringLiteral("%1 KB").arg((byteCount + kilobyte / 2) / kilobyte);
-    return QStringLiteral("%1 MB").arg(double(byteCount) / double(megabyte), 0, 'f', 1);
+        return FeedbackAttachmentRow::tr("%1 KB").arg((byteCount + kilobyte / 2) / kilobyte);
+    return FeedbackAttachmentRow::tr("%1 MB").arg(double(byteCount) / double(megabyte), 0, 'f', 1);
 }
 
 } // namespace quillabrae::shell

@@ -34,8 +34,12 @@ constexpr QSize dialogSize{480, 520};
 constexpr auto barStep = 33ms;
 constexpr int confirmationSymbol = 48;
 
-const QString sendTitle = QStringLiteral("Send Feedback");
-const QString sendingTitle = QStringLiteral("Sending feedback…");
+QString sendTitle() {
+    return FeedbackDialogView::tr("Send Feedback");
+}
+QString sendingTitle() {
+    return FeedbackDialogView::tr("Sending feedback…");
+}
 
 QLabel* note(const QString& text, QWidget* parent) {
     QLabel* label = Labels::muted(text, parent);
@@ -64,7 +68,7 @@ bool bringsImage(const QMimeData& data) {
 
 FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
     : QDialog(parent), m_environment(std::move(environment)), m_pages(new QStackedLayout(this)) {
-    setWindowTitle(QStringLiteral("Give Feedback"));
+    setWindowTitle(tr("Give Feedback"));
     TextSize::fixSize(*this, dialogSize);
     setAcceptDrops(true);
     m_pages->addWidget(makeForm());
@@ -87,7 +91,7 @@ QWidget* FeedbackDialogView::makeForm() {
     auto* form = new QWidget(this);
     form->setWindowTitle(windowTitle());
     QVBoxLayout* column = DialogParts::makeColumn(*form, Style::grid);
-    column->addWidget(note(QStringLiteral("Help shape what Quillabrae becomes next."), form));
+    column->addWidget(note(tr("Help shape what Quillabrae becomes next."), form));
     column->addSpacing(Style::grid);
     column->addWidget(makeText(form), 1);
 
@@ -97,30 +101,30 @@ QWidget* FeedbackDialogView::makeForm() {
     connect(m_image, &FeedbackAttachmentRow::removeRequested, this,
             &FeedbackDialogView::removeImage);
     column->addWidget(m_image);
-    column->addWidget(note(QStringLiteral("We take feedback very seriously and work to improve the "
-                                          "app quickly, so every suggestion is appreciated."),
+    column->addWidget(note(tr("We take feedback very seriously and work to improve the "
+                              "app quickly, so every suggestion is appreciated."),
                            form));
 
     m_error = Labels::failure({}, form);
     m_error->setObjectName(QStringLiteral("feedbackError"));
     m_error->setWordWrap(true);
     m_bar = new SlimBar(form);
-    m_bar->setAccessibleName(sendingTitle);
+    m_bar->setAccessibleName(sendingTitle());
     column->addWidget(m_error);
     column->addWidget(m_bar);
 
-    m_send = new QPushButton(sendingTitle, form);
+    m_send = new QPushButton(sendingTitle(), form);
     m_send->setDefault(true);
     Style::markPrimary(*m_send);
     // As wide as the longer of its titles needs, so that nothing moves.
     TextSize::follow(*m_send, [this] {
         const QString shown = m_send->text();
-        m_send->setText(sendingTitle);
+        m_send->setText(sendingTitle());
         m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
         m_send->setText(shown);
     });
-    m_send->setText(sendTitle);
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), form);
+    m_send->setText(sendTitle());
+    auto* cancel = new QPushButton(tr("Cancel"), form);
     connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
     connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
     auto* buttons = new QHBoxLayout;
@@ -138,7 +142,7 @@ QWidget* FeedbackDialogView::makeText(QWidget* form) {
     auto* column = new QVBoxLayout(part);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Style::grid / 2);
-    const QString prompt = QStringLiteral("What would make Quillabrae better for you?");
+    const QString prompt = tr("What would make Quillabrae better for you?");
     m_feedback = new QPlainTextEdit(part);
     m_feedback->setAccessibleName(prompt);
     m_feedback->setTabChangesFocus(true);
@@ -164,15 +168,14 @@ QWidget* FeedbackDialogView::makeConfirmation() {
     column->addWidget(
         new SymbolLabel(QStringLiteral("checkmark.circle.fill"), confirmationSymbol, page), 0,
         Qt::AlignHCenter);
-    QLabel* heading = Labels::title(QStringLiteral("Feedback sent"), 1.4, page);
-    QLabel* thanks =
-        note(QStringLiteral("Thank you. Your feedback will help make Quillabrae better."), page);
+    QLabel* heading = Labels::title(tr("Feedback sent"), 1.4, page);
+    QLabel* thanks = note(tr("Thank you. Your feedback will help make Quillabrae better."), page);
     for (QLabel* label : {heading, thanks}) {
         label->setAlignment(Qt::AlignHCenter);
         column->addWidget(label);
     }
     column->addStretch();
-    m_done = new QPushButton(QStringLiteral("Done"), page);
+    m_done = new QPushButton(tr("Done"), page);
     Style::markPrimary(*m_done);
     connect(m_done, &QPushButton::clicked, this, &QDialog::accept);
     column->addWidget(m_done, 0, Qt::AlignRight);
@@ -280,7 +283,7 @@ void FeedbackDialogView::showState() {
     for (QWidget* part : {static_cast<QWidget*>(m_feedback), static_cast<QWidget*>(m_image)})
         part->setEnabled(isOpen);
     m_send->setEnabled(isOpen && !m_isProcessingImage);
-    m_send->setText(isSending() ? sendingTitle : sendTitle);
+    m_send->setText(isSending() ? sendingTitle() : sendTitle());
     m_bar->setVisible(isSending());
     if (isSending())
         m_barTimer.start(barStep);
@@ -329,7 +332,7 @@ void FeedbackDialogView::dropEvent(QDropEvent* event) {
         beginImage(dropped.files.front().fileName());
         m_environment.attachments.prepare(dropped.files.front(), taken);
     } else if (!dropped.isEmpty()) {
-        const QString name = QStringLiteral("Dropped image");
+        const QString name = tr("Dropped image");
         beginImage(name);
         m_environment.attachments.prepare(dropped.picture, name, taken);
     }

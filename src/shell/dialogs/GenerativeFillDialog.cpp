@@ -41,27 +41,27 @@ QLabel* note(const QString& text, QWidget* parent) {
 
 GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* parent)
     : QDialog(parent), m_store(store) {
-    setWindowTitle(QStringLiteral("Generative Fill"));
+    setWindowTitle(tr("Generative Fill"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
-    column->addWidget(note(QStringLiteral("Replace selected pixels using your OpenAI API key. "
-                                          "Results may vary."),
+    column->addWidget(note(tr("Replace selected pixels using your OpenAI API key. "
+                              "Results may vary."),
                            this));
 
     m_prompt = new QPlainTextEdit(this);
-    m_prompt->setAccessibleName(QStringLiteral("Prompt"));
+    m_prompt->setAccessibleName(tr("Prompt"));
     m_prompt->setTabChangesFocus(true);
     m_prompt->installEventFilter(this);
-    QLabel* promptLabel = Labels::body(QStringLiteral("Prompt"), this);
+    QLabel* promptLabel = Labels::body(tr("Prompt"), this);
     promptLabel->setBuddy(m_prompt);
     column->addWidget(promptLabel);
     column->addWidget(m_prompt, 1);
 
     m_model = new QComboBox(this);
-    m_model->setAccessibleName(QStringLiteral("Image model"));
+    m_model->setAccessibleName(tr("Image model"));
     for (const auto model : effects::allGenerativeFillImageModels())
         m_model->addItem(title(model), static_cast<int>(model));
-    QLabel* modelLabel = Labels::body(QStringLiteral("Image model"), this);
+    QLabel* modelLabel = Labels::body(tr("Image model"), this);
     modelLabel->setBuddy(m_model);
     auto* modelRow = new QHBoxLayout;
     modelRow->addWidget(modelLabel);
@@ -69,15 +69,15 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     modelRow->addStretch();
     column->addLayout(modelRow);
 
-    m_context = new QCheckBox(QStringLiteral("Provide canvas context"), this);
+    m_context = new QCheckBox(tr("Provide canvas context"), this);
     m_context->setChecked(true);
-    const QString contextNote = QStringLiteral(
-        "Sends a flattened full-canvas image so the model can complete nearby content.");
+    const QString contextNote =
+        tr("Sends a flattened full-canvas image so the model can complete nearby content.");
     m_context->setAccessibleDescription(contextNote);
     column->addWidget(m_context);
     column->addWidget(note(contextNote, this));
 
-    const QString working = QStringLiteral("Generating and applying pixels...");
+    const QString working = tr("Generating and applying pixels...");
     m_failure = Labels::failure({}, this);
     m_failure->setWordWrap(true);
     m_working = Labels::body(working, this);
@@ -87,7 +87,7 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     column->addWidget(m_working);
     column->addWidget(m_bar);
     column->addSpacing(Style::grid);
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Generate")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Generate")));
     m_accept = findChild<QPushButton*>(QStringLiteral("accept"));
 
     connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(m_fraction); });

@@ -23,24 +23,24 @@ constexpr SliderRow::Range percent{0.0, 100.0, 1.0};
 LayerPropertiesDialog::LayerPropertiesDialog(const store::LayerPropertiesDialogResult& layer,
                                              QWidget* parent)
     : QDialog(parent) {
-    setWindowTitle(QStringLiteral("Layer Properties"));
+    setWindowTitle(tr("Layer Properties"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
 
     m_name = new QLineEdit(layer.name, this);
-    m_name->setAccessibleName(QStringLiteral("Layer name"));
-    QLabel* label = Labels::body(QStringLiteral("Layer name"), this);
+    m_name->setAccessibleName(tr("Layer name"));
+    QLabel* label = Labels::body(tr("Layer name"), this);
     label->setBuddy(m_name);
     column->addWidget(label);
     column->addWidget(m_name);
 
-    m_opacity = new SliderRow(QStringLiteral("Opacity"), QStringLiteral("%"), percent, this);
+    m_opacity = new SliderRow(tr("Opacity"), QStringLiteral("%"), percent, this);
     m_opacity->showValue(layer.opacity * 100.0);
     column->addWidget(m_opacity);
 
-    m_visible = new QCheckBox(QStringLiteral("Visible"), this);
+    m_visible = new QCheckBox(tr("Visible"), this);
     m_visible->setChecked(layer.isVisible);
-    m_locked = new QCheckBox(QStringLiteral("Locked"), this);
+    m_locked = new QCheckBox(tr("Locked"), this);
     m_locked->setChecked(layer.isLocked);
     auto* switches = new QHBoxLayout;
     switches->setSpacing(3 * Style::grid);
@@ -49,7 +49,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const store::LayerPropertiesDialogR
     switches->addStretch();
     column->addLayout(switches);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
     m_name->setFocus();
     m_name->selectAll();
 }

@@ -30,40 +30,39 @@ CanvasNeed CanvasNeed::of(double width, double height) {
     const QLocale locale;
     if (const auto size = raster::surfaceSize(width, height)) {
         const qint64 bytes = bytesPerPixel * size->width() * size->height();
-        return {QStringLiteral("Each layer takes %1 of memory.")
+        return {NewProjectDialog::tr("Each layer takes %1 of memory.")
                     .arg(locale.formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat)),
                 true};
     }
     if (std::max(width, height) > raster::maximumImageSide)
-        return {QStringLiteral("Too large: a side can have %1 pixels at most.")
-                    .arg(locale.toString(raster::maximumImageSide)),
+        return {NewProjectDialog::tr("Too large: a side can have %Ln pixels at most.", nullptr,
+                                     raster::maximumImageSide),
                 false};
-    return {QStringLiteral("Too large: a picture can have %1 million pixels at most.")
-                .arg(locale.toString(raster::maximumImagePixels / 1'000'000)),
+    return {NewProjectDialog::tr("Too large: a picture can have %Ln million pixels at most.",
+                                 nullptr, static_cast<int>(raster::maximumImagePixels / 1'000'000)),
             false};
 }
 
 NewProjectDialog::NewProjectDialog(QSizeF size, QWidget* parent) : QDialog(parent) {
-    setWindowTitle(QStringLiteral("New Project"));
+    setWindowTitle(tr("New Project"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 2 * Style::grid);
-    column->addWidget(Labels::heading(QStringLiteral("Canvas size"), this));
+    column->addWidget(Labels::heading(tr("Canvas size"), this));
     QGridLayout* grid = DialogParts::addGrid(*column);
     const auto addField = [grid](const QString& title, double value, const QString& unit) {
         NumberField* field = DialogParts::addNumber(*grid, title, unit);
         field->setValue(value);
         return field;
     };
-    const auto pixels = QStringLiteral("pixels");
-    m_width = addField(QStringLiteral("Width:"), size.width(), pixels);
-    m_height = addField(QStringLiteral("Height:"), size.height(), pixels);
-    m_resolution =
-        addField(QStringLiteral("Resolution:"), defaultResolution, QStringLiteral("pixels/inch"));
+    const auto pixels = tr("pixels");
+    m_width = addField(tr("Width:"), size.width(), pixels);
+    m_height = addField(tr("Height:"), size.height(), pixels);
+    m_resolution = addField(tr("Resolution:"), defaultResolution, tr("pixels/inch"));
     m_need = Labels::muted({}, this);
     m_need->setObjectName(QStringLiteral("canvasNeed"));
     column->addWidget(m_need);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Create")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Create")));
     m_create = findChild<QPushButton*>(QStringLiteral("accept"));
     for (const NumberField* field : {m_width, m_height})
         connect(field, &NumberField::valueChanged, this, &NewProjectDialog::showNeed);

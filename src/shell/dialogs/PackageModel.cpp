@@ -26,7 +26,7 @@ QVariant PackageModel::data(const QModelIndex& index, int role) const {
         return QSortFilterProxyModel::data(index, role);
     }
     if (isIcon) return Symbols::icon(QStringLiteral("quillabrae.project"));
-    if (index.column() == typeColumn) return QStringLiteral("Quillabrae Project");
+    if (index.column() == typeColumn) return tr("Quillabrae Project");
     return QSortFilterProxyModel::data(index, role);
 }
 

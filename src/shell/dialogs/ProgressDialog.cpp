@@ -39,7 +39,7 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
     TextSize::setFixedWidth(*label, contentWidth);
     m_bar = new SlimBar(this);
     m_bar->setAccessibleName(title);
-    m_cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cancel = new QPushButton(tr("Cancel"), this);
     connect(m_cancel, &QPushButton::clicked, this, &ProgressDialog::reject);
     layout->addWidget(label);
     layout->addWidget(m_bar);
@@ -54,7 +54,7 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
 void ProgressDialog::reject() {
     m_control.cancel();
     m_cancel->setEnabled(false);
-    m_cancel->setText(QStringLiteral("Cancelling…"));
+    m_cancel->setText(tr("Cancelling…"));
 }
 
 void ProgressDialog::showFraction() {

@@ -22,13 +22,13 @@ namespace {
 constexpr QSize dialogSize{520, 710};
 
 QString title(ResizeDialogMode mode) {
-    return mode == ResizeDialogMode::image ? QStringLiteral("Resize")
-                                           : QStringLiteral("Canvas Size");
+    return mode == ResizeDialogMode::image ? ResizeDialog::tr("Resize")
+                                           : ResizeDialog::tr("Canvas Size");
 }
 
 /// "900 x 620 px, 96 pixels/inch".
 QString sizeText(double width, double height, double resolutionDPI) {
-    return QStringLiteral("%1 x %2 px, %3 pixels/inch")
+    return ResizeDialog::tr("%1 x %2 px, %3 pixels/inch")
         .arg(qRound64(width))
         .arg(qRound64(height))
         .arg(QLocale().toString(resolutionDPI, 'g', 6));
@@ -64,7 +64,7 @@ ResizeDialog::ResizeDialog(const ResizeDialogRequest& request, QWidget* parent)
     addPrintSize(*column);
     addAnchor(*column);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
     refresh();
     m_percentage->setFocus();
     m_percentage->selectAll();
@@ -72,7 +72,7 @@ ResizeDialog::ResizeDialog(const ResizeDialogRequest& request, QWidget* parent)
 
 void ResizeDialog::addModes(QVBoxLayout& column) {
     auto* modes = new QTabBar(this);
-    modes->setAccessibleName(QStringLiteral("What is resized"));
+    modes->setAccessibleName(tr("What is resized"));
     modes->setExpanding(true);
     for (const ResizeDialogMode mode : {ResizeDialogMode::image, ResizeDialogMode::canvas})
         modes->addTab(title(mode));
@@ -92,13 +92,13 @@ void ResizeDialog::addModes(QVBoxLayout& column) {
 }
 
 void ResizeDialog::addBasis(QVBoxLayout& column) {
-    auto* percentage = new QRadioButton(QStringLiteral("By percentage"), this);
-    auto* absolute = new QRadioButton(QStringLiteral("By absolute size"), this);
+    auto* percentage = new QRadioButton(tr("By percentage"), this);
+    auto* absolute = new QRadioButton(tr("By absolute size"), this);
     percentage->setChecked(true);
     m_percentage = new NumberField(this);
-    m_percentage->setAccessibleName(QStringLiteral("Percentage"));
+    m_percentage->setAccessibleName(tr("Percentage"));
     bind(m_percentage, &ResizeFields::percentage, &ResizeFields::editPercentage);
-    auto* maintains = new QCheckBox(QStringLiteral("Maintain aspect ratio"), this);
+    auto* maintains = new QCheckBox(tr("Maintain aspect ratio"), this);
     maintains->setChecked(m_fields.maintainsAspectRatio());
 
     auto* grid = new QGridLayout;
@@ -121,19 +121,17 @@ void ResizeDialog::addBasis(QVBoxLayout& column) {
 }
 
 void ResizeDialog::addPixelSize(QVBoxLayout& column) {
-    QVBoxLayout* section = addSection(column, QStringLiteral("Pixel size"), new QWidget(this));
+    QVBoxLayout* section = addSection(column, tr("Pixel size"), new QWidget(this));
     QGridLayout* grid = DialogParts::addGrid(*section);
-    const auto pixels = QStringLiteral("pixels");
-    NumberField* width = DialogParts::addNumber(*grid, QStringLiteral("Width:"), pixels);
-    NumberField* height = DialogParts::addNumber(*grid, QStringLiteral("Height:"), pixels);
+    const auto pixels = tr("pixels");
+    NumberField* width = DialogParts::addNumber(*grid, tr("Width:"), pixels);
+    NumberField* height = DialogParts::addNumber(*grid, tr("Height:"), pixels);
     bind(width, &ResizeFields::width, &ResizeFields::editWidth);
     bind(height, &ResizeFields::height, &ResizeFields::editHeight);
     m_lengths.insert(m_lengths.end(), {width, height});
-    QComboBox* unit =
-        makeChoice(QStringLiteral("Resolution unit"),
-                   {QStringLiteral("pixels/inch"), QStringLiteral("pixels/cm")}, this);
-    bind(DialogParts::addNumber(*grid, QStringLiteral("Resolution:"), unit),
-         &ResizeFields::shownResolution, &ResizeFields::editShownResolution);
+    QComboBox* unit = makeChoice(tr("Resolution unit"), {tr("pixels/inch"), tr("pixels/cm")}, this);
+    bind(DialogParts::addNumber(*grid, tr("Resolution:"), unit), &ResizeFields::shownResolution,
+         &ResizeFields::editShownResolution);
     connect(unit, &QComboBox::currentIndexChanged, this, [this](int index) {
         m_fields.setResolutionUnit(static_cast<ResolutionUnit>(index));
         refresh();
@@ -141,15 +139,15 @@ void ResizeDialog::addPixelSize(QVBoxLayout& column) {
 }
 
 void ResizeDialog::addPrintSize(QVBoxLayout& column) {
-    QVBoxLayout* section = addSection(column, QStringLiteral("Print size"), new QWidget(this));
+    QVBoxLayout* section = addSection(column, tr("Print size"), new QWidget(this));
     QGridLayout* grid = DialogParts::addGrid(*section);
-    const QStringList units{QStringLiteral("inches"), QStringLiteral("centimeters")};
-    QComboBox* unit = makeChoice(QStringLiteral("Print unit"), units, this);
+    const QStringList units{tr("inches"), tr("centimeters")};
+    QComboBox* unit = makeChoice(tr("Print unit"), units, this);
     m_printUnit = Labels::muted(units.first(), this);
-    NumberField* width = DialogParts::addNumber(*grid, QStringLiteral("Width:"), unit);
-    NumberField* height = DialogParts::addNumber(*grid, QStringLiteral("Height:"), m_printUnit);
-    width->setAccessibleName(QStringLiteral("Print width"));
-    height->setAccessibleName(QStringLiteral("Print height"));
+    NumberField* width = DialogParts::addNumber(*grid, tr("Width:"), unit);
+    NumberField* height = DialogParts::addNumber(*grid, tr("Height:"), m_printUnit);
+    width->setAccessibleName(tr("Print width"));
+    height->setAccessibleName(tr("Print height"));
     bind(width, &ResizeFields::printWidth, &ResizeFields::editPrintWidth);
     bind(height, &ResizeFields::printHeight, &ResizeFields::editPrintHeight);
     m_lengths.insert(m_lengths.end(), {width, height});
@@ -162,7 +160,7 @@ void ResizeDialog::addPrintSize(QVBoxLayout& column) {
 
 void ResizeDialog::addAnchor(QVBoxLayout& column) {
     m_anchor = new QWidget(this);
-    QVBoxLayout* section = addSection(column, QStringLiteral("Anchor"), m_anchor);
+    QVBoxLayout* section = addSection(column, tr("Anchor"), m_anchor);
     auto* picker = new AnchorPicker(m_fields.anchor(), m_anchor);
     section->addWidget(picker);
     connect(picker, &AnchorPicker::anchorChosen, this,
@@ -189,11 +187,12 @@ void ResizeDialog::refresh(const NumberField* edited) {
     for (NumberField* field : m_lengths) field->setEnabled(!isPercentage);
     m_anchor->setVisible(m_fields.mode() == ResizeDialogMode::canvas);
     setWindowTitle(title(m_fields.mode()));
-    m_oldSize->setText(QStringLiteral("Old size: ") + sizeText(m_request.canvasSize.width(),
-                                                               m_request.canvasSize.height(),
-                                                               m_request.resolutionDPI));
-    m_newSize->setText(QStringLiteral("New size: ") +
-                       sizeText(m_fields.width(), m_fields.height(), m_fields.resolutionDPI()));
+    m_oldSize->setText(tr("Old size: %1")
+                           .arg(sizeText(m_request.canvasSize.width(),
+                                         m_request.canvasSize.height(), m_request.resolutionDPI)));
+    m_newSize->setText(
+        tr("New size: %1")
+            .arg(sizeText(m_fields.width(), m_fields.height(), m_fields.resolutionDPI())));
 }
 
 } // namespace quillabrae::shell

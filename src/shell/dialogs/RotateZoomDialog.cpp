@@ -18,18 +18,18 @@ constexpr SliderRow::Range zooms{1.0, 400.0, 1.0};
 } // namespace
 
 RotateZoomDialog::RotateZoomDialog(QWidget* parent) : QDialog(parent) {
-    setWindowTitle(QStringLiteral("Rotate / Zoom"));
+    setWindowTitle(tr("Rotate / Zoom"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, 2 * Style::grid);
-    m_angle = new SliderRow(QStringLiteral("Angle"), QStringLiteral("deg"), angles, this);
-    m_zoom = new SliderRow(QStringLiteral("Zoom"), QStringLiteral("%"), zooms, this);
+    m_angle = new SliderRow(tr("Angle"), tr("deg"), angles, this);
+    m_zoom = new SliderRow(tr("Zoom"), QStringLiteral("%"), zooms, this);
     const store::RotateZoomDialogResult start;
     m_angle->showValue(start.angleDegrees);
     m_zoom->showValue(start.zoomPercentage);
     column->addWidget(m_angle);
     column->addWidget(m_zoom);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Apply")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
 }
 
 store::RotateZoomDialogResult RotateZoomDialog::answer() const {

@@ -27,23 +27,23 @@ QString pixelsText(double value) {
 
 SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
     : QDialog(parent), m_fields(naturalSize) {
-    setWindowTitle(QStringLiteral("Import SVG"));
+    setWindowTitle(tr("Import SVG"));
     TextSize::fixSize(*this, dialogSize);
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
-    QLabel* text = Labels::body(
-        QStringLiteral("Choose the raster size for this SVG. Aspect ratio is locked."), this);
+    QLabel* text =
+        Labels::body(tr("Choose the raster size for this SVG. Aspect ratio is locked."), this);
     text->setWordWrap(true);
     column->addWidget(text);
     column->addWidget(
-        Labels::muted(QStringLiteral("Original: %1 × %2 pixels")
+        Labels::muted(tr("Original: %1 × %2 pixels")
                           .arg(pixelsText(naturalSize.width()), pixelsText(naturalSize.height())),
                       this));
 
     QGridLayout* grid = DialogParts::addGrid(*column);
     grid->setContentsMargins(0, Style::grid, 0, 0);
-    const auto pixels = QStringLiteral("pixels");
-    m_width = DialogParts::addNumber(*grid, QStringLiteral("Width:"), pixels);
-    m_height = DialogParts::addNumber(*grid, QStringLiteral("Height:"), pixels);
+    const auto pixels = tr("pixels");
+    m_width = DialogParts::addNumber(*grid, tr("Width:"), pixels);
+    m_height = DialogParts::addNumber(*grid, tr("Height:"), pixels);
     showFields(nullptr);
     connect(m_width, &NumberField::valueChanged, this, [this](double width) {
         m_fields.editWidth(width);
@@ -54,7 +54,7 @@ SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
         showFields(m_height);
     });
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, QStringLiteral("Import")));
+    column->addLayout(DialogParts::makeButtons(*this, tr("Import")));
     m_width->setFocus();
     m_width->selectAll();
 }

@@ -32,15 +32,15 @@ model::ColorValue toColorValue(const QColor& color) {
 ColorStack::ColorStack(store::ProjectStore& store, QWidget* parent)
     : QWidget(parent),
       m_store(store),
-      m_secondary(new ColorSwatch(QStringLiteral("Secondary Color"),
-                                  QStringLiteral("Painted by the right mouse button."), this)),
-      m_primary(new ColorSwatch(QStringLiteral("Primary Color"),
-                                QStringLiteral("Painted by the left mouse button."), this)) {
+      m_secondary(
+          new ColorSwatch(tr("Secondary Color"), tr("Painted by the right mouse button."), this)),
+      m_primary(
+          new ColorSwatch(tr("Primary Color"), tr("Painted by the left mouse button."), this)) {
     setFixedSize(stackSize);
     m_secondary->setGeometry(secondaryPlace);
     m_primary->setGeometry(primaryPlace);
     auto* swap = new IconButton({.symbolName = QStringLiteral("arrow.triangle.2.circlepath"),
-                                 .title = QStringLiteral("Swap primary and secondary colors"),
+                                 .title = tr("Swap primary and secondary colors"),
                                  .help = {},
                                  .extent = swapExtent,
                                  .iconExtent = swapIconExtent,

@@ -20,10 +20,10 @@ constexpr int padding = 4 * Style::grid;
 } // namespace
 
 EmptyWorkspace::EmptyWorkspace(const CommandContext& context, QWidget* parent) : QWidget(parent) {
-    const QString heading = QStringLiteral("No project is open");
+    const QString heading = tr("No project is open");
     setAccessibleName(heading);
-    auto* create = new QPushButton(QString::fromLatin1(command(CommandID::newProject).title), this);
-    auto* open = new QPushButton(QString::fromLatin1(command(CommandID::openProject).title), this);
+    auto* create = new QPushButton(title(command(CommandID::newProject)), this);
+    auto* open = new QPushButton(title(command(CommandID::openProject)), this);
     Style::markPrimary(*create);
     auto* windows = &context.windows;
     connect(create, &QAbstractButton::clicked, windows, &WindowCoordinator::createNewProject);
@@ -39,9 +39,8 @@ EmptyWorkspace::EmptyWorkspace(const CommandContext& context, QWidget* parent) :
     layout->setContentsMargins(padding, padding, padding, padding);
     layout->setSpacing(Style::grid);
     layout->addWidget(Labels::title(heading, titleScale, this), 0, Qt::AlignHCenter);
-    layout->addWidget(
-        Labels::muted(QStringLiteral("Start a new one, open one, or drop a picture here."), this),
-        0, Qt::AlignHCenter);
+    layout->addWidget(Labels::muted(tr("Start a new one, open one, or drop a picture here."), this),
+                      0, Qt::AlignHCenter);
     layout->addSpacing(Style::grid);
     layout->addLayout(buttons);
 }

@@ -30,7 +30,7 @@ ProjectTab::ProjectTab(const QUuid& projectID, QWidget* parent)
     : QAbstractButton(parent),
       m_projectID(projectID),
       m_close(new IconButton({.symbolName = QStringLiteral("xmark"),
-                              .title = QStringLiteral("Close"),
+                              .title = tr("Close"),
                               .help = {},
                               .extent = closeExtent,
                               .iconExtent = closeIconExtent},
@@ -46,7 +46,7 @@ void ProjectTab::setLook(const Look& look) {
     m_look = look;
     setText(look.title);
     setAccessibleName(look.title);
-    setAccessibleDescription(look.isUnsaved ? QStringLiteral("Unsaved") : QString());
+    setAccessibleDescription(look.isUnsaved ? tr("Unsaved") : QString());
     updateGeometry();
     update();
 }

@@ -66,7 +66,7 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     TextSize::follow(*this, [this] {
         setFixedHeight(TextSize::rowHeight(*this, tabHeight) + barHeight - tabHeight);
     });
-    setAccessibleName(QStringLiteral("Open projects"));
+    setAccessibleName(tr("Open projects"));
     auto* content = new QWidget;
     m_row = new QHBoxLayout(content);
     m_row->setContentsMargins(0, 0, 0, 0);
@@ -77,8 +77,8 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
 
     const Command& newProject = command(CommandID::newProject);
     auto* create = new IconButton({.symbolName = QStringLiteral("plus"),
-                                   .title = QString::fromLatin1(newProject.title),
-                                   .help = QString::fromLatin1(newProject.help),
+                                   .title = title(newProject),
+                                   .help = help(newProject),
                                    .extent = 32,
                                    .iconExtent = 16},
                                   this);
@@ -92,13 +92,13 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     layout->addStretch();
     if (updates != nullptr && updates->hasSource())
         layout->addWidget(new UpdateButton(*updates, this));
-    auto* feedback = new IconButton(
-        {.symbolName = QStringLiteral("bubble.left.and.bubble.right"),
-         .title = QStringLiteral("Give Feedback"),
-         .help = QStringLiteral("Tells the makers what would make the program better."),
-         .extent = 32,
-         .iconExtent = 16},
-        this);
+    auto* feedback =
+        new IconButton({.symbolName = QStringLiteral("bubble.left.and.bubble.right"),
+                        .title = tr("Give Feedback"),
+                        .help = tr("Tells the makers what would make the program better."),
+                        .extent = 32,
+                        .iconExtent = 16},
+                       this);
     connect(feedback, &QAbstractButton::clicked, this, [this] { m_windows.showFeedbackDialog(); });
     layout->addWidget(feedback);
     followStore();

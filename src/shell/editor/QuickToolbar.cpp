@@ -24,7 +24,7 @@ constexpr int buttonSpacing = 2;
 QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
     : QWidget(parent), m_context(context) {
     TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, barHeight)); });
-    setAccessibleName(QStringLiteral("Quick toolbar"));
+    setAccessibleName(tr("Quick toolbar"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid, 0, Style::grid, 1);
     layout->setSpacing(buttonSpacing);
@@ -44,7 +44,7 @@ void QuickToolbar::add(const ToolbarItem& item, QHBoxLayout* layout) {
     const Command& row = command(item.id);
     auto* button = new IconButton({.symbolName = QString::fromLatin1(item.symbol(m_context.store)),
                                    .title = item.title(),
-                                   .help = QString::fromLatin1(row.help),
+                                   .help = help(row),
                                    .extent = buttonExtent},
                                   this);
     connect(button, &QAbstractButton::clicked, this, [this, &row] { row.run(m_context); });

@@ -2,6 +2,8 @@
 #include "shell/editor/QuickToolbar.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace quillabrae::shell {
@@ -17,7 +19,7 @@ constexpr std::array items{
     ToolbarItem{newProject},
     ToolbarItem{openProject},
     ToolbarItem{save},
-    ToolbarItem{preferences, "Settings"},
+    ToolbarItem{preferences, QT_TRANSLATE_NOOP("Command", "Settings")},
     ToolbarItem{divider},
     ToolbarItem{cut},
     ToolbarItem{copy},
@@ -42,7 +44,8 @@ std::span<const ToolbarItem> quickToolbarItems() {
 }
 
 QString ToolbarItem::title() const {
-    return ownTitle != nullptr ? QString::fromLatin1(ownTitle) : plainTitle(command(id));
+    return ownTitle != nullptr ? QCoreApplication::translate("Command", ownTitle)
+                               : plainTitle(command(id));
 }
 
 const char* ToolbarItem::symbol(const store::ProjectStore& store) const {

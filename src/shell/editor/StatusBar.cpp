@@ -38,11 +38,11 @@ StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
       m_zoom(Labels::muted({}, this)) {
     TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, barHeight)); });
     m_message->setObjectName(QStringLiteral("statusMessage"));
-    m_message->setAccessibleDescription(QStringLiteral("Status"));
+    m_message->setAccessibleDescription(tr("Status"));
     m_position->setObjectName(QStringLiteral("cursorPosition"));
-    m_position->setAccessibleDescription(QStringLiteral("Pointer position"));
+    m_position->setAccessibleDescription(tr("Pointer position"));
     m_zoom->setObjectName(QStringLiteral("zoom"));
-    m_zoom->setAccessibleDescription(QStringLiteral("Zoom"));
+    m_zoom->setAccessibleDescription(tr("Zoom"));
     m_zoom->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // As wide as it ever is, so that the position beside it stays where it is.
     TextSize::follow(*m_zoom, [this] {

@@ -3,6 +3,8 @@
 
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 
@@ -72,7 +74,7 @@ void chooseStyle(Settings& settings, int item) {
 }
 
 QString pixels(double width) {
-    return QString::number(width) + QStringLiteral(" px");
+    return QCoreApplication::translate("ToolOption", "%1 px").arg(width);
 }
 std::vector<MenuItem> outlineItems() {
     std::vector<MenuItem> items;
@@ -127,52 +129,52 @@ void align(Settings& settings) {
 
 // clang-format off
 const std::array<ToolOption, 3> shapeOptions{
-    MenuOption{{"Shape", "Shape", "Sets the shape to draw. Hold Shift while drawing for equal width and height."},
+    MenuOption{{QT_TRANSLATE_NOOP("ToolOption", "Shape"), QT_TRANSLATE_NOOP("ToolOption", "Shape"), QT_TRANSLATE_NOOP("ToolOption", "Sets the shape to draw. Hold Shift while drawing for equal width and height.")},
                shapeItems, currentShape, nothing, chooseShape},
-    MenuOption{{"Style", "Shape Style", "Uses the secondary color for fill and the primary color for the outline."},
+    MenuOption{{QT_TRANSLATE_NOOP("ToolOption", "Style"), QT_TRANSLATE_NOOP("ToolOption", "Shape Style"), QT_TRANSLATE_NOOP("ToolOption", "Uses the secondary color for fill and the primary color for the outline.")},
                styleItems, currentStyle, nothing, chooseStyle},
-    MenuOption{{"Outline", "Outline Width", "Sets the shape outline width in pixels."},
+    MenuOption{{QT_TRANSLATE_NOOP("ToolOption", "Outline"), QT_TRANSLATE_NOOP("ToolOption", "Outline Width"), QT_TRANSLATE_NOOP("ToolOption", "Sets the shape outline width in pixels.")},
                outlineItems, currentOutline, otherOutline, chooseOutline},
 };
 const std::array<ToolOption, 2> brushOptions{
-    SliderOption{{"Size", "Brush Size", "Sets the width of the mark in pixels."},
+    SliderOption{{QT_TRANSLATE_NOOP("ToolOption", "Size"), QT_TRANSLATE_NOOP("ToolOption", "Brush Size"), QT_TRANSLATE_NOOP("ToolOption", "Sets the width of the mark in pixels.")},
                  1, 512, &Settings::brushSize, always},
-    SliderOption{{"Hardness", "Hardness", "Sets how crisp the edge of the mark is."},
+    SliderOption{{QT_TRANSLATE_NOOP("ToolOption", "Hardness"), QT_TRANSLATE_NOOP("ToolOption", "Hardness"), QT_TRANSLATE_NOOP("ToolOption", "Sets how crisp the edge of the mark is.")},
                  0, 100, &Settings::pencilHardness, model::usesHardnessControl},
 };
 const std::array<ToolOption, 1> wandOptions{
-    SliderOption{{"Match", "Magic Wand Match", "Controls how similar clicked pixels must be to join the selection."},
+    SliderOption{{QT_TRANSLATE_NOOP("ToolOption", "Match"), QT_TRANSLATE_NOOP("ToolOption", "Magic Wand Match"), QT_TRANSLATE_NOOP("ToolOption", "Controls how similar clicked pixels must be to join the selection.")},
                  0, 100, &Settings::magicWandMatchPercentage, always},
 };
 const std::array<ToolOption, 1> bucketOptions{
-    SliderOption{{"Match", "Paint Bucket Match", "Controls how similar clicked pixels must be to receive the fill."},
+    SliderOption{{QT_TRANSLATE_NOOP("ToolOption", "Match"), QT_TRANSLATE_NOOP("ToolOption", "Paint Bucket Match"), QT_TRANSLATE_NOOP("ToolOption", "Controls how similar clicked pixels must be to receive the fill.")},
                  0, 100, &Settings::paintBucketMatchPercentage, always},
 };
 const std::array<ToolOption, 9> textOptions{
-    FontFamilyOption{{"", "Font", "Sets the family of fonts that text is written in."}},
-    MenuOption{{"", "Font Size", "Sets the size of text."},
+    FontFamilyOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Font"), QT_TRANSLATE_NOOP("ToolOption", "Sets the family of fonts that text is written in.")}},
+    MenuOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Font Size"), QT_TRANSLATE_NOOP("ToolOption", "Sets the size of text.")},
                fontSizeItems, currentFontSize, otherFontSize, chooseFontSize},
-    ToggleOption{{"", "Bold", "Writes heavier letters."}, "bold",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Bold"), QT_TRANSLATE_NOOP("ToolOption", "Writes heavier letters.")}, "bold",
                  isOn<&Settings::textBold>, flip<&Settings::textBold>},
-    ToggleOption{{"", "Italic", "Writes slanted letters."}, "italic",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Italic"), QT_TRANSLATE_NOOP("ToolOption", "Writes slanted letters.")}, "italic",
                  isOn<&Settings::textItalic>, flip<&Settings::textItalic>},
-    ToggleOption{{"", "Underline", "Draws a line beneath the text."}, "underline",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Underline"), QT_TRANSLATE_NOOP("ToolOption", "Draws a line beneath the text.")}, "underline",
                  isOn<&Settings::textUnderline>, flip<&Settings::textUnderline>},
-    ToggleOption{{"", "Strikethrough", "Draws a line through the text."}, "strikethrough",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Strikethrough"), QT_TRANSLATE_NOOP("ToolOption", "Draws a line through the text.")}, "strikethrough",
                  isOn<&Settings::textStrikethrough>, flip<&Settings::textStrikethrough>},
-    ToggleOption{{"", "Align Left", "Lines the text up at the left."}, "text.alignleft",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Align Left"), QT_TRANSLATE_NOOP("ToolOption", "Lines the text up at the left.")}, "text.alignleft",
                  isAligned<CanvasTextAlignment::left>, align<CanvasTextAlignment::left>},
-    ToggleOption{{"", "Align Center", "Centers each line of the text."}, "text.aligncenter",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Align Center"), QT_TRANSLATE_NOOP("ToolOption", "Centers each line of the text.")}, "text.aligncenter",
                  isAligned<CanvasTextAlignment::center>, align<CanvasTextAlignment::center>},
-    ToggleOption{{"", "Align Right", "Lines the text up at the right."}, "text.alignright",
+    ToggleOption{{"", QT_TRANSLATE_NOOP("ToolOption", "Align Right"), QT_TRANSLATE_NOOP("ToolOption", "Lines the text up at the right.")}, "text.alignright",
                  isAligned<CanvasTextAlignment::right>, align<CanvasTextAlignment::right>},
 };
 const std::array<ToolOptionGroup, 5> groups{{
-    {"Shape Options", isShapes, shapeOptions},
-    {"Brush Size", usesBrushSize, brushOptions},
-    {"Magic Wand Match", isMagicWand, wandOptions},
-    {"Paint Bucket Match", isPaintBucket, bucketOptions},
-    {"Text Formatting", isText, textOptions},
+    {QT_TRANSLATE_NOOP("ToolOption", "Shape Options"), isShapes, shapeOptions},
+    {QT_TRANSLATE_NOOP("ToolOption", "Brush Size"), usesBrushSize, brushOptions},
+    {QT_TRANSLATE_NOOP("ToolOption", "Magic Wand Match"), isMagicWand, wandOptions},
+    {QT_TRANSLATE_NOOP("ToolOption", "Paint Bucket Match"), isPaintBucket, bucketOptions},
+    {QT_TRANSLATE_NOOP("ToolOption", "Text Formatting"), isText, textOptions},
 }};
 // clang-format on
 

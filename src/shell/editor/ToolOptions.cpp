@@ -11,6 +11,7 @@
 #include "shell/looks/Symbols.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 
@@ -21,8 +22,12 @@ using model::PaintAppSettings;
 
 constexpr int buttonExtent = 28;
 
+QString words(const char* text) {
+    return QCoreApplication::translate("ToolOption", text);
+}
+
 HoverTooltipText tooltip(const OptionText& text) {
-    return {QString::fromLatin1(text.title), QString::fromLatin1(text.help)};
+    return {words(text.title), words(text.help)};
 }
 
 /// A menu as the toolbar has it: the canvas keeps the keyboard when it is pressed.
@@ -32,7 +37,7 @@ void prepareMenu(QComboBox& menu, const OptionText& text) {
 }
 
 void addLabel(const OptionText& text, QWidget& control, QHBoxLayout& layout) {
-    const QString label = QString::fromLatin1(text.label);
+    const QString label = words(text.label);
     if (label.isEmpty()) return;
     QLabel* beside = Labels::muted(label, control.parentWidget());
     beside->setBuddy(&control);
@@ -70,7 +75,7 @@ ToolOptions::Group& ToolOptions::group(const ToolOptionGroup& table) {
     Group& made = place->second;
     if (!isNew) return made;
     made.widget = new QWidget(this);
-    made.widget->setAccessibleName(QString::fromLatin1(table.title));
+    made.widget->setAccessibleName(words(table.title));
     auto* layout = new QHBoxLayout(made.widget);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid / 2);
@@ -85,7 +90,7 @@ ToolOptions::Group& ToolOptions::group(const ToolOptionGroup& table) {
 ToolOptions::Show ToolOptions::makeControl(const SliderOption& option, QHBoxLayout& layout) {
     auto* slider = new LabeledSlider(tooltip(option.text), {option.minimum, option.maximum},
                                      layout.parentWidget());
-    slider->setLabel(QString::fromLatin1(option.text.label));
+    slider->setLabel(words(option.text.label));
     connect(slider, &LabeledSlider::valueChosen, this, [this, field = option.field](int value) {
         m_store.editSettings([&](PaintAppSettings& settings) { settings.*field = value; });
     });
@@ -132,8 +137,8 @@ ToolOptions::Show ToolOptions::makeControl(const FontFamilyOption& option, QHBox
 
 ToolOptions::Show ToolOptions::makeControl(const ToggleOption& option, QHBoxLayout& layout) {
     auto* button = new IconButton({.symbolName = QString::fromLatin1(option.symbol),
-                                   .title = QString::fromLatin1(option.text.title),
-                                   .help = QString::fromLatin1(option.text.help),
+                                   .title = words(option.text.title),
+                                   .help = words(option.text.help),
                                    .extent = buttonExtent,
                                    .iconExtent = Style::smallIcon},
                                   layout.parentWidget());

@@ -29,9 +29,7 @@ IconButton* makeButton(model::PaintTool tool, QWidget* parent) {
 } // namespace
 
 ToolsPalette::ToolsPalette(store::ProjectStore& store, QWidget* parent)
-    : FloatingPanel(QStringLiteral("Tools"), parent),
-      m_store(store),
-      m_buttons(new QButtonGroup(this)) {
+    : FloatingPanel(tr("Tools"), parent), m_store(store), m_buttons(new QButtonGroup(this)) {
     addButtons();
     connect(m_buttons, &QButtonGroup::idClicked, this, [this](int id) {
         m_store.editSettings([id](model::PaintAppSettings& settings) {

@@ -4,6 +4,7 @@
 // magenta lie a sixth apart.
 #include "shell/panels/ColorComponents.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -48,16 +49,30 @@ constexpr ColorComponent plain(const char* heading, const char* label, const cha
 }
 
 constexpr std::array components{
-    plain("RGB", "R:", "Red", component<&ColorValue::red>, withComponent<&ColorValue::red>),
-    plain("RGB", "G:", "Green", component<&ColorValue::green>, withComponent<&ColorValue::green>),
-    plain("RGB", "B:", "Blue", component<&ColorValue::blue>, withComponent<&ColorValue::blue>),
-    ColorComponent{"HSV", "H:", "Hue", degrees, hueComponent<&HueColor::hue>,
-                   withHueComponent<&HueColor::hue>},
-    ColorComponent{"HSV", "S:", "Saturation", percent, hueComponent<&HueColor::saturation>,
-                   withHueComponent<&HueColor::saturation>},
-    ColorComponent{"HSV", "V:", "Value", percent, hueComponent<&HueColor::brightness>,
-                   withHueComponent<&HueColor::brightness>},
-    plain("Alpha", "A:", "Alpha", component<&ColorValue::alpha>, withComponent<&ColorValue::alpha>),
+    plain(QT_TRANSLATE_NOOP("ColorComponent", "RGB"), QT_TRANSLATE_NOOP("ColorComponent", "R:"),
+          QT_TRANSLATE_NOOP("ColorComponent", "Red"), component<&ColorValue::red>,
+          withComponent<&ColorValue::red>),
+    plain(QT_TRANSLATE_NOOP("ColorComponent", "RGB"), QT_TRANSLATE_NOOP("ColorComponent", "G:"),
+          QT_TRANSLATE_NOOP("ColorComponent", "Green"), component<&ColorValue::green>,
+          withComponent<&ColorValue::green>),
+    plain(QT_TRANSLATE_NOOP("ColorComponent", "RGB"), QT_TRANSLATE_NOOP("ColorComponent", "B:"),
+          QT_TRANSLATE_NOOP("ColorComponent", "Blue"), component<&ColorValue::blue>,
+          withComponent<&ColorValue::blue>),
+    ColorComponent{QT_TRANSLATE_NOOP("ColorComponent", "HSV"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "H:"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "Hue"), degrees,
+                   hueComponent<&HueColor::hue>, withHueComponent<&HueColor::hue>},
+    ColorComponent{QT_TRANSLATE_NOOP("ColorComponent", "HSV"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "S:"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "Saturation"), percent,
+                   hueComponent<&HueColor::saturation>, withHueComponent<&HueColor::saturation>},
+    ColorComponent{QT_TRANSLATE_NOOP("ColorComponent", "HSV"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "V:"),
+                   QT_TRANSLATE_NOOP("ColorComponent", "Value"), percent,
+                   hueComponent<&HueColor::brightness>, withHueComponent<&HueColor::brightness>},
+    plain(QT_TRANSLATE_NOOP("ColorComponent", "Alpha"), QT_TRANSLATE_NOOP("ColorComponent", "A:"),
+          QT_TRANSLATE_NOOP("ColorComponent", "Alpha"), component<&ColorValue::alpha>,
+          withComponent<&ColorValue::alpha>),
 };
 
 QString twoDigits(double value) {

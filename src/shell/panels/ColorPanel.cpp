@@ -12,6 +12,7 @@
 #include "shell/panels/HueWheel.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -39,6 +40,10 @@ QWidget* column(QWidget* parent, QVBoxLayout*& layout) {
     return widget;
 }
 
+QString words(const char* text) {
+    return QCoreApplication::translate("ColorComponent", text);
+}
+
 /// What the component's track shows: the colour with each of its values.
 QGradientStops trackOf(const ColorComponent& component, const model::ColorValue& color) {
     using namespace std::string_view_literals;
@@ -59,7 +64,7 @@ QGradientStops trackOf(const ColorComponent& component, const model::ColorValue&
 } // namespace
 
 ColorPanel::ColorPanel(store::ProjectStore& store, QWidget* parent)
-    : FloatingPanel(QStringLiteral("Colors"), parent), m_store(store) {
+    : FloatingPanel(tr("Colors"), parent), m_store(store) {
     HueWheelAccessible::install();
     auto* halves = new QHBoxLayout;
     halves->setSpacing(2 * Style::grid);
@@ -89,10 +94,9 @@ QWidget* ColorPanel::makeBase() {
     m_more = new QPushButton(base);
     m_more->setFocusPolicy(Qt::TabFocus);
     new HoverTooltip(m_more,
-                     {QStringLiteral("More"),
-                      QStringLiteral("Shows the numbers of the primary color, or hides them.")},
+                     {tr("More"), tr("Shows the numbers of the primary color, or hides them.")},
                      HoverTooltipPlacement::above);
-    m_more->setText(QStringLiteral("More >>"));
+    m_more->setText(tr("More >>"));
     connect(m_more, &QAbstractButton::clicked, this, [this] { setExpanded(!isExpanded()); });
     layout->addWidget(m_more, 0, Qt::AlignRight);
     return base;
@@ -105,8 +109,7 @@ QWidget* ColorPanel::makeCommonColors() {
     grid->setSpacing(commonGap);
     int index = 0;
     for (const model::ColorValue& color : commonColors()) {
-        auto* button =
-            new ColorButton(toQColor(color), QStringLiteral("Set primary color"), colors);
+        auto* button = new ColorButton(toQColor(color), tr("Set primary color"), colors);
         connect(button, &QAbstractButton::clicked, this, [this, &color] { setPrimary(color); });
         grid->addWidget(button, index / commonColumns, index % commonColumns);
         ++index;
@@ -126,7 +129,7 @@ QWidget* ColorPanel::makeAdvanced() {
     QString heading;
     QVBoxLayout* layout = left;
     for (const ColorComponent& component : colorComponents()) {
-        const QString next = QString::fromLatin1(component.heading);
+        const QString next = words(component.heading);
         if (next != heading) {
             if (!heading.isEmpty()) layout = right;
             layout->addWidget(Labels::heading(next, advanced));
@@ -134,7 +137,7 @@ QWidget* ColorPanel::makeAdvanced() {
         }
         layout->addWidget(makeRow(component));
     }
-    left->addWidget(Labels::heading(QStringLiteral("Hex"), advanced));
+    left->addWidget(Labels::heading(tr("Hex"), advanced));
     left->addWidget(makeHexRow());
     return advanced;
 }
@@ -144,19 +147,19 @@ QWidget* ColorPanel::makeRow(const ColorComponent& component) {
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Style::grid / 2);
-    QLabel* label = Labels::body(QString::fromLatin1(component.label), row);
+    QLabel* label = Labels::body(words(component.label), row);
     TextSize::setFixedWidth(*label, labelWidth);
     auto* slider = new GradientSlider(row);
     slider->setFixedWidth(sliderWidth);
     slider->setRange(0, component.scale);
-    slider->setAccessibleName(QString::fromLatin1(component.title));
+    slider->setAccessibleName(words(component.title));
     auto* number = new QSpinBox(row);
     number->setRange(0, component.scale);
     number->setButtonSymbols(QAbstractSpinBox::NoButtons);
     number->setAlignment(Qt::AlignRight);
     TextSize::setFixedWidth(*number, numberWidth);
     number->setKeyboardTracking(false);
-    number->setAccessibleName(QString::fromLatin1(component.title) + QStringLiteral(" value"));
+    number->setAccessibleName(tr("%1 value").arg(words(component.title)));
     label->setBuddy(number);
     const auto write = [this, &component](int value) {
         setPrimary(component.withValue(m_store.settings().primaryColor, value));
@@ -172,7 +175,7 @@ QWidget* ColorPanel::makeRow(const ColorComponent& component) {
 
 QWidget* ColorPanel::makeHexRow() {
     m_hex = new QLineEdit(this);
-    m_hex->setAccessibleName(QStringLiteral("Hex"));
+    m_hex->setAccessibleName(tr("Hex"));
     m_hex->setMaxLength(9);
     connect(m_hex, &QLineEdit::editingFinished, this, &ColorPanel::applyHex);
     return m_hex;
@@ -180,7 +183,7 @@ QWidget* ColorPanel::makeHexRow() {
 
 void ColorPanel::setExpanded(bool isExpanded) {
     m_advanced->setVisible(isExpanded);
-    m_more->setText(isExpanded ? QStringLiteral("Less <<") : QStringLiteral("More >>"));
+    m_more->setText(isExpanded ? tr("Less <<") : tr("More >>"));
     fitContent();
 }
 

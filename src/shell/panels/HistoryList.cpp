@@ -69,7 +69,7 @@ HistoryList::HistoryList(store::ProjectStore& store, QWidget* parent)
     : QListView(parent),
       m_model(new HistoryListModel(store, this)),
       m_rowLook(new HistoryRow(this)) {
-    setAccessibleName(QStringLiteral("History"));
+    setAccessibleName(tr("History"));
     RowList::prepare(*this);
     setModel(m_model);
     setItemDelegate(m_rowLook);

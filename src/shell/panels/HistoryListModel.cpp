@@ -64,7 +64,7 @@ QVariant HistoryListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return row.title;
         case Qt::AccessibleDescriptionRole:
-            return isFuture ? QStringLiteral("Undone") : QString();
+            return isFuture ? tr("Undone") : QString();
         case symbolNameRole:
             return row.symbolName;
         case isSelectedRole:

@@ -32,7 +32,7 @@ std::span<const PanelButton> historyButtons() {
 }
 
 HistoryPanel::HistoryPanel(PanelContext context, QWidget* parent)
-    : FloatingPanel(QStringLiteral("History"), parent) {
+    : FloatingPanel(tr("History"), parent) {
     content()->addWidget(new HistoryList(context.store, this), 1);
     content()->addWidget(new PanelButtons(historyButtons(), std::move(context), this));
 }

@@ -58,9 +58,9 @@ HueWheel::HueWheel(QWidget* parent) : QWidget(parent) {
     setFocusPolicy(Qt::TabFocus);
     setFixedSize(extent, extent);
     new HoverTooltip(this,
-                     {QStringLiteral("Hue and Saturation"),
-                      QStringLiteral("Sets the primary color's hue by the angle and its saturation "
-                                     "by the distance from the center.")},
+                     {tr("Hue and Saturation"),
+                      tr("Sets the primary color's hue by the angle and its saturation "
+                         "by the distance from the center.")},
                      HoverTooltipPlacement::above);
 }
 
@@ -76,7 +76,7 @@ void HueWheel::showColor(const model::ColorValue& color) {
 
 QString HueWheel::valueText() const {
     const HueColor shown = toHueColor(m_color);
-    return QStringLiteral("Hue %1, saturation %2 %")
+    return tr("Hue %1, saturation %2 %")
         .arg(qRound(shown.hue * 360.0))
         .arg(qRound(shown.saturation * 100.0));
 }

@@ -37,7 +37,7 @@ LayerList::LayerList(store::ProjectStore& store, std::function<void()> configure
       m_model(new LayerListModel(store, this)),
       m_rowLook(new LayerRow(this)),
       m_reorder(store) {
-    setAccessibleName(QStringLiteral("Layers"));
+    setAccessibleName(tr("Layers"));
     RowList::prepare(*this);
     setModel(m_model);
     setItemDelegate(m_rowLook);
@@ -48,11 +48,10 @@ LayerList::LayerList(store::ProjectStore& store, std::function<void()> configure
         if (!index.isValid()) return std::nullopt;
         const LayerRowParts parts(visualRect(index));
         if (parts.visibility.contains(at)) {
-            return HoverTooltipPart{parts.visibility, {QStringLiteral("Visible"), {}}};
+            return HoverTooltipPart{parts.visibility, {tr("Visible"), {}}};
         }
         if (parts.lock.contains(at) && index.data(LayerListModel::isLockedRole).toBool()) {
-            return HoverTooltipPart{parts.lock,
-                                    {QStringLiteral("Locked"), QStringLiteral("Locked layer")}};
+            return HoverTooltipPart{parts.lock, {tr("Locked"), tr("Locked layer")}};
         }
         return std::nullopt;
     });

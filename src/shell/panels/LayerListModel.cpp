@@ -116,9 +116,9 @@ QVariant LayerListModel::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole:
             return m_room.isEmpty() ? QImage() : m_thumbnails.picture(shown, m_canvas, m_room);
         case Qt::AccessibleDescriptionRole:
-            return QStringLiteral("Visible: %1%2, opacity %3 %")
-                .arg(shown.isVisible ? QStringLiteral("yes") : QStringLiteral("no"),
-                     shown.isLocked ? QStringLiteral(", Locked") : QString())
+            return tr("Visible: %1%2, opacity %3 %")
+                .arg(shown.isVisible ? tr("yes") : tr("no"),
+                     shown.isLocked ? tr(", Locked") : QString())
                 .arg(qRound(shown.opacity * 100.0));
         case isLockedRole:
             return shown.isLocked;
@@ -146,7 +146,7 @@ bool LayerListModel::setVisible(const QUuid& id, bool isVisible) {
         project.lastModified = QDateTime::currentDateTimeUtc();
     });
     if (!isEdited) return false;
-    m_store.recordHistory(*m_store.activeProjectID(), QStringLiteral("Layer Visibility"),
+    m_store.recordHistory(*m_store.activeProjectID(), tr("Layer Visibility"),
                           QStringLiteral("eye"));
     return true;
 }

@@ -4,6 +4,8 @@
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -53,7 +55,7 @@ void LayerReorder::performDrop() {
     m_store.editActiveProject([](model::PaintProject& project) {
         project.lastModified = QDateTime::currentDateTimeUtc();
     });
-    m_store.recordHistory(m_projectID, QStringLiteral("Move Layer"),
+    m_store.recordHistory(m_projectID, QCoreApplication::translate("LayerReorder", "Move Layer"),
                           QStringLiteral("arrow.up.arrow.down"));
 }
 

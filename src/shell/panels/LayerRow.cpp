@@ -128,7 +128,7 @@ void LayerRow::paintMarks(QPainter& painter, const QStyleOptionViewItem& option,
 QWidget* LayerRow::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                 const QModelIndex&) const {
     auto* editor = new QLineEdit(parent);
-    editor->setAccessibleName(QStringLiteral("Layer name"));
+    editor->setAccessibleName(tr("Layer name"));
     return editor;
 }
 

@@ -6,6 +6,7 @@
 #include "store/ProjectLayers.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
 #include <QVBoxLayout>
 
 #include <array>
@@ -44,19 +45,19 @@ bool hasLayerAbove(const Store& store) {
 
 // clang-format off
 constexpr std::array buttons{
-    PanelButton{"New Layer", "plus.square", "Add a new transparent layer to the project.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "New Layer"), "plus.square", QT_TRANSLATE_NOOP("PanelButton", "Add a new transparent layer to the project."),
                 hasProject, [](const Context& c) { c.store.addLayer(); }},
-    PanelButton{"Remove Layer", "minus.square", "Remove the selected layer from the project.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Remove Layer"), "minus.square", QT_TRANSLATE_NOOP("PanelButton", "Remove the selected layer from the project."),
                 hasSeveralLayers, [](const Context& c) { c.store.deleteSelectedLayer(); }},
-    PanelButton{"Duplicate Layer", "doc.on.doc", "Create a copy of the selected layer.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Duplicate Layer"), "doc.on.doc", QT_TRANSLATE_NOOP("PanelButton", "Create a copy of the selected layer."),
                 hasSelection, [](const Context& c) { c.store.duplicateSelectedLayer(); }},
-    PanelButton{"Flatten Down", "square.stack.3d.down.right", "Merge the selected layer into the layer immediately below it.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Flatten Down"), "square.stack.3d.down.right", QT_TRANSLATE_NOOP("PanelButton", "Merge the selected layer into the layer immediately below it."),
                 hasLayerBelow, [](const Context& c) { c.store.flattenLayerDown(c.store.activeProject()->selectedLayerID); }},
-    PanelButton{"Move Up", "arrow.up", "Move the selected layer one step higher in the stack.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Move Up"), "arrow.up", QT_TRANSLATE_NOOP("PanelButton", "Move the selected layer one step higher in the stack."),
                 hasLayerAbove, [](const Context& c) { c.store.moveSelectedLayer(1); }},
-    PanelButton{"Move Down", "arrow.down", "Move the selected layer one step lower in the stack.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Move Down"), "arrow.down", QT_TRANSLATE_NOOP("PanelButton", "Move the selected layer one step lower in the stack."),
                 hasLayerBelow, [](const Context& c) { c.store.moveSelectedLayer(-1); }},
-    PanelButton{"Layer Properties", "slider.horizontal.3", "Change the selected layer's name, opacity, and visibility.",
+    PanelButton{QT_TRANSLATE_NOOP("PanelButton", "Layer Properties"), "slider.horizontal.3", QT_TRANSLATE_NOOP("PanelButton", "Change the selected layer's name, opacity, and visibility."),
                 hasSelection, [](const Context& c) { if (c.configureLayer) c.configureLayer(); }},
 };
 // clang-format on
@@ -68,13 +69,12 @@ std::span<const PanelButton> layerButtons() {
 }
 
 LayersPanel::LayersPanel(PanelContext context, QWidget* parent)
-    : FloatingPanel(QStringLiteral("Layers"), parent),
+    : FloatingPanel(tr("Layers"), parent),
       m_store(context.store),
       m_opacityEdit(context.store),
       m_opacity(new LabeledSlider(
-          {QStringLiteral("Opacity"),
-           QStringLiteral("Sets how much of the selected layer shows, in percent.")},
-          {0, 100}, this)) {
+          {tr("Opacity"), tr("Sets how much of the selected layer shows, in percent.")}, {0, 100},
+          this)) {
     m_opacity->stretchTrack();
     content()->addWidget(new LayerList(m_store, context.configureLayer, this), 1);
     content()->addWidget(m_opacity);

@@ -5,6 +5,7 @@
 #include "shell/looks/Style.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 
 namespace quillabrae::shell {
@@ -25,8 +26,8 @@ PanelButtons::PanelButtons(std::span<const PanelButton> table, PanelContext cont
         const bool isLeading = 2 * m_entries.size() < table.size();
         auto* button =
             new IconButton({.symbolName = QString::fromLatin1(row.symbol),
-                            .title = QString::fromLatin1(row.title),
-                            .help = QString::fromLatin1(row.help),
+                            .title = QCoreApplication::translate("PanelButton", row.title),
+                            .help = QCoreApplication::translate("PanelButton", row.help),
                             .extent = buttonExtent,
                             .iconExtent = Style::smallIcon,
                             .tooltipPlacement = isLeading ? HoverTooltipPlacement::aboveLeading

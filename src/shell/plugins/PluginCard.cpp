@@ -30,7 +30,8 @@ constexpr qreal featuredTitle = 1.7;
 constexpr int washStrength = 30;
 
 QString withTitle(const QString& verb, const effects::QuillabraePlugin& plugin) {
-    return verb + u' ' + plugin.title;
+    //: A verb and what it is done to, as in "Run Ink Press".
+    return PluginCard::tr("%1 %2").arg(verb, title(plugin));
 }
 
 QLabel* wrapped(QLabel* label) {
@@ -42,8 +43,8 @@ QLabel* wrapped(QLabel* label) {
 
 PluginCard::PluginCard(effects::QuillabraePlugin plugin, Kind kind, QWidget* parent)
     : QWidget(parent), m_plugin(std::move(plugin)), m_kind(kind) {
-    setAccessibleName(m_plugin.title);
-    setAccessibleDescription(m_plugin.tagline);
+    setAccessibleName(title(m_plugin));
+    setAccessibleDescription(tagline(m_plugin));
     if (m_kind == Kind::featured)
         addFeatured();
     else
@@ -83,8 +84,8 @@ void PluginCard::addFeatured() {
     row->addWidget(new PluginTile(m_plugin, featuredTile, this), 0, Qt::AlignVCenter);
     auto* column = new QVBoxLayout;
     column->setSpacing(Style::grid / 2);
-    column->addWidget(Labels::heading(QStringLiteral("EDITOR'S PICK"), this));
-    column->addWidget(Labels::title(m_plugin.title, featuredTitle, this));
+    column->addWidget(Labels::heading(tr("EDITOR'S PICK"), this));
+    column->addWidget(Labels::title(title(m_plugin), featuredTitle, this));
     addText(*column, 1.1);
     column->addSpacing(Style::grid);
     column->addWidget(makeButtons());
@@ -92,8 +93,8 @@ void PluginCard::addFeatured() {
 }
 
 void PluginCard::addText(QVBoxLayout& column, qreal titleFactor) {
-    column.addWidget(wrapped(Labels::title(m_plugin.tagline, titleFactor, this)));
-    column.addWidget(wrapped(Labels::muted(m_plugin.details, this)));
+    column.addWidget(wrapped(Labels::title(tagline(m_plugin), titleFactor, this)));
+    column.addWidget(wrapped(Labels::muted(details(m_plugin), this)));
 }
 
 QPushButton* PluginCard::makeButton(const QString& verb, const QString& help,
@@ -108,12 +109,10 @@ QPushButton* PluginCard::makeButton(const QString& verb, const QString& help,
 }
 
 QWidget* PluginCard::makeButtons() {
-    m_install = makeButton(QStringLiteral("Install"),
-                           QStringLiteral("Adds the plugin to the Plugins menu."),
+    m_install = makeButton(tr("Install"), tr("Adds the plugin to the Plugins menu."),
                            &PluginCard::installRequested);
-    m_run = makeButton(QStringLiteral("Run"), {}, &PluginCard::runRequested);
-    m_remove = makeButton(QStringLiteral("Remove"),
-                          QStringLiteral("Takes the plugin out of the Plugins menu."),
+    m_run = makeButton(tr("Run"), {}, &PluginCard::runRequested);
+    m_remove = makeButton(tr("Remove"), tr("Takes the plugin out of the Plugins menu."),
                           &PluginCard::removeRequested);
     if (m_kind == Kind::featured) {
         Style::markPrimary(*m_install);
@@ -132,9 +131,9 @@ QWidget* PluginCard::makeButtons() {
 void PluginCard::showState(State state) {
     const QWidget* focused = QApplication::focusWidget();
     const bool hadKeyboard = focused != nullptr && isAncestorOf(focused);
-    m_runTooltip->setText({withTitle(QStringLiteral("Run"), m_plugin),
-                           state.canRun ? QStringLiteral("Runs on the selected layer.")
-                                        : QStringLiteral("Open a project to run this plugin")});
+    m_runTooltip->setText(
+        {withTitle(tr("Run"), m_plugin), state.canRun ? tr("Runs on the selected layer.")
+                                                      : tr("Open a project to run this plugin")});
     m_run->setEnabled(state.canRun);
     m_install->setVisible(!state.isInstalled);
     m_run->setVisible(state.isInstalled);

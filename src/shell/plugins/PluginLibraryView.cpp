@@ -49,10 +49,11 @@ struct SideRow {
 
 std::vector<SideRow> sideRows() {
     std::vector<SideRow> rows{
-        {QStringLiteral("square.grid.2x2"), QStringLiteral("Discover"), effects::DiscoverPlugins{}},
-        {QStringLiteral("checkmark.circle"), QStringLiteral("Installed"),
+        {QStringLiteral("square.grid.2x2"), PluginLibraryView::tr("Discover"),
+         effects::DiscoverPlugins{}},
+        {QStringLiteral("checkmark.circle"), PluginLibraryView::tr("Installed"),
          effects::InstalledPlugins{}},
-        {{}, QStringLiteral("Categories"), std::nullopt},
+        {{}, PluginLibraryView::tr("Categories"), std::nullopt},
     };
     for (const QuillabraePluginCategory category : effects::allPluginCategories())
         rows.push_back({symbolName(category), title(category), category});
@@ -62,9 +63,9 @@ std::vector<SideRow> sideRows() {
 } // namespace
 
 Alert pluginFailureAlert(const QString& description) {
-    return {QStringLiteral("Plugin Library"),
-            description.isEmpty() ? QStringLiteral("Something went wrong.") : description,
-            {QStringLiteral("OK")}};
+    return {PluginLibraryView::tr("Plugin Library"),
+            description.isEmpty() ? PluginLibraryView::tr("Something went wrong.") : description,
+            {PluginLibraryView::tr("OK")}};
 }
 
 PluginLibraryView::PluginLibraryView(PluginLibraryContext context) : m_context(std::move(context)) {
@@ -92,12 +93,12 @@ void PluginLibraryView::buildSide(QVBoxLayout& column) {
     column.setContentsMargins(Style::grid, 2 * Style::grid, Style::grid, Style::grid);
     column.setSpacing(2 * Style::grid);
     m_search = new QLineEdit(this);
-    m_search->setPlaceholderText(QStringLiteral("Search plugins"));
-    m_search->setAccessibleName(QStringLiteral("Search plugins"));
+    m_search->setPlaceholderText(tr("Search plugins"));
+    m_search->setAccessibleName(tr("Search plugins"));
     m_search->setClearButtonEnabled(true);
     m_search->setTextMargins(Style::grid / 2, 0, Style::grid / 2, 0);
     column.addWidget(m_search);
-    m_side = new SideList(QStringLiteral("Library"), this);
+    m_side = new SideList(tr("Library"), this);
     TextSize::setFixedWidth(*m_side, sideWidth - 2 * Style::grid);
     for (const SideRow& row : sideRows()) {
         if (row.filter)

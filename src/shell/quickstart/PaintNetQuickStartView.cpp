@@ -55,7 +55,7 @@ QWidget* PaintNetQuickStartView::makeSteps() {
     TextSize::setFixedWidth(*side, stepsWidth);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(Style::grid, 2 * Style::grid, Style::grid, 2 * Style::grid);
-    m_steps = new SideList(QStringLiteral("Steps"), side);
+    m_steps = new SideList(tr("Steps"), side);
     for (const TourPage& page : tourPages())
         m_steps->addRow(QString::fromLatin1(page.symbolName), QString::fromLatin1(page.step));
     layout->addWidget(m_steps);
@@ -70,8 +70,8 @@ QWidget* PaintNetQuickStartView::makeFooter() {
     row->setContentsMargins(28, 0, 28, Style::grid);
     row->setSpacing(Style::grid);
     m_progress = Labels::muted({}, footer);
-    m_back = makeButton(QStringLiteral("Back"), footer);
-    m_next = makeButton(QStringLiteral("Next"), footer);
+    m_back = makeButton(tr("Back"), footer);
+    m_next = makeButton(tr("Next"), footer);
     m_next->setDefault(true);
     Style::markPrimary(*m_next);
     row->addWidget(m_progress, 1);
@@ -89,9 +89,9 @@ int PaintNetQuickStartView::page() const {
 void PaintNetQuickStartView::showPage(int index) {
     const bool isLast = index + 1 == m_pages->count();
     m_pages->setCurrentIndex(index);
-    m_progress->setText(QStringLiteral("Step %1 of %2").arg(index + 1).arg(m_pages->count()));
+    m_progress->setText(tr("Step %1 of %2").arg(index + 1).arg(m_pages->count()));
     m_back->setEnabled(index > 0);
-    m_next->setText(isLast ? QStringLiteral("Done") : QStringLiteral("Next"));
+    m_next->setText(isLast ? tr("Done") : tr("Next"));
 }
 
 void PaintNetQuickStartView::goOn() {

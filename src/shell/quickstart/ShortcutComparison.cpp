@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/quickstart/ShortcutComparison.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 
@@ -10,33 +12,34 @@ namespace {
 using enum CommandID;
 
 constexpr std::array others{
-    OtherShortcut{"New", "Ctrl+N", newProject},
-    OtherShortcut{"Open", "Ctrl+O", openProject},
-    OtherShortcut{"Save", "Ctrl+S", save},
-    OtherShortcut{"Save As", "Ctrl+Shift+S", saveAs},
-    OtherShortcut{"Close", "Ctrl+W", closeProject},
-    OtherShortcut{"Undo", "Ctrl+Z", undo},
-    OtherShortcut{"Redo", "Ctrl+Y", redo},
-    OtherShortcut{"Cut", "Ctrl+X", cut},
-    OtherShortcut{"Copy", "Ctrl+C", copy},
-    OtherShortcut{"Paste", "Ctrl+V", paste},
-    OtherShortcut{"Select All", "Ctrl+A", selectAll},
-    OtherShortcut{"Deselect", "Ctrl+D", dropSelection},
-    OtherShortcut{"Zoom In", "Ctrl++", zoomIn},
-    OtherShortcut{"Zoom Out", "Ctrl+-", zoomOut},
-    OtherShortcut{"Zoom to Window", "Ctrl+B", zoomToFit},
-    OtherShortcut{"Resize", "Ctrl+R", resize},
-    OtherShortcut{"Canvas Size", "Ctrl+Shift+R", canvasSize},
-    OtherShortcut{"Flatten", "Ctrl+Shift+F", std::nullopt},
-    OtherShortcut{"Add New Layer", "Ctrl+Shift+N", addLayer},
-    OtherShortcut{"Delete Layer", "Ctrl+Shift+Del", deleteLayer},
-    OtherShortcut{"Duplicate Layer", "Ctrl+Shift+D", duplicateLayer},
-    OtherShortcut{"Merge Layer Down", "Ctrl+M", mergeLayerDown},
-    OtherShortcut{"Rotate / Zoom", "Ctrl+Shift+Z", rotateZoom},
-    OtherShortcut{"Layer Properties", "F4", layerProperties},
-    OtherShortcut{"Invert Colors", "Ctrl+Shift+I", invert},
-    OtherShortcut{"Posterize", "Ctrl+Shift+P", std::nullopt},
-    OtherShortcut{"Repeat Effect", "Ctrl+F", repeatLastAction},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "New"), "Ctrl+N", newProject},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Open"), "Ctrl+O", openProject},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Save"), "Ctrl+S", save},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Save As"), "Ctrl+Shift+S", saveAs},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Close"), "Ctrl+W", closeProject},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Undo"), "Ctrl+Z", undo},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Redo"), "Ctrl+Y", redo},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Cut"), "Ctrl+X", cut},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Copy"), "Ctrl+C", copy},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Paste"), "Ctrl+V", paste},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Select All"), "Ctrl+A", selectAll},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Deselect"), "Ctrl+D", dropSelection},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Zoom In"), "Ctrl++", zoomIn},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Zoom Out"), "Ctrl+-", zoomOut},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Zoom to Window"), "Ctrl+B", zoomToFit},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Resize"), "Ctrl+R", resize},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Canvas Size"), "Ctrl+Shift+R", canvasSize},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Flatten"), "Ctrl+Shift+F", std::nullopt},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Add New Layer"), "Ctrl+Shift+N", addLayer},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Delete Layer"), "Ctrl+Shift+Del", deleteLayer},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Duplicate Layer"), "Ctrl+Shift+D",
+                  duplicateLayer},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Merge Layer Down"), "Ctrl+M", mergeLayerDown},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Rotate / Zoom"), "Ctrl+Shift+Z", rotateZoom},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Layer Properties"), "F4", layerProperties},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Invert Colors"), "Ctrl+Shift+I", invert},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Posterize"), "Ctrl+Shift+P", std::nullopt},
+    OtherShortcut{QT_TRANSLATE_NOOP("Shortcuts", "Repeat Effect"), "Ctrl+F", repeatLastAction},
 };
 
 const Command* commandWithKeys(const QKeySequence& keys) {
@@ -51,10 +54,11 @@ const Command* commandWithKeys(const QKeySequence& keys) {
 QString noteOn(const ComparedShortcut& shortcut, const Command* command) {
     QStringList words;
     if (command != nullptr && shortcut.here.isEmpty())
-        words << QStringLiteral("in the %1 menu").arg(QString::fromLatin1(title(command->menu)));
+        words
+            << QCoreApplication::translate("Shortcuts", "in the %1 menu").arg(title(command->menu));
     const Command* taken = commandWithKeys(shortcut.there);
     if (taken != nullptr && taken != command)
-        words << QStringLiteral("%1 is %2")
+        words << QCoreApplication::translate("Shortcuts", "%1 is %2")
                      .arg(shortcut.there.toString(QKeySequence::NativeText), plainTitle(*taken));
     return words.join(QStringLiteral("; "));
 }
@@ -62,7 +66,7 @@ QString noteOn(const ComparedShortcut& shortcut, const Command* command) {
 ComparedShortcut compare(const OtherShortcut& other) {
     const Command* command = other.command ? &shell::command(*other.command) : nullptr;
     ComparedShortcut compared;
-    compared.action = QString::fromLatin1(other.action);
+    compared.action = QCoreApplication::translate("Shortcuts", other.action);
     compared.there = QKeySequence(QString::fromLatin1(other.keys), QKeySequence::PortableText);
     if (command != nullptr) {
         const auto keys = shortcutsOf(*command);

@@ -9,20 +9,29 @@
 #include "shell/looks/Style.h"
 #include "shell/quickstart/ShortcutComparison.h"
 
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
+#include <algorithm>
+
 namespace quillabrae::shell::TourFigures {
 namespace {
+
+/// The context of this file's texts, for translators.
+struct TourTexts {
+    Q_DECLARE_TR_FUNCTIONS(TourTexts)
+};
 
 constexpr int toolColumns = 3;
 constexpr int sectionHeight = 34;
 constexpr int rowHeight = 24;
 constexpr int actionWidth = 152;
 constexpr int thereWidth = 116;
+constexpr int columnMargin = 8;
 
 enum Column : int { actionColumn, hereColumn, thereColumn, columnCount };
 
@@ -42,7 +51,7 @@ QString keysText(const QKeySequence& keys) {
 
 QTreeWidgetItem* addSection(QTreeWidget& table, const QString& title) {
     auto* section =
-        new QTreeWidgetItem(&table, {title, QStringLiteral("Here"), QStringLiteral("Paint.NET")});
+        new QTreeWidgetItem(&table, {title, TourTexts::tr("Here"), TourTexts::tr("Paint.NET")});
     QFont font = table.font();
     font.setWeight(QFont::DemiBold);
     for (int column = actionColumn; column < columnCount; ++column) {
@@ -71,6 +80,16 @@ void fitRows(QTreeWidget& table) {
     }
 }
 
+/// Gives a column its width, or more where a text of it needs that.
+void fitColumn(QTreeWidget& table, Column column, int least) {
+    int width = TextSize::scaled(least, table);
+    for (QTreeWidgetItemIterator item(&table); *item != nullptr; ++item) {
+        const QFontMetrics letters((*item)->font(column));
+        width = std::max(width, letters.horizontalAdvance((*item)->text(column)) + columnMargin);
+    }
+    table.setColumnWidth(column, width);
+}
+
 } // namespace
 
 QWidget* makeTools(QWidget* parent) {
@@ -89,10 +108,10 @@ QWidget* makeTools(QWidget* parent) {
 
 QWidget* makeShortcuts(QWidget* parent) {
     auto* table = new QTreeWidget(parent);
-    table->setAccessibleName(QStringLiteral("Shortcuts"));
+    table->setAccessibleName(TourTexts::tr("Shortcuts"));
     table->setColumnCount(columnCount);
     table->setHeaderLabels(
-        {QStringLiteral("Command"), QStringLiteral("Here"), QStringLiteral("Paint.NET")});
+        {TourTexts::tr("Command"), TourTexts::tr("Here"), TourTexts::tr("Paint.NET")});
     table->setRootIsDecorated(false);
     table->setIndentation(0);
     table->setItemsExpandable(false);
@@ -101,16 +120,16 @@ QWidget* makeShortcuts(QWidget* parent) {
     table->setFocusPolicy(Qt::TabFocus);
     table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    QTreeWidgetItem* different = addSection(*table, QStringLiteral("Different"));
-    QTreeWidgetItem* same = addSection(*table, QStringLiteral("The same"));
+    QTreeWidgetItem* different = addSection(*table, TourTexts::tr("Different"));
+    QTreeWidgetItem* same = addSection(*table, TourTexts::tr("The same"));
     for (const ComparedShortcut& shortcut : comparedShortcuts())
         addRow(shortcut.isSame() ? *same : *different, shortcut);
     table->header()->hide();
     table->header()->setStretchLastSection(false);
     table->header()->setSectionResizeMode(hereColumn, QHeaderView::Stretch);
     TextSize::follow(*table, [table] {
-        table->setColumnWidth(actionColumn, TextSize::scaled(actionWidth, *table));
-        table->setColumnWidth(thereColumn, TextSize::scaled(thereWidth, *table));
+        fitColumn(*table, actionColumn, actionWidth);
+        fitColumn(*table, thereColumn, thereWidth);
         fitRows(*table);
     });
     return table;

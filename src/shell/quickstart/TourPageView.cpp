@@ -26,7 +26,7 @@ TourPageView::TourPageView(const TourPage& page, QWidget* parent) : QWidget(pare
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(sideMargin, topMargin, sideMargin, 2 * Style::grid);
     column->setSpacing(2 * Style::grid);
-    column->addWidget(Labels::title(QString::fromLatin1(page.heading), headingFactor, this));
+    column->addWidget(Labels::title(tourText(page.heading), headingFactor, this));
     switch (page.figure) {
         case TourPage::Figure::widePicture:
             addWidePicture(page, *column);
@@ -62,8 +62,8 @@ void TourPageView::addTallPicture(const TourPage& page, QVBoxLayout& column) {
 }
 
 QWidget* TourPageView::makePicture(const TourPage& page, QSize room) {
-    return new TourPicture(QString::fromLatin1(page.pictureName),
-                           QString::fromLatin1(page.pictureText), room, this);
+    return new TourPicture(QString::fromLatin1(page.pictureName), tourText(page.pictureText), room,
+                           this);
 }
 
 QWidget* TourPageView::makePoints(const TourPage& page, int columns) {
@@ -86,7 +86,7 @@ QWidget* TourPageView::makePoint(const TourPoint& point) {
     auto* lines = new QVBoxLayout(widget);
     lines->setContentsMargins(0, 0, 0, 0);
     lines->setSpacing(2);
-    lines->addWidget(Labels::title(QString::fromLatin1(point.caption), 1.0, widget));
+    lines->addWidget(Labels::title(tourText(point.caption), 1.0, widget));
     QLabel* text = Labels::muted(withShortcuts(point.text), widget);
     text->setWordWrap(true);
     lines->addWidget(text);

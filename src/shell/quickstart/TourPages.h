@@ -10,7 +10,8 @@ namespace quillabrae::shell {
 
 struct TourPoint {
     const char* caption;
-    /// Plain words; the title of a command in braces stands for its keys.
+    /// Plain words; the English title of a command in braces stands for its keys, in every
+    /// language.
     const char* text;
 };
 
@@ -33,7 +34,9 @@ struct TourPage {
 
 std::span<const TourPage> tourPages();
 
-/// The text with the keys of the commands whose titles it has in braces.
+/// A text of the tour in the user's language.
+QString tourText(const char* text);
+/// The same with the keys of the commands whose titles it has in braces.
 QString withShortcuts(const char* text);
 
 } // namespace quillabrae::shell

@@ -8,6 +8,7 @@
 #include "shell/looks/Style.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,8 +26,9 @@ using platform::SecretOutcome;
 using platform::SecretStoreError;
 
 const auto connectionStatusKey = QStringLiteral("Quillabrae.openAIConnectionStatus");
-const auto connected = QStringLiteral("Connected with BYOK");
-const auto notConnected = QStringLiteral("Not connected");
+// Stored as they are, shown in the user's language.
+constexpr const char* connected = QT_TRANSLATE_NOOP("APIKeyPane", "Connected with BYOK");
+constexpr const char* notConnected = QT_TRANSLATE_NOOP("APIKeyPane", "Not connected");
 
 constexpr auto patience = 500ms;
 constexpr auto barStep = 33ms;
@@ -37,7 +39,7 @@ QUrl keyPage() {
 
 QString connectionStatus(const platform::Preferences& preferences) {
     const QString stored = preferences.value(connectionStatusKey).toString();
-    return stored.isEmpty() ? notConnected : stored;
+    return stored.isEmpty() ? QString::fromLatin1(notConnected) : stored;
 }
 
 } // namespace
@@ -55,13 +57,13 @@ APIKeyPane::APIKeyPane(const SettingsContext& context, QWidget* parent)
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
     connect(&m_patience, &QTimer::timeout, this, [this] {
-        showMessage(QStringLiteral("Waiting for the keychain..."));
+        showMessage(tr("Waiting for the keychain..."));
         m_bar->show();
         m_barTimer.start(barStep);
     });
     connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(-1.0); });
     // Until the store answers, what it said the last time.
-    m_hasSavedAPIKey = connectionStatus(m_context.preferences) == connected;
+    m_hasSavedAPIKey = connectionStatus(m_context.preferences) == QLatin1StringView(connected);
     loadAPIKey();
 }
 
@@ -79,16 +81,16 @@ void APIKeyPane::addStatus(QVBoxLayout& column) {
         grid->addWidget(value, row, 1);
         return value;
     };
-    m_connection = addRow(QStringLiteral("Status"));
+    m_connection = addRow(tr("Status"));
     m_connection->setObjectName(QStringLiteral("connectionStatus"));
-    m_keyState = addRow(QStringLiteral("API key"));
+    m_keyState = addRow(tr("API key"));
     m_keyState->setObjectName(QStringLiteral("keyState"));
     column.addLayout(grid);
 }
 
 void APIKeyPane::addField(QVBoxLayout& column) {
     m_field = new QLineEdit(this);
-    const QString title = QStringLiteral("Bring your own OpenAI API key");
+    const QString title = tr("Bring your own OpenAI API key");
     m_field->setAccessibleName(title);
     m_field->setPlaceholderText(QStringLiteral("sk-..."));
     m_field->setEchoMode(QLineEdit::Password);
@@ -96,7 +98,7 @@ void APIKeyPane::addField(QVBoxLayout& column) {
                                  Qt::ImhNoAutoUppercase);
     QLabel* label = Labels::body(title, this);
     label->setBuddy(m_field);
-    m_showsKey = new QCheckBox(QStringLiteral("Show API key"), this);
+    m_showsKey = new QCheckBox(tr("Show API key"), this);
     column.addWidget(label);
     column.addWidget(m_field);
     column.addWidget(m_showsKey);
@@ -108,9 +110,9 @@ void APIKeyPane::addField(QVBoxLayout& column) {
 }
 
 void APIKeyPane::addButtons(QVBoxLayout& column) {
-    m_save = new QPushButton(QStringLiteral("Save API Key"), this);
-    m_remove = new QPushButton(QStringLiteral("Remove Key"), this);
-    auto* get = new QPushButton(QStringLiteral("Get API Key..."), this);
+    m_save = new QPushButton(tr("Save API Key"), this);
+    m_remove = new QPushButton(tr("Remove Key"), this);
+    auto* get = new QPushButton(tr("Get API Key..."), this);
     Style::markPrimary(*m_save);
     auto* row = new QHBoxLayout;
     row->setSpacing(Style::grid);
@@ -129,7 +131,7 @@ void APIKeyPane::addMessage(QVBoxLayout& column) {
     m_message->setObjectName(QStringLiteral("keyStatusMessage"));
     m_message->setWordWrap(true);
     m_bar = new SlimBar(this);
-    m_bar->setAccessibleName(QStringLiteral("Waiting for the keychain..."));
+    m_bar->setAccessibleName(tr("Waiting for the keychain..."));
     m_bar->hide();
     column.addWidget(m_message);
     column.addWidget(m_bar);
@@ -182,13 +184,12 @@ void APIKeyPane::finishLoading(const SecretOutcome& outcome) {
     m_call.reset();
     const auto* error = std::get_if<SecretStoreError>(&outcome);
     m_hasSavedAPIKey = effects::OpenAIKeychainService::keyIn(outcome).has_value();
-    m_context.preferences.setValue(connectionStatusKey,
-                                   m_hasSavedAPIKey ? connected : notConnected);
+    m_context.preferences.setValue(
+        connectionStatusKey, QString::fromLatin1(m_hasSavedAPIKey ? connected : notConnected));
     if (error != nullptr)
         showMessage(error->description());
     else
-        showMessage(m_hasSavedAPIKey ? QStringLiteral("Saved in Keychain")
-                                     : QStringLiteral("No key saved"));
+        showMessage(m_hasSavedAPIKey ? tr("Saved in Keychain") : tr("No key saved"));
     showState();
 }
 
@@ -203,9 +204,9 @@ void APIKeyPane::showState() {
         m_barTimer.stop();
         m_bar->hide();
     }
-    m_connection->setText(connectionStatus(m_context.preferences));
-    m_keyState->setText(m_hasSavedAPIKey ? QStringLiteral("API key saved in Keychain")
-                                         : QStringLiteral("No key saved"));
+    const QByteArray status = connectionStatus(m_context.preferences).toUtf8();
+    m_connection->setText(QCoreApplication::translate("APIKeyPane", status.constData()));
+    m_keyState->setText(m_hasSavedAPIKey ? tr("API key saved in Keychain") : tr("No key saved"));
     m_save->setEnabled(!isWaiting && !m_field->text().trimmed().isEmpty());
     m_remove->setEnabled(!isWaiting);
 }

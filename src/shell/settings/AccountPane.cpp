@@ -37,9 +37,9 @@ AccountPane::AccountPane(QuillabraeAccountService& account, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2 * Style::grid);
     if (!m_account.isConfigured()) {
-        column->addWidget(note(QStringLiteral("This build of Quillabrae has no account service "
-                                              "configured, so nobody can sign in. Everything works "
-                                              "without an account."),
+        column->addWidget(note(tr("This build of Quillabrae has no account service "
+                                  "configured, so nobody can sign in. Everything works "
+                                  "without an account."),
                                this));
         return;
     }
@@ -75,10 +75,10 @@ void AccountPane::addUser(QVBoxLayout& column) {
 }
 
 void AccountPane::addButtons(QVBoxLayout& column) {
-    m_signIn = new QPushButton(QStringLiteral("Sign in"), this);
-    m_signOut = new QPushButton(QStringLiteral("Sign Out"), this);
-    m_cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    m_signIn->setAccessibleDescription(QStringLiteral("Opens the sign-in page in your browser."));
+    m_signIn = new QPushButton(tr("Sign in"), this);
+    m_signOut = new QPushButton(tr("Sign Out"), this);
+    m_cancel = new QPushButton(tr("Cancel"), this);
+    m_signIn->setAccessibleDescription(tr("Opens the sign-in page in your browser."));
     Style::markPrimary(*m_signIn);
     auto* row = new QHBoxLayout;
     row->setSpacing(Style::grid);
@@ -94,7 +94,7 @@ void AccountPane::addMessage(QVBoxLayout& column) {
     m_message = note({}, this);
     m_message->setObjectName(QStringLiteral("accountStatus"));
     m_bar = new SlimBar(this);
-    m_bar->setAccessibleName(QStringLiteral("Signing in or out"));
+    m_bar->setAccessibleName(tr("Signing in or out"));
     column.addWidget(m_message);
     column.addWidget(m_bar);
 }
@@ -103,11 +103,11 @@ void AccountPane::showUser() {
     const bool isSignedIn = m_account.isSignedIn();
     const bool hasName = !m_account.name().isEmpty();
     if (!isSignedIn)
-        m_name->setText(QStringLiteral("Not signed in"));
+        m_name->setText(tr("Not signed in"));
     else if (hasName)
         m_name->setText(m_account.name());
     else
-        m_name->setText(QStringLiteral("Signed in"));
+        m_name->setText(tr("Signed in"));
     m_email->setText(isSignedIn ? m_account.email() : QString());
     m_email->setVisible(!m_email->text().isEmpty());
 }

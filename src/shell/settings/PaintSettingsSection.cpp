@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/settings/PaintSettingsSection.h"
 
+#include <QCoreApplication>
+
 namespace quillabrae::shell {
 namespace {
 
@@ -13,12 +15,13 @@ struct Row {
 };
 
 constexpr std::array rows{
-    Row{account, "Account", "person.crop.circle"},
-    Row{canvas, "Canvas", "paintbrush"},
-    Row{historyAndRestore, "History & Restore", "clock.arrow.circlepath"},
-    Row{view, "View", "macwindow"},
-    Row{privacy, "Privacy", "hand.raised"},
-    Row{intelligence, "Intelligence", "sparkles"},
+    Row{account, QT_TRANSLATE_NOOP("Settings", "Account"), "person.crop.circle"},
+    Row{canvas, QT_TRANSLATE_NOOP("Settings", "Canvas"), "paintbrush"},
+    Row{historyAndRestore, QT_TRANSLATE_NOOP("Settings", "History & Restore"),
+        "clock.arrow.circlepath"},
+    Row{view, QT_TRANSLATE_NOOP("Settings", "View"), "macwindow"},
+    Row{privacy, QT_TRANSLATE_NOOP("Settings", "Privacy"), "hand.raised"},
+    Row{intelligence, QT_TRANSLATE_NOOP("Settings", "Intelligence"), "sparkles"},
 };
 
 const Row& row(PaintSettingsSection section) {
@@ -35,7 +38,7 @@ std::array<PaintSettingsSection, 6> allPaintSettingsSections() {
 }
 
 QString title(PaintSettingsSection section) {
-    return QString::fromLatin1(row(section).title);
+    return QCoreApplication::translate("Settings", row(section).title);
 }
 
 QString symbolName(PaintSettingsSection section) {

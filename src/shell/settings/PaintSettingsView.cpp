@@ -32,7 +32,7 @@ QScrollArea* makeFrame(QWidget* parent) {
 
 PaintSettingsView::PaintSettingsView(SettingsContext context)
     : m_context(std::move(context)),
-      m_sections(new SideList(QStringLiteral("Sections"), this)),
+      m_sections(new SideList(tr("Sections"), this)),
       m_panes(new QStackedWidget(this)) {
     for (const PaintSettingsSection section : allPaintSettingsSections()) {
         m_sections->addRow(symbolName(section), title(section));

@@ -11,6 +11,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 
@@ -21,11 +22,15 @@ constexpr qreal titleFactor = 1.4;
 constexpr int rowSpacing = 14;
 constexpr int menuWidth = 168;
 
+QString words(const char* text) {
+    return QCoreApplication::translate("Settings", text);
+}
+
 /// A menu with its title before it.
 QComboBox* addMenu(const char* title, QVBoxLayout& layout) {
     QWidget* parent = layout.parentWidget();
     auto* menu = new QComboBox(parent);
-    const QString text = QString::fromLatin1(title);
+    const QString text = words(title);
     menu->setAccessibleName(text);
     menu->setMinimumWidth(menuWidth);
     QLabel* label = Labels::body(text, parent);
@@ -79,7 +84,7 @@ void SettingsPane::turn(const ToggleSetting& setting, bool isOn) {
 }
 
 SettingsPane::Show SettingsPane::makeRow(const ToggleSetting& setting, QVBoxLayout& layout) {
-    auto* box = new QCheckBox(QString::fromLatin1(setting.title), this);
+    auto* box = new QCheckBox(words(setting.title), this);
     layout.addWidget(box);
     connect(box, &QCheckBox::clicked, this, [this, &setting](bool isOn) { turn(setting, isOn); });
     return [this, box, &setting] { box->setChecked(isOn(setting)); };
@@ -93,8 +98,7 @@ void SettingsPane::choose(const ChoiceSetting& setting, int value) {
 SettingsPane::Show SettingsPane::makeRow(const ChoiceSetting& setting, QVBoxLayout& layout) {
     QComboBox* menu = addMenu(setting.title, layout);
     for (const int value : setting.values)
-        menu->addItem(QStringLiteral("%1 %2").arg(QString::number(value),
-                                                  QString::fromLatin1(setting.suffix)),
+        menu->addItem(QCoreApplication::translate("Settings", setting.words, nullptr, value),
                       value);
     connect(menu, &QComboBox::activated, this,
             [this, menu, &setting](int item) { choose(setting, menu->itemData(item).toInt()); });
@@ -104,9 +108,8 @@ SettingsPane::Show SettingsPane::makeRow(const ChoiceSetting& setting, QVBoxLayo
 }
 
 SettingsPane::Show SettingsPane::makeRow(const SliderSetting& setting, QVBoxLayout& layout) {
-    auto* slider =
-        new SliderRow(QString::fromLatin1(setting.title), QString::fromLatin1(setting.unit),
-                      {setting.minimum, setting.maximum, 1.0}, this);
+    auto* slider = new SliderRow(words(setting.title), words(setting.unit),
+                                 {setting.minimum, setting.maximum, 1.0}, this);
     layout.addWidget(slider);
     connect(slider, &SliderRow::valueSettled, this, [this, field = setting.field](double value) {
         m_context.store.editSettings([&](auto& settings) { settings.*field = value; });
@@ -135,7 +138,7 @@ SettingsPane::Show SettingsPane::makeRow(const ToolSetting& setting, QVBoxLayout
 }
 
 SettingsPane::Show SettingsPane::makeRow(const NoteSetting& setting, QVBoxLayout& layout) {
-    QLabel* note = Labels::muted(QString::fromLatin1(setting.text), this);
+    QLabel* note = Labels::muted(words(setting.text), this);
     note->setWordWrap(true);
     layout.addWidget(note);
     return [] {};

@@ -6,6 +6,8 @@
 #include "shell/settings/AccountPane.h"
 #include "store/ProjectStore.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace quillabrae::shell {
@@ -24,29 +26,29 @@ const std::array<Setting, 1> accountPane{
     CustomSetting{makeAccountPane},
 };
 const std::array<Setting, 4> canvasPane{
-    ToggleSetting{"Ask before flattening layers when saving images", PreferenceSwitch{"Quillabrae.confirmBeforeFlattening", true}},
-    ToggleSetting{"Show pixel grid", &Settings::showsPixelGrid},
-    ToolSetting{"Default tool"},
-    SliderSetting{"Brush size", "px", 1, 512, &Settings::brushSize},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Ask before flattening layers when saving images"), PreferenceSwitch{"Quillabrae.confirmBeforeFlattening", true}},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Show pixel grid"), &Settings::showsPixelGrid},
+    ToolSetting{QT_TRANSLATE_NOOP("Settings", "Default tool")},
+    SliderSetting{QT_TRANSLATE_NOOP("Settings", "Brush size"), QT_TRANSLATE_NOOP("Settings", "px"), 1, 512, &Settings::brushSize},
 };
 const std::array<Setting, 4> historyPane{
-    ToggleSetting{"Restore recovery session on launch", PreferenceSwitch{"Quillabrae.restoreRecoveryOnLaunch", true}, rewriteRecoveryFile},
-    ToggleSetting{"Keep edit history in recovered projects", PreferenceSwitch{"Quillabrae.keepRecoveryHistory", true}, rewriteRecoveryFile},
-    ChoiceSetting{"History entries per project", "Quillabrae.recoveryHistoryEntryLimit", historyEntryLimits, "steps",
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Restore recovery session on launch"), PreferenceSwitch{"Quillabrae.restoreRecoveryOnLaunch", true}, rewriteRecoveryFile},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Keep edit history in recovered projects"), PreferenceSwitch{"Quillabrae.keepRecoveryHistory", true}, rewriteRecoveryFile},
+    ChoiceSetting{QT_TRANSLATE_NOOP("Settings", "History entries per project"), "Quillabrae.recoveryHistoryEntryLimit", historyEntryLimits, QT_TRANSLATE_N_NOOP("Settings", "%n steps"),
                   persistence::RecoveryPreferences::historyEntryLimit, rewriteRecoveryFile},
-    NoteSetting{"Recovery history stores recent full-project snapshots. Quillabrae may keep fewer entries for large projects to keep recovery storage near 256 MB on disk."},
+    NoteSetting{QT_TRANSLATE_NOOP("Settings", "Recovery history stores recent full-project snapshots. Quillabrae may keep fewer entries for large projects to keep recovery storage near 256 MB on disk.")},
 };
 const std::array<Setting, 1> viewPane{
-    ToggleSetting{"Show welcome window when reopening from Dock", PreferenceSwitch{"Quillabrae.showWelcomeOnDockReopen", true}},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Show welcome window when reopening from Dock"), PreferenceSwitch{"Quillabrae.showWelcomeOnDockReopen", true}},
 };
 const std::array<Setting, 2> privacyPane{
-    ToggleSetting{"Share anonymous usage data", PreferenceSwitch{"Quillabrae.shareAnonymousUsageData", true}},
-    NoteSetting{"Helps improve Quillabrae by sharing anonymous first-launch, app version, and feature-usage events. Filenames, images, prompts, account details, and persistent identifiers are never included."},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Share anonymous usage data"), PreferenceSwitch{"Quillabrae.shareAnonymousUsageData", true}},
+    NoteSetting{QT_TRANSLATE_NOOP("Settings", "Helps improve Quillabrae by sharing anonymous first-launch, app version, and feature-usage events. Filenames, images, prompts, account details, and persistent identifiers are never included.")},
 };
 const std::array<Setting, 3> intelligencePane{
     CustomSetting{makeAPIKeyPane},
-    ToggleSetting{"Enable generative fill when API key is saved", PreferenceSwitch{"Quillabrae.enableFutureGenerativeFill", false}},
-    ToggleSetting{"Send selected pixels as edit context", PreferenceSwitch{"Quillabrae.sendSelectionContextToAI", true}},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Enable generative fill when API key is saved"), PreferenceSwitch{"Quillabrae.enableFutureGenerativeFill", false}},
+    ToggleSetting{QT_TRANSLATE_NOOP("Settings", "Send selected pixels as edit context"), PreferenceSwitch{"Quillabrae.sendSelectionContextToAI", true}},
 };
 // clang-format on
 

@@ -59,8 +59,8 @@ struct ChoiceSetting {
     const char* title;
     const char* key;
     std::span<const int> values;
-    /// Behind each number.
-    const char* suffix;
+    /// Each number in words, with the number as %n.
+    const char* words;
     int (*current)(const platform::Preferences& preferences);
     SettingEffect changed = nullptr;
 };

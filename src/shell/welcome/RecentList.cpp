@@ -14,7 +14,7 @@ namespace quillabrae::shell {
 
 RecentList::RecentList(store::ProjectStore& store, WindowCoordinator& windows, QWidget* parent)
     : QScrollArea(parent), m_store(store), m_windows(windows) {
-    setAccessibleName(QStringLiteral("Recent projects"));
+    setAccessibleName(tr("Recent projects"));
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -52,11 +52,9 @@ QWidget* RecentList::makeEmptyRecents() {
     auto* layout = new QVBoxLayout(empty);
     layout->setContentsMargins(0, 3 * Style::grid, 0, 3 * Style::grid);
     layout->setSpacing(Style::grid / 2);
-    layout->addWidget(Labels::body(QStringLiteral("No recent projects yet"), empty), 0,
+    layout->addWidget(Labels::body(tr("No recent projects yet"), empty), 0, Qt::AlignHCenter);
+    layout->addWidget(Labels::muted(tr("Saved and opened projects will appear here."), empty), 0,
                       Qt::AlignHCenter);
-    layout->addWidget(
-        Labels::muted(QStringLiteral("Saved and opened projects will appear here."), empty), 0,
-        Qt::AlignHCenter);
     return empty;
 }
 

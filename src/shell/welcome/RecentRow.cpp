@@ -20,7 +20,7 @@ constexpr int removeExtent = 24;
 RecentRow::RecentRow(const WelcomeContent::Recent& recent, QWidget* parent)
     : QAbstractButton(parent), m_title(recent.project.title), m_folder(recent.folder) {
     auto* remove = new IconButton({.symbolName = QStringLiteral("xmark"),
-                                   .title = QStringLiteral("Remove from recents"),
+                                   .title = tr("Remove from recents"),
                                    .help = {},
                                    .extent = removeExtent,
                                    .iconExtent = Style::smallIcon,

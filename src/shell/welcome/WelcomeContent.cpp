@@ -9,11 +9,6 @@
 namespace quillabrae::shell {
 namespace {
 
-/// What the editor reported of work that went well is no news here.
-bool isFailure(const QString& status) {
-    return status.contains(QLatin1StringView(" failed: "));
-}
-
 QString shortFolder(const QUrl& file) {
     if (!file.isLocalFile())
         return file.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash).toDisplayString();
@@ -31,7 +26,8 @@ WelcomeContent WelcomeContent::of(const store::ProjectStore& store) {
         content.recents.push_back({recent, shortFolder(recent.url)});
     }
     content.offersClosedWork = store.hasClosedWork();
-    if (isFailure(store.statusMessage())) content.status = store.statusMessage();
+    // What the editor reported of work that went well is no news here.
+    if (store.statusKind() == store::StatusKind::failure) content.status = store.statusMessage();
     return content;
 }
 

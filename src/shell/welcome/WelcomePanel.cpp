@@ -57,8 +57,8 @@ WelcomePanel::WelcomePanel(store::ProjectStore& store, WindowCoordinator& window
 
 void WelcomePanel::build(QVBoxLayout& layout) {
     m_closeButton = new IconButton({.symbolName = QStringLiteral("xmark"),
-                                    .title = QStringLiteral("Close"),
-                                    .help = QStringLiteral("Closes this panel."),
+                                    .title = tr("Close"),
+                                    .help = tr("Closes this panel."),
                                     .extent = closeExtent,
                                     .iconExtent = Style::smallIcon},
                                    this);
@@ -71,24 +71,24 @@ void WelcomePanel::build(QVBoxLayout& layout) {
     buildButtons(layout);
     layout.addSpacing(2 * Style::grid);
 
-    auto* tour = new ActionRow(
-        {.symbolName = QStringLiteral("graduationcap"),
-         .heading = QStringLiteral("Coming from Paint.NET?"),
-         .text = QStringLiteral("Your muscle memory already knows most of this workspace."),
-         .link = QStringLiteral("Take the 60-second workspace tour"),
-         .help = QStringLiteral("Open the Paint.NET quick-start guide")},
-        this);
+    auto* tour =
+        new ActionRow({.symbolName = QStringLiteral("graduationcap"),
+                       .heading = tr("Coming from Paint.NET?"),
+                       .text = tr("Your muscle memory already knows most of this workspace."),
+                       .link = tr("Take the 60-second workspace tour"),
+                       .help = tr("Open the Paint.NET quick-start guide")},
+                      this);
     connect(tour, &QAbstractButton::clicked, this, [this] { m_windows.showPaintNetQuickStart(); });
     layout.addWidget(tour);
     layout.addSpacing(Style::grid);
 
-    m_closedWork = new ActionRow(
-        {.symbolName = QStringLiteral("clock.arrow.circlepath"),
-         .heading = QStringLiteral("Reopen Closed Work"),
-         .text = QStringLiteral("Unsaved tabs of the window that was closed."),
-         .link = {},
-         .help = QStringLiteral("Brings back the tabs and their history as they were.")},
-        this);
+    m_closedWork =
+        new ActionRow({.symbolName = QStringLiteral("clock.arrow.circlepath"),
+                       .heading = tr("Reopen Closed Work"),
+                       .text = tr("Unsaved tabs of the window that was closed."),
+                       .link = {},
+                       .help = tr("Brings back the tabs and their history as they were.")},
+                      this);
     m_closedWork->setObjectName(QStringLiteral("reopenClosedWork"));
     connect(
         m_closedWork, &QAbstractButton::clicked, this, [this] { m_windows.reopenClosedWork(); },
@@ -96,7 +96,7 @@ void WelcomePanel::build(QVBoxLayout& layout) {
     layout.addWidget(m_closedWork);
     layout.addSpacing(2 * Style::grid);
 
-    layout.addWidget(Labels::heading(QStringLiteral("Recent"), this));
+    layout.addWidget(Labels::heading(tr("Recent"), this));
     layout.addSpacing(Style::grid / 2);
     m_recents = new RecentList(m_store, m_windows, this);
     layout.addWidget(m_recents, 1);
@@ -116,7 +116,7 @@ void WelcomePanel::buildHeader(QVBoxLayout& layout) {
     names->setSpacing(0);
     names->addStretch();
     names->addWidget(Labels::title(QStringLiteral("Quillabrae"), 2.2, this));
-    names->addWidget(Labels::muted(QStringLiteral("Native pixel editor"), this));
+    names->addWidget(Labels::muted(tr("Native pixel editor"), this));
     names->addStretch();
     row->addLayout(names, 1);
     layout.addLayout(row);
@@ -125,12 +125,10 @@ void WelcomePanel::buildHeader(QVBoxLayout& layout) {
 void WelcomePanel::buildButtons(QVBoxLayout& layout) {
     auto* row = new QHBoxLayout;
     row->setSpacing(Style::grid);
-    QPushButton* create =
-        makeButton(QString::fromLatin1(command(CommandID::newProject).title), this);
+    QPushButton* create = makeButton(title(command(CommandID::newProject)), this);
     create->setDefault(true);
     Style::markPrimary(*create);
-    QPushButton* open =
-        makeButton(QString::fromLatin1(command(CommandID::openProject).title), this);
+    QPushButton* open = makeButton(title(command(CommandID::openProject)), this);
     connect(create, &QPushButton::clicked, this, [this] { m_windows.createNewProject(); });
     connect(open, &QPushButton::clicked, this, [this] { m_windows.openProjectFromPanel(); });
     row->addWidget(create, 1);

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every window and dialog in languages with longer words, one of which runs from right to left.
+#include "effects/OpenAIKeychainService.h"
+#include "platform/PackageInstaller.h"
+#include "platform/Translations.h"
+#include "services/AppUpdateService.h"
+#include "services/FeedbackAttachmentService.h"
+#include "services/FeedbackService.h"
+#include "shell/ClippedTexts.h"
+#include "shell/ShellTest.h"
+#include "shell/TestAccount.h"
+#include "shell/app/DesktopWindows.h"
+#include "shell/dialogs/AlignObjectDialog.h"
+#include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/FeedbackDialogView.h"
+#include "shell/dialogs/GenerativeFillDialog.h"
+#include "shell/dialogs/LayerPropertiesDialog.h"
+#include "shell/dialogs/NewProjectDialog.h"
+#include "shell/dialogs/ResizeDialog.h"
+#include "shell/dialogs/RotateZoomDialog.h"
+#include "shell/dialogs/SVGSizeDialogView.h"
+#include "shell/looks/SystemMotion.h"
+#include "shell/quickstart/PaintNetQuickStartView.h"
+#include "shell/settings/PaintSettingsView.h"
+#include "support/PseudoLanguages.h"
+
+#include <QListWidget>
+#include <QPushButton>
+
+namespace quillabrae::shell {
+namespace {
+
+class PseudoLanguageTest : public ShellTest, public testing::WithParamInterface<QString> {
+protected:
+    class NoInstaller final : public platform::PackageInstaller {
+    public:
+        HandOver install(const QString&) override { return HandOver::noInstaller; }
+    };
+
+    PseudoLanguageTest() {
+        makeShell();
+        makeProject(*store);
+        store->addLayer();
+        updates = std::make_unique<services::AppUpdateService>(
+            services::UpdateSource::from(QUrl(QStringLiteral("https://example.org/feed")),
+                                         QString::fromLatin1(QByteArray(32, 'k').toBase64()),
+                                         QStringLiteral("1.0")),
+            services::AppUpdater::Environment{http, installer, folder.filePath(QStringLiteral("u")),
+                                              platform::makeDirectLatestWork},
+            preferences, clock);
+        screen = std::make_unique<DesktopWindows>(settings(), motion, *updates);
+    }
+
+    SettingsContext settings() {
+        return {*store, preferences, keychain, [](const QUrl&) {}, *account.none};
+    }
+
+    /// Shows it and looks for texts that are cut off.
+    static void expectWhole(QWidget& window, const QString& name) {
+        window.show();
+        runDeferred();
+        EXPECT_EQ(clippedTexts(window).join(u'\n').toStdString(), "") << name.toStdString();
+    }
+
+    platform::Translations language{{GetParam()}};
+    tests::ScriptedHttpClient http;
+    NoInstaller installer;
+    TestAccount account;
+    effects::OpenAIKeychainService keychain{account.secrets};
+    SystemMotion motion;
+    std::unique_ptr<services::AppUpdateService> updates;
+    std::unique_ptr<DesktopWindows> screen;
+};
+
+TEST_P(PseudoLanguageTest, TheEditorShowsEveryToolsTexts) {
+    const auto window = screen->makeWindow(WindowRole::editor, *coordinator);
+    for (const model::PaintTool tool : model::allPaintTools()) {
+        store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
+        expectWhole(*window, model::title(tool));
+    }
+    window->resize(window->minimumSize());
+    for (const model::PaintTool tool : model::allPaintTools()) {
+        store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
+        expectWhole(*window, model::title(tool) + QStringLiteral(", smallest"));
+    }
+}
+
+TEST_P(PseudoLanguageTest, TheEmptyEditorShowsItsTexts) {
+    store->closeProject(*store->activeProjectID());
+    const auto window = screen->makeWindow(WindowRole::editor, *coordinator);
+    expectWhole(*window, QStringLiteral("empty"));
+}
+
+TEST_P(PseudoLanguageTest, TheWelcomeWindowShowsItsTexts) {
+    const auto window = screen->makeWindow(WindowRole::welcome, *coordinator);
+    expectWhole(*window, QStringLiteral("first"));
+    store->setStatusMessage(QStringLiteral("Open failed: image could not be read"),
+                            store::StatusKind::failure);
+    saveTo(*store, QStringLiteral("boat.quillabrae"));
+    expectWhole(*window, QStringLiteral("with a recent project"));
+}
+
+TEST_P(PseudoLanguageTest, TheTourShowsItsTexts) {
+    const auto window = screen->makeWindow(WindowRole::paintNetQuickStart, *coordinator);
+    auto* steps = window->findChild<QListWidget*>();
+    ASSERT_NE(steps, nullptr);
+    for (int step = 0; step < steps->count(); ++step) {
+        steps->setCurrentRow(step);
+        expectWhole(*window, steps->item(step)->text());
+    }
+}
+
+TEST_P(PseudoLanguageTest, TheSettingsShowTheirTexts) {
+    const auto window = screen->makeWindow(WindowRole::settings, *coordinator);
+    for (const auto section : allPaintSettingsSections()) {
+        dynamic_cast<PaintSettingsView&>(*window).showSection(section);
+        expectWhole(*window, title(section));
+    }
+}
+
+TEST_P(PseudoLanguageTest, ThePluginLibraryShowsItsTexts) {
+    const auto window = screen->makeWindow(WindowRole::pluginLibrary, *coordinator);
+    expectWhole(*window, QStringLiteral("library"));
+    window->resize(window->minimumSize());
+    expectWhole(*window, QStringLiteral("the smallest library"));
+}
+
+TEST_P(PseudoLanguageTest, TheDialogsShowTheirTexts) {
+    NewProjectDialog project({900, 620});
+    expectWhole(project, QStringLiteral("new project"));
+    NewProjectDialog tooLarge({90'000, 62'000});
+    expectWhole(tooLarge, QStringLiteral("new project, too large"));
+    for (const auto mode : {ResizeDialogMode::image, ResizeDialogMode::canvas}) {
+        ResizeDialog resize({.mode = mode,
+                             .canvasSize = {900, 620},
+                             .resolutionDPI = 96,
+                             .anchor = model::CanvasAnchor::center});
+        expectWhole(resize, QStringLiteral("resize"));
+    }
+    AlignObjectDialog align([](store::AlignObjectAction) {});
+    expectWhole(align, QStringLiteral("align"));
+    ColorRemovalDialog removal(store->settings(), [](const store::ColorRemovalSettings&) {});
+    expectWhole(removal, QStringLiteral("color removal"));
+    RotateZoomDialog rotate;
+    expectWhole(rotate, QStringLiteral("rotate"));
+    LayerPropertiesDialog layer(store::LayerPropertiesDialogResult{});
+    expectWhole(layer, QStringLiteral("layer properties"));
+    GenerativeFillDialog fill(*store);
+    expectWhole(fill, QStringLiteral("generative fill"));
+    SVGSizeDialogView svg({900, 620});
+    expectWhole(svg, QStringLiteral("import svg"));
+}
+
+TEST_P(PseudoLanguageTest, TheFeedbackDialogShowsItsTexts) {
+    const services::FeedbackService service(http, services::WebService({}), {});
+    services::FeedbackAttachmentService attachments({});
+    FeedbackDialogView dialog({service, attachments, [](QWidget*) { return std::nullopt; }});
+    expectWhole(dialog, QStringLiteral("feedback"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, PseudoLanguageTest,
+                         testing::Values(QStringLiteral("en"), longLanguage(),
+                                         rightToLeftLanguage()),
+                         [](const auto& language) { return language.param.toStdString(); });
+
+} // namespace
+} // namespace quillabrae::shell
