@@ -85,10 +85,11 @@ DIALOGS = {
         "settings-privacy", "settings-view", "welcome-recents")
 } | {"quick-start": "quick-start-1-workspace"}
 # Parts of the editor window, in pixels.
+MANY_COLORS = ("panel-colors", "tool-color-picker")
 PARTS = {
     "panel-history": ("editor-history", (918, 124, 1154, 376)),
     "panel-layers": ("editor-history", (918, 386, 1154, 767)),
-    "panel-colors": ("editor-colors", (0, 430, 560, 780)),
+    "panel-colors": ("editor-colors", (4, 545, 594, 774)),
     "options-text": ("editor-text", (560, 70, 1180, 108)),
 }
 # From below the folder that it happens to show.
@@ -100,8 +101,8 @@ WHOLE = {"editor": "editor", "selection": "editor-selection", "library": "plugin
 def save(picture, file):
     file.parent.mkdir(parents=True, exist_ok=True)
     picture = picture.convert("RGB")
-    if file.parent == PICTURES:
-        # 256 colours spread wide are plenty even for the wheel of colours, and a third of the bytes.
+    if file.parent == PICTURES and file.stem not in MANY_COLORS:
+        # 256 colours spread wide are plenty, and a third of the bytes.
         picture = picture.quantize(256, Image.Quantize.MAXCOVERAGE, kmeans=2,
                                    dither=Image.Dither.NONE)
     picture.save(file, optimize=True)

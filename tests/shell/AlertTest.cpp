@@ -3,6 +3,7 @@
 #include "store/StoreTest.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -27,6 +28,19 @@ TEST(Alert, HasTheWordsForFlattening) {
                              "unchanged."));
     EXPECT_EQ(alert.buttons,
               QStringList({QStringLiteral("Save Flattened Image"), QStringLiteral("Cancel")}));
+}
+
+TEST(Alert, ShowsEachLineOfItsWords) {
+    int labels = 0;
+    runWith(Alerts::flattenBeforeSaving(3), [&](QWidget& window) {
+        for (const QLabel* label : window.findChildren<QLabel*>()) {
+            EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                << qPrintable(label->text());
+            ++labels;
+        }
+        window.close();
+    });
+    EXPECT_EQ(labels, 2);
 }
 
 TEST(Alert, HasTheWordsForReplacing) {

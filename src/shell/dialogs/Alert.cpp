@@ -51,9 +51,13 @@ int runAlert(const Alert& alert, QWidget* parent) {
     QLabel* text = Labels::muted(alert.informativeText, &dialog);
     for (QLabel* label : {message, text}) {
         label->setWordWrap(true);
-        TextSize::setFixedWidth(*label, textWidth);
         layout->addWidget(label);
     }
+    // One width for both: the height of the one is reckoned at the width of the wider.
+    TextSize::follow(dialog, [&dialog, message, text] {
+        for (QLabel* label : {message, text})
+            label->setFixedWidth(TextSize::scaled(textWidth, dialog));
+    });
     layout->addSpacing(Style::grid);
     layout->addLayout(makeButtons(alert.buttons, dialog));
     const int answer = dialog.exec();
