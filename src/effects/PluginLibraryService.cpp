@@ -88,6 +88,8 @@ void PluginLibraryService::install(const QuillabraePlugin& plugin) {
     if (!row || *row != plugin) throw PluginLibraryError(Reason::pluginNotInCatalog);
     const QString folder = folderOf(plugin.id);
     try {
+        // A link would have the manifest written elsewhere.
+        if (QFileInfo(folder).isSymLink()) m_fileOperations.removeTree(folder);
         m_fileOperations.makePath(folder);
     } catch (const FileOperationError& error) {
         throw PluginLibraryError(Reason::installFailed, error.description());

@@ -3,6 +3,7 @@
 
 #include "persistence/AppPersistenceService.h"
 #include "platform/FileOperations.h"
+#include "platform/PrivateFile.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -105,7 +106,7 @@ void RecoveryFolder::claimNumber() {
     // Where there was no lock to be had before, there may be one now.
     if (m_own.lock.isHeld()) return;
     try {
-        platform::systemFileOperations().makePath(m_folder);
+        platform::makePrivateFolder(m_folder);
     } catch (const platform::FileOperationError&) {
         // Then there is neither a lock nor, for now, a file.
     }

@@ -4,6 +4,7 @@
 #include "persistence/BlockSink.h"
 #include "persistence/FileError.h"
 #include "platform/FileOperations.h"
+#include "platform/PrivateFile.h"
 #include "platform/WriteBack.h"
 
 #include <QFile>
@@ -96,7 +97,7 @@ void rewriteFile(const QString& target, const std::function<void(model::ByteSink
     const Names names(target);
     const QString writing = names.newWriting();
     try {
-        files.makePath(names.folder());
+        platform::makePrivateFolder(names.folder());
         removeKilledWrites(files, names);
         takeSpare(files, names, writing);
         writeContent(names, writing, write);

@@ -21,8 +21,8 @@
 namespace quillabrae::persistence {
 
 /// Gives `target` the content that `write` streams, or leaves it as it was and nothing beside it.
-/// Makes the folder when it is missing, and takes away what killed writes have left. Only the
-/// file's owner can read it. Throws FileError, and what `write` throws.
+/// Makes the folder when it is missing, closes it to other users, and takes away what killed writes
+/// have left. Only the file's owner can read it. Throws FileError, and what `write` throws.
 void rewriteFile(const QString& target, const std::function<void(model::ByteSink&)>& write);
 
 /// Where the content that the present one replaced stands, if it does.

@@ -2,6 +2,8 @@
 // WebP through the program `cwebp`, for systems whose Qt does not write it.
 #include "persistence/FileError.h"
 #include "persistence/ImageWriters.h"
+#include "platform/PrivateFile.h"
+#include "raster/PngCodec.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -78,10 +80,11 @@ void writeWebPWithEncoder(const raster::RasterImage& picture, platform::DurableF
                                  "the cwebp command-line encoder."));
     const TemporaryFile input(temporaryFolder, QLatin1StringView(".png"));
     const TemporaryFile output(temporaryFolder, QLatin1StringView(".webp"));
-    const auto png = platform::systemFileOperations().createFile(input.path());
-    platform::WorkControl ofPng;
-    writePng(picture, *png, ofPng);
-    png->finish();
+    const model::PngBytes png = raster::encodePng(picture);
+    if (png.isEmpty()) throw FileError(encodingFailed());
+    platform::createPrivateFile(input.path(), png.toByteArray(), platform::Reaching::later);
+    // The encoder writes into what is there, so that what it writes is private too.
+    platform::createPrivateFile(output.path(), QByteArray(), platform::Reaching::later);
     runEncoder(encoder, input.path(), output.path(), control);
     QFile encoded(output.path());
     if (!encoded.open(QIODevice::ReadOnly) || encoded.size() == 0)

@@ -15,7 +15,7 @@ namespace {
 
 int openedForLocking(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
-    const int file = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+    const int file = ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     // One that another user made in this folder can be locked all the same.
     if (file < 0 && errno == EACCES)
         return ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);

@@ -70,15 +70,13 @@ void removeLeft(const Names& names) {
     for (const QString& name : names.left()) QFile::remove(folder.filePath(name));
 }
 
-/// Its folder is private, so that a file is before its rights are set.
 bool makeFolder(const QString& folder) {
     try {
-        systemFileOperations().makePath(QFileInfo(folder).path());
+        makePrivateFolder(folder);
     } catch (const FileOperationError&) {
         return false;
     }
-    static_cast<void>(::mkdir(QFile::encodeName(folder).constData(), S_IRWXU));
-    return QFileInfo(folder).isDir();
+    return true;
 }
 
 bool isReadable(const QString& path) {

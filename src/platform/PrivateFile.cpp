@@ -30,7 +30,7 @@ auto retrying(Call&& call) {
     return result;
 }
 
-bool isWritten(int file, const QByteArray& bytes) {
+bool isWritten(int file, const QByteArray& bytes, Reaching disk) {
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t written = retrying([&] {
             return ::write(file, bytes.constData() + done,
@@ -39,27 +39,42 @@ bool isWritten(int file, const QByteArray& bytes) {
         if (written < 0) return false;
         done += written;
     }
-    return retrying([&] { return ::fsync(file); }) == 0;
+    return disk == Reaching::later || retrying([&] { return ::fsync(file); }) == 0;
 }
 
 } // namespace
 
-void createPrivateFile(const QString& path, const QByteArray& bytes) {
+void makePrivateFolder(const QString& folder) {
+    systemFileOperations().makePath(QFileInfo(folder).path());
+    const QByteArray name = QFile::encodeName(folder);
+    if (retrying([&] { return ::mkdir(name.constData(), ownFolder); }) == 0) return;
+    const int reason = errno;
+    struct stat facts {};
+    if (reason != EEXIST || !QFileInfo(folder).isDir()) {
+        errno = reason == EEXIST ? ENOTDIR : reason;
+        fail(folder);
+    }
+    const bool isOwn = ::lstat(name.constData(), &facts) == 0 && S_ISDIR(facts.st_mode) &&
+                       facts.st_uid == ::geteuid();
+    if (isOwn && (facts.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        static_cast<void>(::chmod(name.constData(), facts.st_mode & S_IRWXU));
+}
+
+void createPrivateFile(const QString& path, const QByteArray& bytes, Reaching disk) {
     const QByteArray name = QFile::encodeName(path);
     const int file = retrying([&] {
         return ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                       ownFile);
     });
     if (file < 0) fail(path);
-    const bool isWhole = isWritten(file, bytes);
+    const bool isWhole = isWritten(file, bytes, disk);
     const int reason = errno;
     // Interrupted, it has closed all the same.
     const bool isClosed = ::close(file) == 0 || errno == EINTR;
     if (isWhole && isClosed) return;
-    if (!isWhole) errno = reason;
-    const FileOperationError error(path, errno);
+    const int failure = isWhole ? errno : reason;
     ::unlink(name.constData());
-    throw error;
+    throw FileOperationError(path, failure);
 }
 
 QString writePrivateFile(const QString& folder, const QString& name, const QByteArray& bytes) {

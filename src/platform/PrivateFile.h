@@ -12,9 +12,16 @@ namespace quillabrae::platform {
 /// Returns the path of the file.
 QString writePrivateFile(const QString& folder, const QString& name, const QByteArray& bytes);
 
-/// A new file with these bytes, on the disk and closed to everybody but this user. Where anything
-/// is at `path`, a link for one, that is an error. Throws FileOperationError; there is no file
-/// then.
-void createPrivateFile(const QString& path, const QByteArray& bytes);
+/// Makes a folder that nobody else can enter, and those above it that are missing. One that is
+/// there is closed to others if it is this user's. Throws FileOperationError.
+void makePrivateFolder(const QString& folder);
+
+/// Whether a file has reached the disk when the call returns, or does some time later.
+enum class Reaching { atOnce, later };
+
+/// A new file with these bytes, closed to everybody but this user. Where anything is at `path`, a
+/// link for one, that is an error. Throws FileOperationError; there is no file then.
+void createPrivateFile(const QString& path, const QByteArray& bytes,
+                       Reaching disk = Reaching::atOnce);
 
 } // namespace quillabrae::platform

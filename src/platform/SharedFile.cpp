@@ -9,11 +9,11 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <tuple>
 
 namespace quillabrae::platform {

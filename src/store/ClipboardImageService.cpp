@@ -2,6 +2,8 @@
 #include "store/ClipboardImageService.h"
 
 #include "persistence/ImageLoader.h"
+#include "platform/FileOperations.h"
+#include "platform/PrivateFile.h"
 #include "raster/DecodeCache.h"
 #include "store/MimePictures.h"
 
@@ -62,15 +64,13 @@ QString cleanedName(const QString& suggestedName) {
     return name.isEmpty() ? QStringLiteral("Selection") : name;
 }
 
-/// Beside its place first, so that nobody sees half a file.
-bool writeAtomically(const QString& path, const QByteArray& data) {
-    QFile file(path + unfinishedSuffix);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
-    const bool isWhole = file.write(data) == data.size() && file.flush();
-    file.close();
-    if (isWhole && file.rename(path)) return true;
-    file.remove();
-    return false;
+/// Beside its place first, so that nobody sees half a file; other users see none.
+void writePrivately(const QString& folder, const QString& name, const QByteArray& data) {
+    platform::makePrivateFolder(folder);
+    const QString path = folder + u'/' + name;
+    const QString part = path + unfinishedSuffix;
+    platform::createPrivateFile(part, data, platform::Reaching::later);
+    platform::systemFileOperations().rename(part, path);
 }
 
 } // namespace
@@ -119,13 +119,14 @@ bool ClipboardImageService::writePNGImage(const raster::RasterImage& image,
 
 std::optional<QUrl> ClipboardImageService::writeTemporaryPNGFile(
     const QByteArray& data, const QString& suggestedName) const {
-    const QDir folder(m_folder);
-    if (!folder.mkpath(QStringLiteral("."))) return std::nullopt;
     const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    const QString path =
-        folder.filePath(QStringLiteral("%1-%2.png").arg(cleanedName(suggestedName), id));
-    if (!writeAtomically(path, data)) return std::nullopt;
-    return QUrl::fromLocalFile(path);
+    const QString name = QStringLiteral("%1-%2.png").arg(cleanedName(suggestedName), id);
+    try {
+        writePrivately(m_folder, name, data);
+    } catch (const platform::FileOperationError&) {
+        return std::nullopt;
+    }
+    return QUrl::fromLocalFile(QDir(m_folder).filePath(name));
 }
 
 void ClipboardImageService::removeOldFiles(const QDateTime& now) const {

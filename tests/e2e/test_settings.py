@@ -15,6 +15,11 @@ from keyring import Keyring
 from services import Answer, ServicesCase
 
 CANARY = "sk-Canary7Zk2Qw9LmXv4"
+
+# Preferences with the recent projects in them, recovery, copies, and what the program said.
+KEPT = ("home/.config/Quillabrae/preferences.ini",
+        "home/.local/share/Quillabrae/Autosave/Recovery.quillabraesession",
+        "home/.local/share/Quillabrae/Clipboard/*.png", "quillabrae*.log", "home/.cache")
 KEY_FIELD = "Bring your own OpenAI API key"
 
 
@@ -122,10 +127,13 @@ class Settings(ServicesCase):
         self.desk.type("a red hat")
         editor.click("Generate")
 
-    def expect_no_trace(self, editor):
+    def expect_no_trace(self, editor, *more_places):
         count, found = traces.files_with(CANARY, self.desk.folder)
         self.assertEqual(found, [])
         self.assertGreater(count, 8)
+        # What the program keeps of itself and of the user was there to be searched.
+        for place in (*KEPT, *more_places):
+            self.assertTrue(list(self.desk.folder.glob(place)), place)
         # The search does find what is there.
         self.assertTrue(traces.files_with("Connected with BYOK", self.desk.folder)[1])
         if editor.process.poll() is None:
@@ -154,13 +162,14 @@ class Settings(ServicesCase):
                          [f"Bearer {CANARY}"] * 2)
         self.desk.keys("ctrl+s")
         editor.wait_for_status("Saved drawing.png")
+        self.desk.keys("ctrl+a", "ctrl+c")
         until(lambda: "Connected with BYOK" in self.preferences(), "the status to be stored")
         self.expect_no_trace(editor)
         block = traces.environment_in_core(editor.process, cores)
         self.assertIn(f"HOME={self.desk.home}".encode(), block)
         self.assertNotIn(CANARY.encode(), block)
 
-        self.expect_no_trace(editor)
+        self.expect_no_trace(editor, "home/.local/state/Quillabrae/Crashes/*.txt")
         again = self.start()
         again.wait_for_window("drawing - Quillabrae v")
         self.open_settings(again, "Intelligence")

@@ -2,6 +2,7 @@
 #include "platform/HandOver.h"
 #include "platform/ProgramInstance.h"
 
+#include <QDir>
 #include <QFile>
 #include <QLocalSocket>
 #include <QSignalSpy>
@@ -9,6 +10,7 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -236,6 +238,58 @@ TEST(MeetingPlace, AnotherHomeIsAnotherPlace) {
     EXPECT_NE(mine.key, MeetingPlace::standard(QStringLiteral("/home/you/data")).key);
     EXPECT_FALSE(mine.folder.isEmpty());
 }
+
+/// What somebody else may have put where the folder for meeting is to be.
+struct Trap {
+    const char* name;
+    void (*set)(const QString& folder);
+};
+
+class MeetingPlaceTrap : public testing::TestWithParam<Trap> {};
+
+TEST_P(MeetingPlaceTrap, IsNotStoodIn) {
+    const QTemporaryDir temporary;
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray before = qgetenv("TMPDIR");
+    qunsetenv("XDG_RUNTIME_DIR");
+    qputenv("TMPDIR", temporary.path().toLocal8Bit());
+    EXPECT_FALSE(MeetingPlace::standard(QStringLiteral("/data")).folder.isEmpty());
+    const QString folder = temporary.filePath(QStringLiteral("quillabrae-%1").arg(::geteuid()));
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    GetParam().set(folder);
+    EXPECT_TRUE(MeetingPlace::standard(QStringLiteral("/data")).folder.isEmpty());
+    qputenv("TMPDIR", before);
+    qputenv("XDG_RUNTIME_DIR", runtime);
+    if (before.isNull()) qunsetenv("TMPDIR");
+    if (runtime.isNull()) qunsetenv("XDG_RUNTIME_DIR");
+}
+
+void makeOpenFolder(const QString& folder) {
+    QDir().mkpath(folder);
+    ::chmod(QFile::encodeName(folder).constData(), 0777);
+}
+void makeLink(const QString& folder) {
+    const QString elsewhere = folder + QStringLiteral(".elsewhere");
+    ::mkdir(QFile::encodeName(elsewhere).constData(), 0700);
+    QFile::link(elsewhere, folder);
+}
+void makeFile(const QString& folder) {
+    QFile file(folder);
+    file.open(QIODevice::WriteOnly);
+}
+/// Only root can give a folder away; to others it is one that is open.
+void makeAnothers(const QString& folder) {
+    makeOpenFolder(folder);
+    constexpr uid_t nobody = 65534;
+    if (::chown(QFile::encodeName(folder).constData(), nobody, nobody) == 0)
+        ::chmod(QFile::encodeName(folder).constData(), 0700);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, MeetingPlaceTrap,
+                         testing::Values(Trap{"AnOpenFolder", makeOpenFolder},
+                                         Trap{"ALink", makeLink}, Trap{"AFile", makeFile},
+                                         Trap{"AnothersFolder", makeAnothers}),
+                         [](const auto& trap) { return trap.param.name; });
 
 } // namespace
 } // namespace quillabrae::platform
