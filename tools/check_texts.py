@@ -94,10 +94,19 @@ def findings_in(file):
         yield f"{name}:{line}: a text that is not translated: {words[:60]}"
 
 
+def unread_contexts(texts):
+    """The contexts of tables that nothing is translated in: whoever reads such a table names another,
+    and finds nothing there."""
+    marked = set(re.findall(r'QT_TRANSLATE_N?_?NOOP\(\s*"(\w+)"', texts))
+    read = set(re.findall(r'(?:translate\(\s*"|Q_DECLARE_TR_FUNCTIONS\()(\w+)', texts))
+    return [f"a context of tables that nothing reads: {name}" for name in sorted(marked - read)]
+
+
 def main():
     files = sorted(file for folder in FOLDERS for file in (ROOT / "src" / folder).rglob("*")
                    if file.suffix in (".cpp", ".h"))
     findings = [finding for file in files for finding in findings_in(file)]
+    findings += unread_contexts("".join(file.read_text(encoding="utf-8") for file in files))
     print("\n".join(findings), end="\n" if findings else "")
     return 1 if findings else 0
 

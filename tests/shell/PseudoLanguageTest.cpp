@@ -24,6 +24,7 @@
 #include "shell/settings/PaintSettingsView.h"
 #include "support/PseudoLanguages.h"
 
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -156,6 +157,30 @@ TEST_P(PseudoLanguageTest, TheFeedbackDialogShowsItsTexts) {
     services::FeedbackAttachmentService attachments({});
     FeedbackDialogView dialog({service, attachments, [](QWidget*) { return std::nullopt; }});
     expectWhole(dialog, QStringLiteral("feedback"));
+}
+
+TEST(ClippedTexts, AreThoseThatTheirPlaceIsTooSmallFor) {
+    QWidget window;
+    window.resize(300, 200);
+    QLabel whole(QStringLiteral("whole"), &window);
+    QLabel narrow(QStringLiteral("narrow"), &window);
+    narrow.setFixedWidth(10);
+    QPushButton button(QStringLiteral("A title that is too long"), &window);
+    button.setFixedWidth(60);
+    QLabel wrapped(QStringLiteral("three words here"), &window);
+    wrapped.setWordWrap(true);
+    wrapped.setFixedSize(60, 16);
+    QLabel outside(QStringLiteral("outside"), &window);
+    outside.move(280, 0);
+    QListWidget list(&window);
+    list.addItem(QStringLiteral("A row that is much too long for its list"));
+    list.setFixedWidth(80);
+    window.show();
+    QStringList names;
+    for (const QString& told : clippedTexts(window)) names << told.section(u'"', 1, 1);
+    EXPECT_EQ(names.join(QStringLiteral(", ")),
+              QStringLiteral("narrow, A title that is too long, three words here, outside (place), "
+                             "A row that is much too long for its list"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, PseudoLanguageTest,

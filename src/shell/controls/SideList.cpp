@@ -9,7 +9,10 @@
 #include <QEvent>
 #include <QHash>
 #include <QPainter>
+#include <QStyle>
 #include <QStyledItemDelegate>
+
+#include <algorithm>
 
 namespace quillabrae::shell {
 namespace {
@@ -22,8 +25,10 @@ class SideRow final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
-        return {option.rect.width(), TextSize::rowHeight(*option.widget, rowHeight)};
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const int text = option.fontMetrics.horizontalAdvance(index.data().toString());
+        return {padding + Style::smallIcon + Style::grid + text + padding,
+                TextSize::rowHeight(*option.widget, rowHeight)};
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
@@ -53,11 +58,12 @@ private:
         if (icon.isNull()) icon = Symbols::icon(symbolName);
         QRect place(option.rect.left() + padding, 0, Style::smallIcon, Style::smallIcon);
         place.moveTop(option.rect.top() + (option.rect.height() - place.height()) / 2);
-        icon.paint(&painter, place);
+        icon.paint(&painter, QStyle::visualRect(option.direction, option.rect, place));
         QRect text = option.rect;
         text.setLeft(place.right() + 1 + Style::grid);
         painter.setPen(option.palette.color(QPalette::WindowText));
-        painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
+        painter.drawText(QStyle::visualRect(option.direction, option.rect, text),
+                         Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
         if (option.state.testFlag(QStyle::State_HasFocus))
             paintFocusRing(painter, face, option.palette);
     }
@@ -70,7 +76,8 @@ private:
         QPalette palette = option.palette;
         palette.setCurrentColorGroup(QPalette::Active);
         painter.setPen(Style::mutedText(palette));
-        painter.drawText(option.rect.adjusted(padding, 0, 0, -Style::grid / 2),
+        const QRect text = option.rect.adjusted(padding, 0, 0, -Style::grid / 2);
+        painter.drawText(QStyle::visualRect(option.direction, option.rect, text),
                          Qt::AlignBottom | Qt::TextSingleLine, index.data().toString());
     }
 
@@ -97,6 +104,15 @@ void SideList::addRow(const QString& symbolName, const QString& title) {
 void SideList::addHeading(const QString& title) {
     auto* item = new QListWidgetItem(title, this);
     item->setFlags(Qt::NoItemFlags);
+}
+
+void SideList::fitWidth(int least) {
+    TextSize::follow(*this, [this, least] {
+        int width = TextSize::scaled(least, *this);
+        for (int row = 0; row < count(); ++row)
+            width = std::max(width, sizeHintForIndex(model()->index(row, 0)).width());
+        setFixedWidth(width);
+    });
 }
 
 void SideList::changeEvent(QEvent* event) {

@@ -15,6 +15,9 @@ public:
 
     void addRow(const QString& symbolName, const QString& title);
     void addHeading(const QString& title);
+    /// Keeps the list as wide as its rows need, `least` points at usual letters at least. Rows
+    /// stand already.
+    void fitWidth(int least);
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -63,7 +63,7 @@ void PluginCard::addPlain() {
     names->setSpacing(2);
     names->addStretch();
     auto* name = new QHBoxLayout;
-    name->addWidget(Labels::title(m_plugin.title, plainTitle, this), 1);
+    name->addWidget(Labels::title(title(m_plugin), plainTitle, this), 1);
     name->addWidget(Labels::muted(m_plugin.version, this), 0, Qt::AlignBottom);
     names->addLayout(name);
     names->addWidget(wrapped(Labels::muted(

@@ -6,7 +6,6 @@
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/SymbolLabel.h"
-#include "shell/controls/TextSize.h"
 #include "shell/dialogs/Alert.h"
 #include "shell/looks/Style.h"
 #include "shell/plugins/PluginCard.h"
@@ -20,6 +19,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollArea>
+#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -99,13 +99,13 @@ void PluginLibraryView::buildSide(QVBoxLayout& column) {
     m_search->setTextMargins(Style::grid / 2, 0, Style::grid / 2, 0);
     column.addWidget(m_search);
     m_side = new SideList(tr("Library"), this);
-    TextSize::setFixedWidth(*m_side, sideWidth - 2 * Style::grid);
     for (const SideRow& row : sideRows()) {
         if (row.filter)
             m_side->addRow(row.symbolName, row.title);
         else
             m_side->addHeading(row.title);
     }
+    m_side->fitWidth(sideWidth - 2 * Style::grid);
     column.addWidget(m_side, 1);
     connect(m_search, &QLineEdit::textChanged, this, &PluginLibraryView::refresh);
     connect(m_side, &SideList::currentRowChanged, this, &PluginLibraryView::choose);
@@ -312,8 +312,11 @@ void PluginLibraryView::keyPressEvent(QKeyEvent* event) {
 void PluginLibraryView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int width = m_side->width() + 2 * Style::grid;
-    painter.fillRect(QRect(0, 0, width, height()), Style::raised(palette()));
-    painter.fillRect(QRect(width - 1, 0, 1, height()), Style::line(palette()));
+    const auto visual = [this](QRect part) {
+        return QStyle::visualRect(layoutDirection(), rect(), part);
+    };
+    painter.fillRect(visual({0, 0, width, height()}), Style::raised(palette()));
+    painter.fillRect(visual({width - 1, 0, 1, height()}), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

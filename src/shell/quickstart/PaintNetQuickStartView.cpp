@@ -15,6 +15,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -52,12 +53,12 @@ PaintNetQuickStartView::PaintNetQuickStartView(const CommandActions& actions)
 
 QWidget* PaintNetQuickStartView::makeSteps() {
     auto* side = new QWidget(this);
-    TextSize::setFixedWidth(*side, stepsWidth);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(Style::grid, 2 * Style::grid, Style::grid, 2 * Style::grid);
     m_steps = new SideList(tr("Steps"), side);
     for (const TourPage& page : tourPages())
-        m_steps->addRow(QString::fromLatin1(page.symbolName), QString::fromLatin1(page.step));
+        m_steps->addRow(QString::fromLatin1(page.symbolName), tourText(page.step));
+    m_steps->fitWidth(stepsWidth - 2 * Style::grid);
     layout->addWidget(m_steps);
     return side;
 }
@@ -130,9 +131,12 @@ void PaintNetQuickStartView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int side = m_steps->parentWidget()->width();
     const int footer = m_next->parentWidget()->height();
-    painter.fillRect(rect().adjusted(side, 0, 0, 0), Style::raised(palette()));
-    painter.fillRect(QRect(side, 0, 1, height()), Style::line(palette()));
-    painter.fillRect(QRect(side, height() - footer, width() - side, 1), Style::line(palette()));
+    const auto visual = [this](QRect part) {
+        return QStyle::visualRect(layoutDirection(), rect(), part);
+    };
+    painter.fillRect(visual(rect().adjusted(side, 0, 0, 0)), Style::raised(palette()));
+    painter.fillRect(visual({side, 0, 1, height()}), Style::line(palette()));
+    painter.fillRect(visual({side, height() - footer, width() - side, 1}), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

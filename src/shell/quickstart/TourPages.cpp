@@ -14,7 +14,7 @@ constexpr std::array workspacePoints{
                   "TourTexts", "Each picture is a tab at the top. A dot marks what is not saved.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Panels"),
               QT_TRANSLATE_NOOP(
-                  "Tour",
+                  "TourTexts",
                   "Tools, Colors, History and Layers float where you expect them. Drag one by its "
                   "heading, or fold it up.")},
     TourPoint{
@@ -24,21 +24,21 @@ constexpr std::array workspacePoints{
     TourPoint{
         QT_TRANSLATE_NOOP("TourTexts", "Canvas"),
         QT_TRANSLATE_NOOP(
-            "Tour",
+            "TourTexts",
             "Ctrl and the wheel zoom around the pointer, {Zoom to Fit} shows the whole picture.")},
 };
 constexpr std::array toolPoints{
     TourPoint{
         QT_TRANSLATE_NOOP("TourTexts", "Two colors"),
         QT_TRANSLATE_NOOP(
-            "Tour",
+            "TourTexts",
             "The left button works with the primary color, the right one with the secondary.")},
     TourPoint{
         QT_TRANSLATE_NOOP("TourTexts", "Shift"),
         QT_TRANSLATE_NOOP("TourTexts",
                           "Keeps shapes and selections square, and lines at steps of 45 degrees.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Not final at once"),
-              QT_TRANSLATE_NOOP("Tour",
+              QT_TRANSLATE_NOOP("TourTexts",
                                 "Shapes and text can be changed until you press Escape or go on.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "What does it do?"),
               QT_TRANSLATE_NOOP("TourTexts", "Rest the pointer on a tool for two seconds.")},
@@ -58,7 +58,7 @@ constexpr std::array layerPoints{
                           "Drag a layer to another place. Double-click its name to rename it.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Eye and opacity"),
               QT_TRANSLATE_NOOP(
-                  "Tour",
+                  "TourTexts",
                   "The eye hides a layer, the slider beneath the list lets others shine through.")},
     TourPoint{
         QT_TRANSLATE_NOOP("TourTexts", "Blending"),
@@ -66,7 +66,7 @@ constexpr std::array layerPoints{
                           "Layers lie over each other as they are: there are no blend modes.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "History"),
               QT_TRANSLATE_NOOP(
-                  "Tour",
+                  "TourTexts",
                   "Press any step to go back to it. The dimmed ones are still there for {Redo}.")},
 };
 constexpr std::array selectionPoints{
@@ -74,7 +74,7 @@ constexpr std::array selectionPoints{
               QT_TRANSLATE_NOOP("TourTexts", "Ctrl adds to a selection, Alt takes from it.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Two move tools"),
               QT_TRANSLATE_NOOP(
-                  "Tour",
+                  "TourTexts",
                   "Move Selected Pixels takes the pixels along, Move Selection only the outline.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Arrow keys"),
               QT_TRANSLATE_NOOP("TourTexts", "Move it by one pixel, with Ctrl by twenty.")},
@@ -87,7 +87,7 @@ constexpr std::array savingPoints{
               QT_TRANSLATE_NOOP("TourTexts", "A .quillabrae project keeps every layer.")},
     TourPoint{QT_TRANSLATE_NOOP("TourTexts", "Pictures"),
               QT_TRANSLATE_NOOP(
-                  "Tour",
+                  "TourTexts",
                   "Choose PNG, JPEG, WebP or another format in {Save As...} for a flat picture.")},
     TourPoint{
         QT_TRANSLATE_NOOP("TourTexts", "Closing"),

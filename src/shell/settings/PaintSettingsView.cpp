@@ -2,7 +2,6 @@
 #include "shell/settings/PaintSettingsView.h"
 
 #include "shell/controls/SideList.h"
-#include "shell/controls/TextSize.h"
 #include "shell/looks/Style.h"
 #include "shell/settings/SettingsPane.h"
 
@@ -12,6 +11,7 @@
 #include <QPainter>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -38,7 +38,7 @@ PaintSettingsView::PaintSettingsView(SettingsContext context)
         m_sections->addRow(symbolName(section), title(section));
         m_panes->addWidget(makeFrame(m_panes));
     }
-    TextSize::setFixedWidth(*m_sections, sideWidth - 2 * Style::grid);
+    m_sections->fitWidth(sideWidth - 2 * Style::grid);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Style::grid, Style::grid, 0, 0);
     layout->setSpacing(Style::grid);
@@ -80,8 +80,11 @@ bool PaintSettingsView::event(QEvent* event) {
 void PaintSettingsView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int width = m_sections->width() + 2 * Style::grid;
-    painter.fillRect(QRect(0, 0, width, height()), Style::raised(palette()));
-    painter.fillRect(QRect(width - 1, 0, 1, height()), Style::line(palette()));
+    const auto visual = [this](QRect part) {
+        return QStyle::visualRect(layoutDirection(), rect(), part);
+    };
+    painter.fillRect(visual({0, 0, width, height()}), Style::raised(palette()));
+    painter.fillRect(visual({width - 1, 0, 1, height()}), Style::line(palette()));
 }
 
 } // namespace quillabrae::shell
