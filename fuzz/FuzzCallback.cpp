@@ -2,21 +2,16 @@
 // Any bytes that another program sends are a message with files and links or none, and any link
 // among them brings back a code for the state that was asked or nothing. Bytes that begin with no
 // message are taken for a link by themselves, and as an argument of the program.
+#include "FuzzInput.h"
 #include "platform/HandOver.h"
 #include "platform/ProgramLink.h"
 #include "platform/StartRequest.h"
 #include "services/SignInRequest.h"
 
-#include <cstdint>
-#include <cstdlib>
-
 using namespace quillabrae;
+using fuzz::require;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void checkCallback(const QUrl& link) {
     const QString state = QStringLiteral("state");
@@ -57,7 +52,7 @@ void checkArgument(const QString& argument) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const QByteArray bytes = fuzz::bytesOf(data, size);
     checkMessage(bytes);
     checkMessage(platform::HandOver::message({.links = {QUrl::fromEncoded(bytes)}}));
     checkCallback(QUrl::fromEncoded(bytes, QUrl::StrictMode));

@@ -12,7 +12,7 @@ using namespace quillabrae;
 
 namespace quillabrae::persistence::ImageCodecs {
 
-std::optional<raster::RasterImage> read(Bytes file, Decoding decoding,
+std::optional<raster::RasterImage> read(Bytes file, Decoding decoding, raster::ImageRefusal&,
                                         const platform::WorkControl&) {
     fuzz::CheckedPicture picture;
     try {
