@@ -36,6 +36,13 @@ public:
     /// The pointer in canvas coordinates, or none.
     virtual void onCursorPositionChange(std::optional<model::CanvasPoint> point) = 0;
     virtual void pickPrimaryColor(const model::ColorValue& color) = 0;
+    /// Runs an edit that may run out of memory. False when it did: the active project is then as it
+    /// was, and the user has been told that `name` failed.
+    virtual bool attempt(const QString& name, const std::function<void()>& edit) {
+        static_cast<void>(name);
+        edit();
+        return true;
+    }
     /// Appends an entry to the active project's history.
     virtual void recordHistory(const QString& title, const QString& symbolName) = 0;
 };

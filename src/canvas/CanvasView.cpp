@@ -89,6 +89,10 @@ void CanvasView::activeProjectChanged() {
 }
 
 void CanvasView::settingsChanged() {
+    attempt([this] { applySettings(); });
+}
+
+void CanvasView::applySettings() {
     m_zoom.zoomScaleChanged();
     const model::PaintAppSettings& settings = m_context.host.settings();
     const model::PaintAppSettings before = std::exchange(m_settings, settings);
@@ -219,19 +223,50 @@ void CanvasView::hoverEnded() {
 void CanvasView::dragChanged(Surface surface, const DragValue& value) {
     if (m_context.host.project() == nullptr) return;
     m_keyboard.leave();
-    if (surface == Surface::interactiveView && m_drafts.dragChanged(value)) return;
-    m_drags.dragChanged(surface, value);
+    if (m_isDragGivenUp) return;
+    m_isDragGivenUp = !attempt([&] {
+        if (surface == Surface::interactiveView && m_drafts.dragChanged(value)) return;
+        m_drags.dragChanged(surface, value);
+    });
 }
 
 void CanvasView::dragEnded(Surface surface, const DragValue& value) {
-    if (m_context.host.project() == nullptr) return;
-    if (surface == Surface::interactiveView && m_drafts.dragEnded(value)) return;
-    m_drags.dragEnded(surface, value);
+    if (std::exchange(m_isDragGivenUp, false) || m_context.host.project() == nullptr) return;
+    attempt([&] {
+        if (surface == Surface::interactiveView && m_drafts.dragEnded(value)) return;
+        m_drags.dragEnded(surface, value);
+    });
 }
 
 bool CanvasView::handleRightMouseEvent(const RightMouseEvent& event) {
     m_keyboard.leave();
-    return m_rightMouse.handleRightMouseEvent(event);
+    bool isTaken = true;
+    attempt([&] { isTaken = m_rightMouse.handleRightMouseEvent(event); });
+    return isTaken;
+}
+
+bool CanvasView::handleKey(CanvasKey key) {
+    bool isTaken = true;
+    attempt([&] { isTaken = m_keys.handleKey(key); });
+    return isTaken;
+}
+
+bool CanvasView::draftDoubleClick(QPointF location) {
+    bool isTaken = true;
+    attempt([&] { isTaken = m_drafts.doubleClick(location); });
+    return isTaken;
+}
+
+bool CanvasView::attempt(const std::function<void()>& gesture) {
+    if (m_context.host.attempt(model::title(selectedTool()), gesture)) return true;
+    // The project is what it was; what the gesture had begun beside it goes as well.
+    m_drags.dragCancelled();
+    m_pan.finish();
+    m_selection.cancel();
+    m_rightMouse.forgetButton();
+    cancelDrawing();
+    m_context.repaintViewport();
+    return false;
 }
 
 void CanvasView::keyboardWillPress(QPointF location) {
@@ -285,8 +320,10 @@ void CanvasView::cancelDrawing() {
 
 void CanvasView::disappear() {
     m_keyboard.leave();
-    m_text.commitActiveText();
-    m_drawing.commitActiveShape();
+    attempt([this] {
+        m_text.commitActiveText();
+        m_drawing.commitActiveShape();
+    });
 }
 
 void CanvasView::modifiersChanged() {

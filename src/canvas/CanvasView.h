@@ -25,6 +25,7 @@
 #include <QSizeF>
 #include <QUuid>
 
+#include <functional>
 #include <optional>
 
 namespace quillabrae::canvas {
@@ -80,14 +81,14 @@ public:
     /// To be called when the modifier keys have changed, the pointer still or not.
     void modifiersChanged();
     /// Whether the key was taken.
-    bool handleKey(CanvasKey key) { return m_keys.handleKey(key); }
+    bool handleKey(CanvasKey key);
     /// Whether the key would be taken for the keyboard's pixel, ahead of everything else.
     bool isKeyboardPointerKey(CanvasKey key) const { return m_keys.isKeyboardPointerKey(key); }
     /// To be called when the keys go elsewhere: what the keyboard has pressed is let go.
     void keyboardLeft() { m_keyboard.leave(); }
     bool canNudgeSelectionWithArrowKeys() const { return m_keys.canNudgeSelectionWithArrowKeys(); }
     /// Two quick presses at a point of the interactive view. Whether a draft took them.
-    bool draftDoubleClick(QPointF location) { return m_drafts.doubleClick(location); }
+    bool draftDoubleClick(QPointF location);
 
     // State
 
@@ -121,7 +122,11 @@ public:
 
 private:
     void updateLayout();
+    /// Runs what a gesture does next, as an attempt of the selected tool; where there is not enough
+    /// memory, the gesture is given up. Whether there was enough.
+    bool attempt(const std::function<void()>& gesture);
 
+    void applySettings();
     void toolChanged(model::PaintTool former);
     void keyboardWillPress(QPointF location);
     void dragByKeyboard(const DragValue& value);
@@ -147,6 +152,8 @@ private:
     /// As they were when last reported.
     model::PaintAppSettings m_settings;
     Modifiers m_reportedModifiers;
+    /// The drag under way ran out of memory: its further samples are nothing.
+    bool m_isDragGivenUp = false;
 };
 
 } // namespace quillabrae::canvas

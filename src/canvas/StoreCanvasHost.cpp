@@ -43,6 +43,10 @@ void StoreCanvasHost::pickPrimaryColor(const model::ColorValue& color) {
     m_store.editSettings([&](model::PaintAppSettings& settings) { settings.primaryColor = color; });
 }
 
+bool StoreCanvasHost::attempt(const QString& name, const std::function<void()>& edit) {
+    return m_store.attempt(name, edit);
+}
+
 void StoreCanvasHost::recordHistory(const QString& title, const QString& symbolName) {
     if (const auto id = m_store.activeProjectID()) m_store.recordHistory(*id, title, symbolName);
 }

@@ -29,6 +29,7 @@ public:
     void onViewportChange(QSizeF size) override;
     void onCursorPositionChange(std::optional<model::CanvasPoint> point) override;
     void pickPrimaryColor(const model::ColorValue& color) override;
+    bool attempt(const QString& name, const std::function<void()>& edit) override;
     void recordHistory(const QString& title, const QString& symbolName) override;
 
     /// Uses that tool instead of the chosen one, for as long as it is set.

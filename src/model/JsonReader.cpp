@@ -53,6 +53,12 @@ QString messageFor(simdjson::error_code code) {
     }
 }
 
+struct Document : ondemand::document {
+    // The parser goes on without the room that it unescapes texts into, where there was no memory
+    // for that.
+    bool hasRoomForTexts() { return iter.string_buf_loc() != nullptr; }
+};
+
 // A step on the way to a value: the key of a member or, without one, the index of an element.
 struct Step {
     std::string_view key;
@@ -70,7 +76,7 @@ struct JsonReader::State {
     QByteArray owned;
     std::string_view json;
     ondemand::parser parser;
-    ondemand::document document;
+    Document document;
     // The value that the reader stands at; null for the document itself.
     ondemand::value* value = nullptr;
     std::vector<Step> path;
@@ -93,8 +99,9 @@ void JsonReader::begin() {
     const std::string_view text = m_state->json;
     const auto fault =
         m_state->parser.iterate(text.data(), text.size(), text.size() + simdjson::SIMDJSON_PADDING)
-            .get(m_state->document);
+            .get(static_cast<ondemand::document&>(m_state->document));
     if (fault != simdjson::SUCCESS) fail(messageFor(fault));
+    if (!m_state->document.hasRoomForTexts()) fail(messageFor(simdjson::MEMALLOC));
 }
 
 JsonReader::~JsonReader() = default;

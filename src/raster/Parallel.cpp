@@ -6,6 +6,7 @@
 #include <exception>
 #include <limits>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -56,7 +57,11 @@ struct Job {
 class Pool {
 public:
     Pool() {
-        for (int i = 1; i < machineThreads(); ++i) m_workers.emplace_back([this] { serve(); });
+        try {
+            for (int i = 1; i < machineThreads(); ++i) m_workers.emplace_back([this] { serve(); });
+        } catch (const std::system_error&) {
+            // No memory for another stack: fewer do the same work.
+        }
     }
 
     ~Pool() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PixelMemory.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
@@ -106,23 +107,30 @@ KeptBlocks& keptBlocks() {
 
 #endif
 
+std::atomic<std::size_t> refusedRequests = 0;
+
+std::uint8_t* counted(std::uint8_t* pixels) {
+    if (pixels == nullptr) countRefusedPixelRequest();
+    return pixels;
+}
+
 } // namespace
 
 std::uint8_t* allocatePixels(std::size_t byteCount) {
 #if QUILLABRAE_MAPPED_PIXELS
     if (isMapped(byteCount)) {
         std::uint8_t* const kept = keptBlocks().take(byteCount);
-        return kept != nullptr ? kept : map(byteCount);
+        return kept != nullptr ? kept : counted(map(byteCount));
     }
 #endif
-    return static_cast<std::uint8_t*>(std::malloc(byteCount));
+    return counted(static_cast<std::uint8_t*>(std::malloc(byteCount)));
 }
 
 std::uint8_t* allocateClearPixels(std::size_t byteCount) {
 #if QUILLABRAE_MAPPED_PIXELS
-    if (isMapped(byteCount)) return map(byteCount);
+    if (isMapped(byteCount)) return counted(map(byteCount));
 #endif
-    return static_cast<std::uint8_t*>(std::calloc(byteCount, 1));
+    return counted(static_cast<std::uint8_t*>(std::calloc(byteCount, 1)));
 }
 
 void freePixels(std::uint8_t* pixels, std::size_t byteCount) {
@@ -131,6 +139,14 @@ void freePixels(std::uint8_t* pixels, std::size_t byteCount) {
 #endif
     static_cast<void>(byteCount);
     std::free(pixels);
+}
+
+std::size_t refusedPixelRequests() {
+    return refusedRequests.load();
+}
+
+void countRefusedPixelRequest() {
+    ++refusedRequests;
 }
 
 void releaseKeptPixelMemory() {

@@ -21,6 +21,13 @@ std::uint8_t* allocateClearPixels(std::size_t byteCount);
 
 void freePixels(std::uint8_t* pixels, std::size_t byteCount);
 
+/// How many requests the system has refused since the program started. A picture that is missing
+/// because there was no memory for it looks like any other that is missing: who must tell the two
+/// apart compares this before and after. Safe on any thread, as is all of this.
+std::size_t refusedPixelRequests();
+/// Counts one of those; for memory for pixels that was asked for elsewhere.
+void countRefusedPixelRequest();
+
 /// Gives the memory that is kept back to the system.
 void releaseKeptPixelMemory();
 

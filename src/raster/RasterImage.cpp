@@ -74,6 +74,7 @@ RasterImage RasterImage::fromQImage(QImage&& picture) {
     picture.convertTo(QImage::Format_RGBA8888_Premultiplied);
     const int width = picture.width();
     const int height = picture.height();
+    if (picture.isNull()) countRefusedPixelRequest();
     if (picture.isNull() || picture.bytesPerLine() != qsizetype{4} * width) return {};
     try {
         return withPixels(std::make_shared<Pixels>(std::move(picture)), width, height);

@@ -3,6 +3,7 @@
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
 #include "store/AdjustmentPreviews.h"
+#include "store/Attempt.h"
 #include "store/SelectionState.h"
 
 #include <cmath>
@@ -70,21 +71,23 @@ QString cancelledAlignment() {
 } // namespace
 
 bool ProjectStore::applyAlignObject(AlignObjectAction action, AdjustmentRun run) {
-    PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
-    if (!layer) return false;
-    // Also where nothing is found to align.
-    if (run == AdjustmentRun::recorded)
-        m_lastRepeatableAction = RepeatableActions::AlignObject{action};
-    PaintProject& project = *projectToEdit();
-    if (!alignObject(project, *layer, action)) {
-        setStatusMessage(tr("Nothing to align"));
-        return false;
-    }
-    if (run == AdjustmentRun::recorded)
-        finishAlignObject(project, action);
-    else
-        AdjustmentPreviews::show(*this, project, run, tr("Previewing %1").arg(title(action)));
-    return true;
+    return Attempt::run(*this, tr("Align"), [&]() -> bool {
+        PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
+        if (!layer) return false;
+        // Also where nothing is found to align.
+        if (run == AdjustmentRun::recorded)
+            m_lastRepeatableAction = RepeatableActions::AlignObject{action};
+        PaintProject& project = *projectToEdit();
+        if (!alignObject(project, *layer, action)) {
+            setStatusMessage(tr("Nothing to align"));
+            return false;
+        }
+        if (run == AdjustmentRun::recorded)
+            finishAlignObject(project, action);
+        else
+            AdjustmentPreviews::show(*this, project, run, tr("Previewing %1").arg(title(action)));
+        return true;
+    });
 }
 
 void ProjectStore::finishAlignObject(PaintProject& project, AlignObjectAction action) {

@@ -4,6 +4,7 @@
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceColorRemoval.h"
 #include "store/AdjustmentPreviews.h"
+#include "store/Attempt.h"
 
 #include <cmath>
 
@@ -15,7 +16,7 @@ using model::PaintProject;
 namespace Raster = raster::LayerRasterService;
 
 /// What a try needs to know, wherever it is made.
-struct Attempt {
+struct Try {
     PaintLayer layer;
     double canvasWidth = 1.0;
     double canvasHeight = 1.0;
@@ -23,14 +24,14 @@ struct Attempt {
     model::ColorValue color;
 };
 
-bool removeColor(PaintLayer& layer, double width, double height, const Attempt& attempt) {
+bool removeColor(PaintLayer& layer, double width, double height, const Try& attempt) {
     return Raster::removeColor(layer, width, height, attempt.color,
                                attempt.settings.tolerancePercentage,
                                attempt.settings.transparentAlphaThresholdPercentage);
 }
 
 /// The layer without the colour; nothing where the colour is not on it.
-std::optional<PaintLayer> wholeResult(const Attempt& attempt) {
+std::optional<PaintLayer> wholeResult(const Try& attempt) {
     PaintLayer layer = attempt.layer;
     if (!removeColor(layer, attempt.canvasWidth, attempt.canvasHeight, attempt))
         return std::nullopt;
@@ -40,13 +41,13 @@ std::optional<PaintLayer> wholeResult(const Attempt& attempt) {
 /// A picture of so few pixels is done at once, whatever the machine has to do besides.
 constexpr double coarsePixels = 400'000.0;
 
-double reductionOf(const Attempt& attempt) {
+double reductionOf(const Try& attempt) {
     return std::ceil(std::sqrt(attempt.canvasWidth * attempt.canvasHeight / coarsePixels));
 }
 
 /// The same of a picture with every so-manieth pixel alone. A layer may hold a picture smaller than
 /// the canvas: it is shown stretched.
-std::optional<PaintLayer> coarseResult(const Attempt& attempt) {
+std::optional<PaintLayer> coarseResult(const Try& attempt) {
     const double reduction = reductionOf(attempt);
     const double width = std::ceil(attempt.canvasWidth / reduction);
     const double height = std::ceil(attempt.canvasHeight / reduction);
@@ -55,6 +56,10 @@ std::optional<PaintLayer> coarseResult(const Attempt& attempt) {
         Raster::renderLayer(layer, attempt.canvasWidth, attempt.canvasHeight), width, height));
     if (!removeColor(layer, width, height, attempt)) return std::nullopt;
     return layer;
+}
+
+QString removalName() {
+    return ProjectStore::tr("Color removal");
 }
 
 QString previewedRemoval() {
@@ -70,21 +75,23 @@ QString nothingToRemove() {
 } // namespace
 
 bool ProjectStore::applyColorRemoval(const ColorRemovalSettings& settings, AdjustmentRun run) {
-    PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
-    if (!layer) return false;
-    PaintProject& project = *projectToEdit();
-    const auto result = wholeResult({*layer, project.canvasWidth, project.canvasHeight, settings,
-                                     colorOf(settings.preset, m_settings)});
-    if (!result) {
-        setStatusMessage(nothingToRemove());
-        return false;
-    }
-    *layer = *result;
-    if (run == AdjustmentRun::recorded)
-        finishColorRemoval(project, settings);
-    else
-        AdjustmentPreviews::show(*this, project, run, previewedRemoval());
-    return true;
+    return Attempt::run(*this, removalName(), [&]() -> bool {
+        PaintLayer* layer = AdjustmentPreviews::layerToAdjust(*this);
+        if (!layer) return false;
+        PaintProject& project = *projectToEdit();
+        const auto result = wholeResult({*layer, project.canvasWidth, project.canvasHeight,
+                                         settings, colorOf(settings.preset, m_settings)});
+        if (!result) {
+            setStatusMessage(nothingToRemove());
+            return false;
+        }
+        *layer = *result;
+        if (run == AdjustmentRun::recorded)
+            finishColorRemoval(project, settings);
+        else
+            AdjustmentPreviews::show(*this, project, run, previewedRemoval());
+        return true;
+    });
 }
 
 void ProjectStore::finishColorRemoval(PaintProject& project, const ColorRemovalSettings& settings) {
@@ -113,23 +120,23 @@ void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
         return;
     }
     const auto attempt =
-        std::make_shared<const Attempt>(Attempt{*layer, original.canvasWidth, original.canvasHeight,
+        std::make_shared<const Try>(Try{*layer, original.canvasWidth, original.canvasHeight,
                                                 settings, colorOf(settings.preset, m_settings)});
     const int number = ++previews.attempts;
     const auto makeWhole = [this, attempt, number] {
-        m_previews->wholeWork->run([this, attempt, number] {
+        m_previews->wholeWork->run(attempted(removalName(), [this, attempt, number] {
             return [this, attempt, number, layer = wholeResult(*attempt)] {
                 if (number == m_previews->attempts) showColorRemoval(attempt->settings, layer);
             };
-        });
+        }));
     };
     if (reductionOf(*attempt) <= 1.0) return makeWhole();
-    previews.coarseWork->run([this, attempt, number, makeWhole] {
+    previews.coarseWork->run(attempted(removalName(), [this, attempt, number, makeWhole] {
         return [this, number, makeWhole, layer = coarseResult(*attempt)] {
             if (layer) showTry(*layer);
             if (number == m_previews->attempts) makeWhole();
         };
-    });
+    }));
 }
 
 void ProjectStore::showTry(const PaintLayer& layer) {

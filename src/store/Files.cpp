@@ -5,6 +5,7 @@
 #include "persistence/ProjectFileService.h"
 #include "persistence/ProjectImageExportService.h"
 #include "platform/Clock.h"
+#include "store/Attempt.h"
 #include "store/AutosaveScope.h"
 #include "store/FileLocation.h"
 #include "store/Intake.h"
@@ -164,23 +165,25 @@ std::optional<model::PaintProject> ProjectStore::openProjectFromPanel() {
 }
 
 std::optional<model::PaintProject> ProjectStore::openProject(const QUrl& url) {
-    const QUrl location = fileLocation(url);
-    model::PaintProject project;
-    try {
-        project = persistence::ProjectFileService::read(location);
-    } catch (const FileError& error) {
-        setStatusMessage(tr("Open failed: %1").arg(error.description()), StatusKind::failure);
-        return std::nullopt;
-    }
-    project.fileURL = location;
-    project.lastModified = m_environment.clock.now();
-    const QUuid id = placeOpenedProject(std::move(project));
-    rememberRecent(location);
-    storeFingerprint(id);
-    setStatusMessage(tr("Opened %1").arg(this->project(id)->displayName()));
-    recordHistory(id, tr("Open Project"), QStringLiteral("folder"));
-    report(m_environment, AppAnalyticsEvent::projectOpened);
-    return *this->project(id);
+    return Attempt::run(*this, tr("Open"), [&]() -> std::optional<model::PaintProject> {
+        const QUrl location = fileLocation(url);
+        model::PaintProject project;
+        try {
+            project = persistence::ProjectFileService::read(location);
+        } catch (const FileError& error) {
+            setStatusMessage(tr("Open failed: %1").arg(error.description()), StatusKind::failure);
+            return std::nullopt;
+        }
+        project.fileURL = location;
+        project.lastModified = m_environment.clock.now();
+        const QUuid id = placeOpenedProject(std::move(project));
+        rememberRecent(location);
+        storeFingerprint(id);
+        setStatusMessage(tr("Opened %1").arg(this->project(id)->displayName()));
+        recordHistory(id, tr("Open Project"), QStringLiteral("folder"));
+        report(m_environment, AppAnalyticsEvent::projectOpened);
+        return *this->project(id);
+    });
 }
 
 QUuid ProjectStore::placeOpenedProject(model::PaintProject project) {
@@ -206,36 +209,38 @@ QUuid ProjectStore::placeOpenedProject(model::PaintProject project) {
 }
 
 std::optional<model::PaintProject> ProjectStore::createProject(const QUrl& imageFile) {
-    const QUrl location = fileLocation(imageFile);
-    const auto [image, failure] = imageInFile(location);
-    if (!image) {
-        const bool isCancelled = failure == IntakeFailure::cancelled;
-        if (isCancelled)
-            setStatusMessage(tr("Open cancelled"));
-        else
-            setStatusMessage(unreadableImage(), StatusKind::failure);
-        return std::nullopt;
-    }
-    const AutosaveScope autosave(*this);
-    const QUuid id = createProject(*image).id;
-    const auto index = indexOf(id);
-    if (!index) return std::nullopt;
-    model::PaintProject& created = m_openProjects[*index];
-    const QString name = QFileInfo(location.path()).completeBaseName().trimmed();
-    if (!name.isEmpty()) created.title = name;
-    created.fileURL = location;
-    // Undo leads back to the image as it was opened, name and all, which is its saved state.
-    auto& entries = m_histories[id].entries;
-    if (!entries.empty()) entries.back().project = created;
-    storeFingerprint(id);
-    Q_EMIT projectChanged(id);
-    persistAutosavedSession();
-    setStatusMessage(tr("Opened %1").arg(location.fileName()));
-    report(m_environment, AppAnalyticsEvent::projectOpened,
-           {{QStringLiteral("kind"), QStringLiteral("image")},
-            {QStringLiteral("format"), countedFormat(location)}});
-    const model::PaintProject* opened = project(id);
-    return opened ? std::optional(*opened) : std::nullopt;
+    return Attempt::run(*this, tr("Open"), [&]() -> std::optional<model::PaintProject> {
+        const QUrl location = fileLocation(imageFile);
+        const auto [image, failure] = imageInFile(location);
+        if (!image) {
+            const bool isCancelled = failure == IntakeFailure::cancelled;
+            if (isCancelled)
+                setStatusMessage(tr("Open cancelled"));
+            else
+                setStatusMessage(unreadableImage(), StatusKind::failure);
+            return std::nullopt;
+        }
+        const AutosaveScope autosave(*this);
+        const QUuid id = createProject(*image).id;
+        const auto index = indexOf(id);
+        if (!index) return std::nullopt;
+        model::PaintProject& created = m_openProjects[*index];
+        const QString name = QFileInfo(location.path()).completeBaseName().trimmed();
+        if (!name.isEmpty()) created.title = name;
+        created.fileURL = location;
+        // Undo leads back to the image as it was opened, name and all, which is its saved state.
+        auto& entries = m_histories[id].entries;
+        if (!entries.empty()) entries.back().project = created;
+        storeFingerprint(id);
+        Q_EMIT projectChanged(id);
+        persistAutosavedSession();
+        setStatusMessage(tr("Opened %1").arg(location.fileName()));
+        report(m_environment, AppAnalyticsEvent::projectOpened,
+               {{QStringLiteral("kind"), QStringLiteral("image")},
+                {QStringLiteral("format"), countedFormat(location)}});
+        const model::PaintProject* opened = project(id);
+        return opened ? std::optional(*opened) : std::nullopt;
+    });
 }
 
 } // namespace quillabrae::store

@@ -15,6 +15,7 @@
 #include "store/UsageReports.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <variant>
 
@@ -48,6 +49,15 @@ std::optional<GenerativeFillInput> inputFor(const PaintProject& project,
     if (!image || !mask) return std::nullopt;
     return GenerativeFillInput{project.id, project.selectedLayerID, *selection, *image, *mask,
                                withContext};
+}
+
+/// Nothing also where there is not enough memory for it.
+std::optional<RasterImage> pictureIn(const QByteArray& bytes) {
+    try {
+        return persistence::loadImage(bytes);
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
 }
 
 /// The part of a returned picture that goes into the selection.
@@ -139,10 +149,13 @@ void ProjectStore::decodeFill(FillID id, const QByteArray& bytes) {
     if (waiting == m_fills->waiting.end()) return;
     // A picture may take a while; the window goes on.
     waiting->second.decoding->run([this, id, bytes] {
-        return [this, id, image = persistence::loadImage(bytes)] {
+        return [this, id, image = pictureIn(bytes)] {
             if (!m_fills->waiting.contains(id)) return;
-            endFill(id, image ? applyFill(id, *image)
-                              : description(GenerativeFillError::invalidGeneratedImage));
+            auto failure = std::optional(description(GenerativeFillError::invalidGeneratedImage));
+            const auto apply = [&] { failure = applyFill(id, *image); };
+            if (image && !attempt(QStringLiteral("Generative fill"), apply))
+                failure = description(GenerativeFillError::applyFailed);
+            endFill(id, failure);
         };
     });
 }

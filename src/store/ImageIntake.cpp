@@ -4,6 +4,7 @@
 #include "persistence/SVGImportService.h"
 #include "platform/Clock.h"
 #include "raster/LayerRasterServiceLayers.h"
+#include "store/Attempt.h"
 #include "store/DroppedContents.h"
 #include "store/FileLocation.h"
 #include "store/Intake.h"
@@ -149,23 +150,25 @@ Intake ProjectStore::drawing(const QByteArray& svg) const {
 }
 
 std::optional<PastedImage> ProjectStore::imageOnClipboard() {
-    const QByteArray svg = m_clipboard.svgData();
-    if (!svg.isEmpty()) {
-        if (auto image = drawing(svg).image) return image;
-    }
-    try {
-        if (auto image = m_clipboard.pastedImage()) return image;
-    } catch (const platform::WorkCancelled&) {
-        setStatusMessage(cancelledPaste());
-        return std::nullopt;
-    }
-    const QList<QUrl> files = m_clipboard.copiedFiles();
-    if (files.isEmpty()) return std::nullopt;
-    Intake intake = imageInFile(files.first());
-    if (intake.failure == IntakeFailure::beyondLimits)
-        setStatusMessage(unreadableImage(), StatusKind::failure);
-    if (intake.failure == IntakeFailure::cancelled) setStatusMessage(cancelledPaste());
-    return std::move(intake.image);
+    return Attempt::run(*this, tr("Paste"), [&]() -> std::optional<PastedImage> {
+        const QByteArray svg = m_clipboard.svgData();
+        if (!svg.isEmpty()) {
+            if (auto image = drawing(svg).image) return image;
+        }
+        try {
+            if (auto image = m_clipboard.pastedImage()) return image;
+        } catch (const platform::WorkCancelled&) {
+            setStatusMessage(cancelledPaste());
+            return std::nullopt;
+        }
+        const QList<QUrl> files = m_clipboard.copiedFiles();
+        if (files.isEmpty()) return std::nullopt;
+        Intake intake = imageInFile(files.first());
+        if (intake.failure == IntakeFailure::beyondLimits)
+            setStatusMessage(unreadableImage(), StatusKind::failure);
+        if (intake.failure == IntakeFailure::cancelled) setStatusMessage(cancelledPaste());
+        return std::move(intake.image);
+    });
 }
 
 std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
@@ -191,27 +194,29 @@ std::optional<PaintProject> ProjectStore::pasteImage(const PastedImage& image) {
 
 std::optional<PaintProject> ProjectStore::pasteImageIntoActiveProject(const PastedImage& image,
                                                                       PastedCanvas canvas) {
-    PaintProject* project = projectToEdit();
-    if (!project) return createProject(image);
-    const bool expands = canvas == PastedCanvas::expanded;
-    const QSizeF size = sizeWith(*project, image);
-    if (expands && size != QSizeF(project->canvasWidth, project->canvasHeight)) {
-        const PaintProject before = *project;
-        project = rewriteCanvas(expansionTo(size, before), before, before);
-        if (!project) return std::nullopt;
-    }
-    floatImage(*project, image);
-    const QUuid id = finishEdit(*project);
-    selectTool(model::PaintTool::moveSelectedPixels);
-    setStatusMessage(expands ? tr("Pasted image as selected pixels and expanded canvas")
-                             : tr("Pasted image as selected pixels"));
-    if (expands)
-        recordHistory(id, tr("Expand Canvas"),
-                      QStringLiteral("arrow.up.left.and.arrow.down.right"));
-    else
-        recordHistory(id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
-    const PaintProject* pasted = this->project(id);
-    return pasted ? std::optional(*pasted) : std::nullopt;
+    return Attempt::run(*this, tr("Paste"), [&]() -> std::optional<PaintProject> {
+        PaintProject* project = projectToEdit();
+        if (!project) return createProject(image);
+        const bool expands = canvas == PastedCanvas::expanded;
+        const QSizeF size = sizeWith(*project, image);
+        if (expands && size != QSizeF(project->canvasWidth, project->canvasHeight)) {
+            const PaintProject before = *project;
+            project = rewriteCanvas(expansionTo(size, before), before, before);
+            if (!project) return std::nullopt;
+        }
+        floatImage(*project, image);
+        const QUuid id = finishEdit(*project);
+        selectTool(model::PaintTool::moveSelectedPixels);
+        setStatusMessage(expands ? tr("Pasted image as selected pixels and expanded canvas")
+                                 : tr("Pasted image as selected pixels"));
+        if (expands)
+            recordHistory(id, tr("Expand Canvas"),
+                          QStringLiteral("arrow.up.left.and.arrow.down.right"));
+        else
+            recordHistory(id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
+        const PaintProject* pasted = this->project(id);
+        return pasted ? std::optional(*pasted) : std::nullopt;
+    });
 }
 
 Intake ProjectStore::droppedImage(const DroppedContents& contents) const {
@@ -229,26 +234,28 @@ Intake ProjectStore::droppedImage(const DroppedContents& contents) const {
 
 std::optional<PaintProject> ProjectStore::acceptDrop(const DroppedContents& contents,
                                                      DropTarget target) {
-    std::optional<PaintProject> shown;
-    bool hasPackages = false;
-    for (const QUrl& file : contents.files) {
-        if (!isPackage(file)) continue;
-        hasPackages = true;
-        if (auto opened = openProject(file)) shown = std::move(opened);
-    }
-    const auto [image, failure] = droppedImage(contents);
-    if (image) {
-        auto pasted = target == DropTarget::editor ? pasteImage(*image)
-                                                   : createProject(*image, clipboardSource);
-        return pasted ? pasted : shown;
-    }
-    if (failure == IntakeFailure::cancelled)
-        setStatusMessage(cancelledPaste());
-    else if (failure == IntakeFailure::beyondLimits)
-        setStatusMessage(unreadableImage(), StatusKind::failure);
-    else if (!hasPackages)
-        setStatusMessage(tr("Drop failed: no image found"), StatusKind::failure);
-    return shown;
+    return Attempt::run(*this, tr("Drop"), [&]() -> std::optional<PaintProject> {
+        std::optional<PaintProject> shown;
+        bool hasPackages = false;
+        for (const QUrl& file : contents.files) {
+            if (!isPackage(file)) continue;
+            hasPackages = true;
+            if (auto opened = openProject(file)) shown = std::move(opened);
+        }
+        const auto [image, failure] = droppedImage(contents);
+        if (image) {
+            auto pasted = target == DropTarget::editor ? pasteImage(*image)
+                                                       : createProject(*image, clipboardSource);
+            return pasted ? pasted : shown;
+        }
+        if (failure == IntakeFailure::cancelled)
+            setStatusMessage(cancelledPaste());
+        else if (failure == IntakeFailure::beyondLimits)
+            setStatusMessage(unreadableImage(), StatusKind::failure);
+        else if (!hasPackages)
+            setStatusMessage(tr("Drop failed: no image found"), StatusKind::failure);
+        return shown;
+    });
 }
 
 void ProjectStore::removeOldClipboardFiles() {

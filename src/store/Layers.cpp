@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What changes the list of layers. A layer's lock guards its pixels, not its place in the list.
 #include "raster/LayerRasterService.h"
+#include "store/Attempt.h"
 #include "store/FileLocation.h"
 #include "store/Intake.h"
 #include "store/ProjectLayers.h"
@@ -44,83 +45,95 @@ void mergeDown(model::PaintProject& project, std::size_t index) {
 } // namespace
 
 void ProjectStore::addLayer() {
-    model::PaintProject* project = projectToEdit();
-    if (!project) return;
-    const std::size_t count = project->layers.size();
-    insertSelected(*project, count, emptyLayer(tr("Layer %1").arg(count + 1)));
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("New Layer"), QStringLiteral("plus.square"));
+    return Attempt::run(*this, tr("New layer"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project) return;
+        const std::size_t count = project->layers.size();
+        insertSelected(*project, count, emptyLayer(tr("Layer %1").arg(count + 1)));
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("New Layer"), QStringLiteral("plus.square"));
+    });
 }
 
 void ProjectStore::deleteSelectedLayer() {
-    model::PaintProject* project = projectToEdit();
-    if (!project || project->layers.size() < 2) return;
-    const auto index = selectedLayerIndex(*project);
-    if (!index) return;
-    removeLayer(*project, *index);
-    project->selectedLayerID = project->layers[*index == 0 ? 0 : *index - 1].id;
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Delete Layer"), QStringLiteral("trash"));
+    return Attempt::run(*this, tr("Delete layer"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project || project->layers.size() < 2) return;
+        const auto index = selectedLayerIndex(*project);
+        if (!index) return;
+        removeLayer(*project, *index);
+        project->selectedLayerID = project->layers[*index == 0 ? 0 : *index - 1].id;
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Delete Layer"), QStringLiteral("trash"));
+    });
 }
 
 void ProjectStore::duplicateSelectedLayer() {
-    model::PaintProject* project = projectToEdit();
-    if (!project) return;
-    const auto index = selectedLayerIndex(*project);
-    if (!index) return;
-    model::PaintLayer copy = project->layers[*index];
-    copy.id = QUuid::createUuid();
-    copy.name = tr("%1 Copy").arg(copy.name);
-    insertSelected(*project, *index + 1, std::move(copy));
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Duplicate Layer"), QStringLiteral("doc.on.doc"));
+    return Attempt::run(*this, tr("Duplicate layer"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project) return;
+        const auto index = selectedLayerIndex(*project);
+        if (!index) return;
+        model::PaintLayer copy = project->layers[*index];
+        copy.id = QUuid::createUuid();
+        copy.name = tr("%1 Copy").arg(copy.name);
+        insertSelected(*project, *index + 1, std::move(copy));
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Duplicate Layer"), QStringLiteral("doc.on.doc"));
+    });
 }
 
 void ProjectStore::moveSelectedLayer(int offset) {
-    model::PaintProject* project = projectToEdit();
-    if (!project) return;
-    const auto index = selectedLayerIndex(*project);
-    if (!index) return;
-    const auto target = static_cast<qint64>(*index) + offset;
-    if (target < 0 || target >= static_cast<qint64>(project->layers.size())) return;
-    std::swap(project->layers[*index], project->layers[static_cast<std::size_t>(target)]);
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Move Layer"), QStringLiteral("arrow.up.arrow.down"));
+    return Attempt::run(*this, tr("Move layer"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project) return;
+        const auto index = selectedLayerIndex(*project);
+        if (!index) return;
+        const auto target = static_cast<qint64>(*index) + offset;
+        if (target < 0 || target >= static_cast<qint64>(project->layers.size())) return;
+        std::swap(project->layers[*index], project->layers[static_cast<std::size_t>(target)]);
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Move Layer"), QStringLiteral("arrow.up.arrow.down"));
+    });
 }
 
 void ProjectStore::flattenLayerDown(QUuid layerID) {
-    model::PaintProject* project = projectToEdit();
-    if (!project) return;
-    const auto index = layerIndex(*project, layerID);
-    if (!index || *index == 0) return;
-    if (project->floatingSelection && !putDownFloatingSelection(*project))
-        return setStatusMessage(tr("Flatten failed: selected pixels could not be dropped"),
-                                StatusKind::failure);
-    mergeDown(*project, *index);
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Flatten Down"), QStringLiteral("square.stack.3d.down.right"));
+    return Attempt::run(*this, tr("Flatten"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project) return;
+        const auto index = layerIndex(*project, layerID);
+        if (!index || *index == 0) return;
+        if (project->floatingSelection && !putDownFloatingSelection(*project))
+            return setStatusMessage(tr("Flatten failed: selected pixels could not be dropped"),
+                                    StatusKind::failure);
+        mergeDown(*project, *index);
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Flatten Down"), QStringLiteral("square.stack.3d.down.right"));
+    });
 }
 
 void ProjectStore::importLayerFromFile() {
-    if (!hasActiveProject()) return;
-    const auto url = m_environment.panels.chooseImageToImport();
-    if (!url) return;
-    const QUrl location = fileLocation(*url);
-    const auto [image, failure] = imageInFile(location);
-    if (failure == IntakeFailure::beyondLimits)
-        return setStatusMessage(unreadableImage(), StatusKind::failure);
-    // The active project may be another one after the question.
-    model::PaintProject* project = projectToEdit();
-    if (!image || !project) return;
-    const QString fileName = location.fileName();
-    model::PaintLayer layer = emptyLayer(QFileInfo(fileName).completeBaseName());
-    raster::LayerRasterService::bakeImage(
-        {QUuid::createUuid(), image->pngData, 0.0, 0.0, image->width, image->height}, layer,
-        project->canvasWidth, project->canvasHeight);
-    insertSelected(*project, project->layers.size(), std::move(layer));
-    const QUuid id = finishEdit(*project);
-    setStatusMessage(tr("Imported %1").arg(fileName));
-    recordHistory(id, tr("Import Layer"), QStringLiteral("square.and.arrow.down"));
+    return Attempt::run(*this, tr("Import"), [&]() {
+        if (!hasActiveProject()) return;
+        const auto url = m_environment.panels.chooseImageToImport();
+        if (!url) return;
+        const QUrl location = fileLocation(*url);
+        const auto [image, failure] = imageInFile(location);
+        if (failure == IntakeFailure::beyondLimits)
+            return setStatusMessage(unreadableImage(), StatusKind::failure);
+        // The active project may be another one after the question.
+        model::PaintProject* project = projectToEdit();
+        if (!image || !project) return;
+        const QString fileName = location.fileName();
+        model::PaintLayer layer = emptyLayer(QFileInfo(fileName).completeBaseName());
+        raster::LayerRasterService::bakeImage(
+            {QUuid::createUuid(), image->pngData, 0.0, 0.0, image->width, image->height}, layer,
+            project->canvasWidth, project->canvasHeight);
+        insertSelected(*project, project->layers.size(), std::move(layer));
+        const QUuid id = finishEdit(*project);
+        setStatusMessage(tr("Imported %1").arg(fileName));
+        recordHistory(id, tr("Import Layer"), QStringLiteral("square.and.arrow.down"));
+    });
 }
 
 std::optional<model::PaintLayer> ProjectStore::selectedLayerForProperties() const {
@@ -130,16 +143,18 @@ std::optional<model::PaintLayer> ProjectStore::selectedLayerForProperties() cons
 }
 
 void ProjectStore::applySelectedLayerProperties(const LayerPropertiesDialogResult& result) {
-    model::PaintProject* project = projectToEdit();
-    model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
-    if (!layer) return;
-    layer->name = result.name.isEmpty() ? tr("Layer") : result.name;
-    layer->opacity = std::clamp(result.opacity, 0.0, 1.0);
-    layer->isVisible = result.isVisible;
-    layer->isLocked = result.isLocked;
-    const QUuid id = finishEdit(*project);
-    setStatusMessage(tr("Layer properties updated"));
-    recordHistory(id, tr("Layer Properties"), QStringLiteral("wand.and.sparkles"));
+    return Attempt::run(*this, tr("Layer properties"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+        if (!layer) return;
+        layer->name = result.name.isEmpty() ? tr("Layer") : result.name;
+        layer->opacity = std::clamp(result.opacity, 0.0, 1.0);
+        layer->isVisible = result.isVisible;
+        layer->isLocked = result.isLocked;
+        const QUuid id = finishEdit(*project);
+        setStatusMessage(tr("Layer properties updated"));
+        recordHistory(id, tr("Layer Properties"), QStringLiteral("wand.and.sparkles"));
+    });
 }
 
 } // namespace quillabrae::store

@@ -4,6 +4,7 @@
 #include "persistence/FileError.h"
 #include "platform/Clock.h"
 #include "raster/LayerRasterService.h"
+#include "store/Attempt.h"
 #include "store/AutosaveScope.h"
 #include "store/ProjectStore.h"
 #include "store/UsageReports.h"
@@ -34,46 +35,52 @@ void ProjectStore::appendProject(model::PaintProject project) {
 
 model::PaintProject ProjectStore::createUntitledProject(double width, double height,
                                                         double resolutionDPI) {
-    ++m_untitledCount;
-    model::PaintLayer layer;
-    layer.id = QUuid::createUuid();
-    layer.name = tr("Background");
+    return Attempt::run(*this, tr("New project"), [&]() -> model::PaintProject {
+        ++m_untitledCount;
+        model::PaintLayer layer;
+        layer.id = QUuid::createUuid();
+        layer.name = tr("Background");
 
-    model::PaintProject project;
-    project.id = QUuid::createUuid();
-    project.title = m_untitledCount == 1 ? tr("Untitled") : tr("Untitled %1").arg(m_untitledCount);
-    project.canvasWidth = wholeAtLeastOne(width);
-    project.canvasHeight = wholeAtLeastOne(height);
-    project.resolutionDPI = wholeAtLeastOne(resolutionDPI);
-    project.selectedLayerID = layer.id;
-    layer.bitmapPNGData = raster::LayerRasterService::solidColorPNGData(
-        project.canvasWidth, project.canvasHeight, model::ColorValue{1.0, 1.0, 1.0, 1.0});
-    project.layers = {std::move(layer)};
-    project.lastModified = m_environment.clock.now();
+        model::PaintProject project;
+        project.id = QUuid::createUuid();
+        project.title =
+            m_untitledCount == 1 ? tr("Untitled") : tr("Untitled %1").arg(m_untitledCount);
+        project.canvasWidth = wholeAtLeastOne(width);
+        project.canvasHeight = wholeAtLeastOne(height);
+        project.resolutionDPI = wholeAtLeastOne(resolutionDPI);
+        project.selectedLayerID = layer.id;
+        layer.bitmapPNGData = raster::LayerRasterService::solidColorPNGData(
+            project.canvasWidth, project.canvasHeight, model::ColorValue{1.0, 1.0, 1.0, 1.0});
+        project.layers = {std::move(layer)};
+        project.lastModified = m_environment.clock.now();
 
-    const model::PaintProject created = project;
-    appendProject(std::move(project));
-    zoomToFitCanvasWhenReady(created.id);
-    setStatusMessage(tr("Created %1").arg(created.title));
-    recordHistory(created.id, newProjectTitle(), QStringLiteral("plus.square"));
-    report(m_environment, services::AppAnalyticsEvent::projectCreated);
-    return created;
+        const model::PaintProject created = project;
+        appendProject(std::move(project));
+        zoomToFitCanvasWhenReady(created.id);
+        setStatusMessage(tr("Created %1").arg(created.title));
+        recordHistory(created.id, newProjectTitle(), QStringLiteral("plus.square"));
+        report(m_environment, services::AppAnalyticsEvent::projectCreated);
+        return created;
+    });
 }
 
 model::PaintProject ProjectStore::createProject(const model::PastedImage& image,
                                                 const std::optional<QString>& analyticsSource) {
-    ++m_pastedProjectCount;
-    model::PaintProject project = model::PaintProject::fromPastedImage(image, m_pastedProjectCount);
-    project.lastModified = m_environment.clock.now();
-    const model::PaintProject created = project;
-    appendProject(std::move(project));
-    selectTool(model::PaintTool::moveSelectedPixels);
-    setStatusMessage(tr("Created %1 from clipboard").arg(created.displayName()));
-    recordHistory(created.id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
-    if (analyticsSource)
-        report(m_environment, services::AppAnalyticsEvent::projectCreated,
-               {{QStringLiteral("source"), *analyticsSource}});
-    return created;
+    return Attempt::run(*this, tr("Paste"), [&]() -> model::PaintProject {
+        ++m_pastedProjectCount;
+        model::PaintProject project =
+            model::PaintProject::fromPastedImage(image, m_pastedProjectCount);
+        project.lastModified = m_environment.clock.now();
+        const model::PaintProject created = project;
+        appendProject(std::move(project));
+        selectTool(model::PaintTool::moveSelectedPixels);
+        setStatusMessage(tr("Created %1 from clipboard").arg(created.displayName()));
+        recordHistory(created.id, tr("Paste"), QStringLiteral("doc.on.clipboard"));
+        if (analyticsSource)
+            report(m_environment, services::AppAnalyticsEvent::projectCreated,
+                   {{QStringLiteral("source"), *analyticsSource}});
+        return created;
+    });
 }
 
 void ProjectStore::closeProject(QUuid id) {

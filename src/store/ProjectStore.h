@@ -231,6 +231,11 @@ public:
     void commitColorRemovalPreview();
     std::optional<ColorRemovalSettings> colorRemovalPreviewSettings() const;
 
+    /// Runs an edit that somebody else makes through this store. True when there was memory for all
+    /// of it; else the active project is as it was, or as the edit had recorded it, and the status
+    /// line says that `name` failed.
+    bool attempt(const QString& name, const std::function<void()>& work);
+
     // Generative fill
 
     using FillID = int;
@@ -344,9 +349,13 @@ private:
     /// Holds back the writing of the recovery file and writes it once at the end, for a command
     /// that is several steps. Must not be held while the user is asked something.
     class AutosaveScope;
+    class Attempt;
     struct AdjustmentPreviews;
     struct GenerativeFills;
 
+    /// The job as it is to be run elsewhere: where it runs out of memory, that is delivered, as an
+    /// attempt of `name` that failed.
+    platform::LatestWork::Job attempted(const QString& name, platform::LatestWork::Job job);
     std::optional<std::size_t> indexOf(QUuid id) const;
     /// The active project for a command to rewrite, which ends in `finishEdit`; null without one.
     model::PaintProject* projectToEdit();
@@ -430,6 +439,8 @@ private:
     QString m_reportedRecoveryFault;
     /// What the recovery file holds; nothing while that is not known.
     std::optional<persistence::PaintAutosaveSession> m_writtenSession;
+    /// The command under way, where it is one that may run out of memory.
+    const Attempt* m_attempt = nullptr;
     int m_autosaveHolds = 0;
     bool m_isAutosaveDue = false;
 };

@@ -3,12 +3,14 @@
 #include "persistence/FileError.h"
 #include "persistence/RecoverySession.h"
 #include "platform/Clock.h"
+#include "store/Attempt.h"
 #include "store/ProjectStore.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace quillabrae::store {
@@ -69,19 +71,21 @@ void ProjectStore::persistAutosavedSession() {
 }
 
 void ProjectStore::writeAutosavedSession() {
-    persistence::PaintAutosaveSession session = currentSession();
-    // A window that is activated or a tab that is chosen again changes nothing worth a write.
-    if (m_writtenSession && saysTheSame(*m_writtenSession, session) &&
-        QFile::exists(m_recoveryFolder.file()))
-        return;
-    m_writtenSession.reset();
     try {
+        persistence::PaintAutosaveSession session = currentSession();
+        // A window that is activated or a tab that is chosen again changes nothing worth a write.
+        if (m_writtenSession && saysTheSame(*m_writtenSession, session) &&
+            QFile::exists(m_recoveryFolder.file()))
+            return;
+        m_writtenSession.reset();
         m_recoveryFolder.save(session);
         m_writtenSession = std::move(session);
         noteRecoveryFault(QString());
     } catch (const persistence::FileError& error) {
         // Work goes on; the file of the last write that succeeded stands.
         noteRecoveryFault(error.description());
+    } catch (const std::bad_alloc&) {
+        noteRecoveryFault(QStringLiteral("There is not enough memory"));
     }
 }
 

@@ -3,6 +3,7 @@
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
+#include "store/Attempt.h"
 #include "store/AutosaveScope.h"
 #include "store/ProjectStore.h"
 #include "store/SelectionState.h"
@@ -52,41 +53,47 @@ bool hasSelection(const model::PaintProject& project) {
 
 bool ProjectStore::commitFloatingSelectionIfNeeded(std::size_t projectIndex,
                                                    HistoryRecording recording) {
-    if (projectIndex >= m_openProjects.size()) return false;
-    model::PaintProject& project = m_openProjects[projectIndex];
-    if (!putDownFloatingSelection(project)) return false;
-    const QUuid id = finishEdit(project);
-    if (recording == HistoryRecording::omitted) return true;
-    setStatusMessage(tr("Dropped selection"));
-    recordHistory(id, tr("Drop Selection"), QStringLiteral("selection.pin.in.out"));
-    return true;
+    return Attempt::run(*this, tr("Drop selection"), [&]() -> bool {
+        if (projectIndex >= m_openProjects.size()) return false;
+        model::PaintProject& project = m_openProjects[projectIndex];
+        if (!putDownFloatingSelection(project)) return false;
+        const QUuid id = finishEdit(project);
+        if (recording == HistoryRecording::omitted) return true;
+        setStatusMessage(tr("Dropped selection"));
+        recordHistory(id, tr("Drop Selection"), QStringLiteral("selection.pin.in.out"));
+        return true;
+    });
 }
 
 void ProjectStore::selectAllCanvas() {
-    const AutosaveScope autosave(*this);
-    const auto index = activeIndex();
-    if (!index) return;
-    commitFloatingSelectionIfNeeded(*index, HistoryRecording::recorded);
-    editActiveProject([](model::PaintProject& project) {
-        project.isCanvasSelected = true;
-        project.pixelSelection = model::PixelSelection{0.0, 0.0, project.canvasWidth,
-                                                       project.canvasHeight, std::nullopt};
+    return Attempt::run(*this, tr("Select all"), [&]() {
+        const AutosaveScope autosave(*this);
+        const auto index = activeIndex();
+        if (!index) return;
+        commitFloatingSelectionIfNeeded(*index, HistoryRecording::recorded);
+        editActiveProject([](model::PaintProject& project) {
+            project.isCanvasSelected = true;
+            project.pixelSelection = model::PixelSelection{0.0, 0.0, project.canvasWidth,
+                                                           project.canvasHeight, std::nullopt};
+        });
+        selectTool(model::PaintTool::rectangleSelect);
+        setStatusMessage(tr("Selected canvas pixels"));
+        if (const auto id = m_activeProjectID)
+            recordHistory(*id, tr("Select All"), QStringLiteral("selection.pin.in.out"));
     });
-    selectTool(model::PaintTool::rectangleSelect);
-    setStatusMessage(tr("Selected canvas pixels"));
-    if (const auto id = m_activeProjectID)
-        recordHistory(*id, tr("Select All"), QStringLiteral("selection.pin.in.out"));
 }
 
 void ProjectStore::dropSelection() {
-    const auto index = activeIndex();
-    if (!index || commitFloatingSelectionIfNeeded(*index, HistoryRecording::recorded)) return;
-    model::PaintProject* project = projectToEdit();
-    if (!project->isCanvasSelected) return;
-    clearSelection(*project);
-    const QUuid id = finishEdit(*project);
-    setStatusMessage(tr("Deselected pixels"));
-    recordHistory(id, tr("Deselect"), QStringLiteral("xmark.square"));
+    return Attempt::run(*this, tr("Drop selection"), [&]() {
+        const auto index = activeIndex();
+        if (!index || commitFloatingSelectionIfNeeded(*index, HistoryRecording::recorded)) return;
+        model::PaintProject* project = projectToEdit();
+        if (!project->isCanvasSelected) return;
+        clearSelection(*project);
+        const QUuid id = finishEdit(*project);
+        setStatusMessage(tr("Deselected pixels"));
+        recordHistory(id, tr("Deselect"), QStringLiteral("xmark.square"));
+    });
 }
 
 bool ProjectStore::canDropSelection() const {
@@ -95,32 +102,36 @@ bool ProjectStore::canDropSelection() const {
 }
 
 bool ProjectStore::copySelectedCanvasPixels() {
-    const model::PaintProject* project = activeProject();
-    const auto selection = project ? activeSelection(*project) : std::nullopt;
-    if (!selection) return false;
-    const RasterImage pixels = selectedPixels(*project, *selection);
-    if (pixels.isNull()) return false;
-    if (!m_clipboard.writePNGImage(pixels, project->displayName(),
-                                   QPointF(selection->x, selection->y)))
-        return false;
-    setStatusMessage(tr("Copied selected pixels"));
-    return true;
+    return Attempt::run(*this, tr("Copy"), [&]() -> bool {
+        const model::PaintProject* project = activeProject();
+        const auto selection = project ? activeSelection(*project) : std::nullopt;
+        if (!selection) return false;
+        const RasterImage pixels = selectedPixels(*project, *selection);
+        if (pixels.isNull()) return false;
+        if (!m_clipboard.writePNGImage(pixels, project->displayName(),
+                                       QPointF(selection->x, selection->y)))
+            return false;
+        setStatusMessage(tr("Copied selected pixels"));
+        return true;
+    });
 }
 
 bool ProjectStore::cutSelectedCanvasPixels() {
-    if (!hasActiveProject() || !isCuttable(*activeProject())) return false;
-    if (!copySelectedCanvasPixels()) return false;
-    model::PaintProject* project = projectToEdit();
-    if (!project) return false;
-    if (project->floatingSelection)
-        clearSelection(*project);
-    else if (model::PaintLayer* layer = project->selectedLayer())
-        LayerRasterService::clearLayerPixels(*layer, project->canvasWidth, project->canvasHeight,
-                                             *activeSelection(*project));
-    const QUuid id = finishEdit(*project);
-    setStatusMessage(tr("Cut selected pixels"));
-    recordHistory(id, tr("Cut"), QStringLiteral("scissors"));
-    return true;
+    return Attempt::run(*this, tr("Cut"), [&]() -> bool {
+        if (!hasActiveProject() || !isCuttable(*activeProject())) return false;
+        if (!copySelectedCanvasPixels()) return false;
+        model::PaintProject* project = projectToEdit();
+        if (!project) return false;
+        if (project->floatingSelection)
+            clearSelection(*project);
+        else if (model::PaintLayer* layer = project->selectedLayer())
+            LayerRasterService::clearLayerPixels(*layer, project->canvasWidth,
+                                                 project->canvasHeight, *activeSelection(*project));
+        const QUuid id = finishEdit(*project);
+        setStatusMessage(tr("Cut selected pixels"));
+        recordHistory(id, tr("Cut"), QStringLiteral("scissors"));
+        return true;
+    });
 }
 
 } // namespace quillabrae::store

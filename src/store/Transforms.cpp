@@ -2,6 +2,7 @@
 // What changes the canvas as a whole, and the selected layer as a whole.
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
+#include "store/Attempt.h"
 #include "store/LayerRewriting.h"
 #include "store/ProjectStore.h"
 #include "store/SelectionState.h"
@@ -57,93 +58,105 @@ model::PaintProject* ProjectStore::rewriteCanvas(const CanvasRewrite& rewrite,
 }
 
 void ProjectStore::resizeActiveImage(const ResizeDialogResult& result) {
-    if (!hasActiveProject()) return;
-    const model::PaintProject before = *activeProject();
-    const QSizeF size = atLeastOne(result.width, result.height);
-    model::PaintProject* project = rewriteCanvas(
-        {tr("Resize"), tr("Resizing image"), size, result.resolutionDPI,
-         [size](const RasterImage& picture) {
-             return LayerRasterService::resizedCopy(picture, size.width(), size.height());
-         }},
-        before, before);
-    if (!project) return;
-    m_lastRepeatableAction = RepeatableActions::ResizeImage{result};
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Resize"), QStringLiteral("arrow.up.left.and.arrow.down.right"));
-    setStatusMessage(tr("Resized image to %1").arg(sizeText(size)));
+    return Attempt::run(*this, tr("Resize"), [&]() {
+        if (!hasActiveProject()) return;
+        const model::PaintProject before = *activeProject();
+        const QSizeF size = atLeastOne(result.width, result.height);
+        model::PaintProject* project = rewriteCanvas(
+            {tr("Resize"), tr("Resizing image"), size, result.resolutionDPI,
+             [size](const RasterImage& picture) {
+                 return LayerRasterService::resizedCopy(picture, size.width(), size.height());
+             }},
+            before, before);
+        if (!project) return;
+        m_lastRepeatableAction = RepeatableActions::ResizeImage{result};
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Resize"), QStringLiteral("arrow.up.left.and.arrow.down.right"));
+        setStatusMessage(tr("Resized image to %1").arg(sizeText(size)));
+    });
 }
 
 void ProjectStore::resizeActiveCanvas(const ResizeDialogResult& result) {
-    if (!hasActiveProject()) return;
-    const model::PaintProject before = *activeProject();
-    const QSizeF former = atLeastOne(before.canvasWidth, before.canvasHeight);
-    const QSizeF size = atLeastOne(result.width, result.height);
-    const QRectF target(offsetOf(result.anchor, size - former), former);
-    model::PaintProject* project =
-        rewriteCanvas({tr("Canvas size"), tr("Changing canvas size"), size, result.resolutionDPI,
-                       [size, target](const RasterImage& picture) {
-                           return LayerRasterService::transformedImage(picture, size.width(),
-                                                                       size.height(), target);
-                       }},
-                      before, before);
-    if (!project) return;
-    m_lastRepeatableAction = RepeatableActions::ResizeCanvas{result};
-    const QUuid id = finishEdit(*project);
-    editSettings([&](model::PaintAppSettings& settings) {
-        settings.lastCanvasResizeAnchor = result.anchor;
+    return Attempt::run(*this, tr("Canvas size"), [&]() {
+        if (!hasActiveProject()) return;
+        const model::PaintProject before = *activeProject();
+        const QSizeF former = atLeastOne(before.canvasWidth, before.canvasHeight);
+        const QSizeF size = atLeastOne(result.width, result.height);
+        const QRectF target(offsetOf(result.anchor, size - former), former);
+        model::PaintProject* project = rewriteCanvas(
+            {tr("Canvas size"), tr("Changing canvas size"), size, result.resolutionDPI,
+             [size, target](const RasterImage& picture) {
+                 return LayerRasterService::transformedImage(picture, size.width(), size.height(),
+                                                             target);
+             }},
+            before, before);
+        if (!project) return;
+        m_lastRepeatableAction = RepeatableActions::ResizeCanvas{result};
+        const QUuid id = finishEdit(*project);
+        editSettings([&](model::PaintAppSettings& settings) {
+            settings.lastCanvasResizeAnchor = result.anchor;
+        });
+        recordHistory(id, tr("Canvas Size"), QStringLiteral("rectangle.expand.vertical"));
+        setStatusMessage(tr("Changed canvas to %1").arg(sizeText(size)));
     });
-    recordHistory(id, tr("Canvas Size"), QStringLiteral("rectangle.expand.vertical"));
-    setStatusMessage(tr("Changed canvas to %1").arg(sizeText(size)));
 }
 
 void ProjectStore::invertActiveImage() {
-    model::PaintProject* project = projectToEdit();
-    if (!project || !project->selectedLayer()) return;
-    if (project->selectedLayer()->isLocked) return setStatusMessage(tr("Selected layer is locked"));
-    const auto selection = activeSelection(*project);
-    const bool putDown = putDownFloatingSelection(*project);
-    if (!LayerRasterService::invertColors(*project->selectedLayer(), project->canvasWidth,
-                                          project->canvasHeight, selection)) {
-        if (putDown) finishEdit(*project);
-        return setStatusMessage(tr("Nothing to invert"));
-    }
-    m_lastRepeatableAction = RepeatableActions::InvertImage{};
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Invert"), QStringLiteral("circle.lefthalf.filled"));
-    setStatusMessage(selection ? tr("Inverted selected area") : tr("Inverted selected layer"));
+    return Attempt::run(*this, tr("Invert"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        if (!project || !project->selectedLayer()) return;
+        if (project->selectedLayer()->isLocked)
+            return setStatusMessage(tr("Selected layer is locked"));
+        const auto selection = activeSelection(*project);
+        const bool putDown = putDownFloatingSelection(*project);
+        if (!LayerRasterService::invertColors(*project->selectedLayer(), project->canvasWidth,
+                                              project->canvasHeight, selection)) {
+            if (putDown) finishEdit(*project);
+            return setStatusMessage(tr("Nothing to invert"));
+        }
+        m_lastRepeatableAction = RepeatableActions::InvertImage{};
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Invert"), QStringLiteral("circle.lefthalf.filled"));
+        setStatusMessage(selection ? tr("Inverted selected area") : tr("Inverted selected layer"));
+    });
 }
 
 void ProjectStore::flipSelectedLayer(FlipDirection direction) {
-    model::PaintProject* project = projectToEdit();
-    model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
-    if (!layer || layer->isLocked) return;
-    const bool isHorizontal = direction == FlipDirection::horizontal;
-    if (!LayerRasterService::flipLayerPixels(
-            *layer, project->canvasWidth, project->canvasHeight, activeSelection(*project),
-            isHorizontal ? raster::MirrorAxis::horizontal : raster::MirrorAxis::vertical))
-        return;
-    m_lastRepeatableAction = RepeatableActions::FlipLayer{direction};
-    const QUuid id = finishEdit(*project);
-    const QString title = isHorizontal ? tr("Flip Horizontal") : tr("Flip Vertical");
-    recordHistory(
-        id, title,
-        isHorizontal ? QStringLiteral("arrow.left.and.right.righttriangle.left.righttriangle.right")
-                     : QStringLiteral("arrow.up.and.down.righttriangle.up.righttriangle.down"));
-    setStatusMessage(tr("%1 applied").arg(title));
+    return Attempt::run(*this, tr("Flip"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+        if (!layer || layer->isLocked) return;
+        const bool isHorizontal = direction == FlipDirection::horizontal;
+        if (!LayerRasterService::flipLayerPixels(
+                *layer, project->canvasWidth, project->canvasHeight, activeSelection(*project),
+                isHorizontal ? raster::MirrorAxis::horizontal : raster::MirrorAxis::vertical))
+            return;
+        m_lastRepeatableAction = RepeatableActions::FlipLayer{direction};
+        const QUuid id = finishEdit(*project);
+        const QString title = isHorizontal ? tr("Flip Horizontal") : tr("Flip Vertical");
+        recordHistory(
+            id, title,
+            isHorizontal
+                ? QStringLiteral("arrow.left.and.right.righttriangle.left.righttriangle.right")
+                : QStringLiteral("arrow.up.and.down.righttriangle.up.righttriangle.down"));
+        setStatusMessage(tr("%1 applied").arg(title));
+    });
 }
 
 void ProjectStore::rotateZoomSelectedLayer(const RotateZoomDialogResult& result) {
-    model::PaintProject* project = projectToEdit();
-    model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
-    if (!layer || layer->isLocked) return;
-    if (!LayerRasterService::rotateZoomLayerPixels(*layer, project->canvasWidth,
-                                                   project->canvasHeight, activeSelection(*project),
-                                                   result.angleDegrees, result.zoomPercentage))
-        return;
-    m_lastRepeatableAction = RepeatableActions::RotateZoom{result};
-    const QUuid id = finishEdit(*project);
-    setStatusMessage(tr("Rotate / Zoom applied"));
-    recordHistory(id, tr("Rotate / Zoom"), QStringLiteral("rotate.3d"));
+    return Attempt::run(*this, tr("Rotate / Zoom"), [&]() {
+        model::PaintProject* project = projectToEdit();
+        model::PaintLayer* layer = project ? project->selectedLayer() : nullptr;
+        if (!layer || layer->isLocked) return;
+        if (!LayerRasterService::rotateZoomLayerPixels(
+                *layer, project->canvasWidth, project->canvasHeight, activeSelection(*project),
+                result.angleDegrees, result.zoomPercentage))
+            return;
+        m_lastRepeatableAction = RepeatableActions::RotateZoom{result};
+        const QUuid id = finishEdit(*project);
+        setStatusMessage(tr("Rotate / Zoom applied"));
+        recordHistory(id, tr("Rotate / Zoom"), QStringLiteral("rotate.3d"));
+    });
 }
 
 } // namespace quillabrae::store

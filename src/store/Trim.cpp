@@ -3,6 +3,7 @@
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
+#include "store/Attempt.h"
 #include "store/LayerRewriting.h"
 #include "store/ProjectStore.h"
 #include "store/SelectionState.h"
@@ -50,31 +51,33 @@ std::optional<QRectF> contentOf(const model::PaintProject& project, platform::Wo
 } // namespace
 
 void ProjectStore::trimTransparentWhitespace() {
-    if (!hasActiveProject()) return;
-    const model::PaintProject before = *activeProject();
-    const auto content = contentOf(before, m_environment.work);
-    if (!content) return setStatusMessage(tr("Trim cancelled"));
-    if (content->isEmpty()) return setStatusMessage(tr("No non-transparent pixels to trim"));
-    const QSizeF size = content->size().expandedTo({1.0, 1.0});
-    if (content->topLeft().isNull() && size == canvasOf(before).size())
-        return setStatusMessage(tr("No transparent whitespace to trim"));
+    return Attempt::run(*this, tr("Trim"), [&]() {
+        if (!hasActiveProject()) return;
+        const model::PaintProject before = *activeProject();
+        const auto content = contentOf(before, m_environment.work);
+        if (!content) return setStatusMessage(tr("Trim cancelled"));
+        if (content->isEmpty()) return setStatusMessage(tr("No non-transparent pixels to trim"));
+        const QSizeF size = content->size().expandedTo({1.0, 1.0});
+        if (content->topLeft().isNull() && size == canvasOf(before).size())
+            return setStatusMessage(tr("No transparent whitespace to trim"));
 
-    model::PaintProject trimmed = before;
-    putDownFloatingSelection(trimmed);
-    const QSizeF canvas = canvasOf(before).size();
-    const model::PixelSelection kept{content->x(), content->y(), size.width(), size.height(),
-                                     std::nullopt};
-    model::PaintProject* project =
-        rewriteCanvas({tr("Trim"), progressTitle(), size, before.resolutionDPI,
-                       [canvas, kept](const raster::RasterImage& picture) {
-                           return LayerRasterService::croppedPixels(picture, canvas.width(),
-                                                                    canvas.height(), kept);
-                       }},
-                      before, trimmed);
-    if (!project) return;
-    const QUuid id = finishEdit(*project);
-    recordHistory(id, tr("Trim Whitespace"), QStringLiteral("crop"));
-    setStatusMessage(tr("Trimmed image to %1").arg(sizeText(size)));
+        model::PaintProject trimmed = before;
+        putDownFloatingSelection(trimmed);
+        const QSizeF canvas = canvasOf(before).size();
+        const model::PixelSelection kept{content->x(), content->y(), size.width(), size.height(),
+                                         std::nullopt};
+        model::PaintProject* project =
+            rewriteCanvas({tr("Trim"), progressTitle(), size, before.resolutionDPI,
+                           [canvas, kept](const raster::RasterImage& picture) {
+                               return LayerRasterService::croppedPixels(picture, canvas.width(),
+                                                                        canvas.height(), kept);
+                           }},
+                          before, trimmed);
+        if (!project) return;
+        const QUuid id = finishEdit(*project);
+        recordHistory(id, tr("Trim Whitespace"), QStringLiteral("crop"));
+        setStatusMessage(tr("Trimmed image to %1").arg(sizeText(size)));
+    });
 }
 
 } // namespace quillabrae::store
