@@ -31,6 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (const auto metadata = store::clipboardMetadata(offered))
         fuzz::require(std::isfinite(metadata->sourceX) && std::isfinite(metadata->sourceY));
     for (const QUrl& file : platform::localFiles(offered))
-        fuzz::require(file.isLocalFile() && !file.toLocalFile().isEmpty());
+        fuzz::require(file.isValid() && file.host().isEmpty() && !file.toLocalFile().isEmpty());
     return 0;
 }

@@ -9,8 +9,9 @@ QList<QUrl> filesOnLines(const QByteArray& lines) {
     QList<QUrl> files;
     for (const QByteArray& line : lines.split('\n')) {
         QUrl url(QString::fromUtf8(line.trimmed()));
-        if (!url.isLocalFile() || url.path().isEmpty()) continue;
+        if (!url.isValid() || !url.isLocalFile() || url.path().isEmpty()) continue;
         if (url.host() == QLatin1StringView("localhost")) url.setHost(QString());
+        if (!url.host().isEmpty()) continue;
         files.append(url.adjusted(QUrl::StripTrailingSlash));
     }
     return files;

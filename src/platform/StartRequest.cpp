@@ -5,7 +5,6 @@
 #include "platform/StartupNotification.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -20,7 +19,8 @@ constexpr QLatin1StringView actionHost("action");
 constexpr std::array tokenVariables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
 
 bool isAbsoluteFile(const QUrl& url) {
-    return url.isValid() && url.isLocalFile() && QFileInfo(url.toLocalFile()).isAbsolute();
+    // QFileInfo would take what begins with a colon for absolute: a resource of the program itself.
+    return url.isValid() && url.isLocalFile() && url.toLocalFile().startsWith(u'/');
 }
 
 bool isActionName(QStringView name) {

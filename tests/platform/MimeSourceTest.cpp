@@ -40,6 +40,13 @@ TEST(MimeSource, HasNoFilesInRubbish) {
     EXPECT_TRUE(localFiles(source).isEmpty());
 }
 
+TEST(MimeSource, LeavesOutFilesOfOtherMachinesAndOnesWithoutAName) {
+    MemoryPasteboard source;
+    source.put({{MimeTypes::copiedFiles,
+                 QByteArray("copy\nfile://server/a.png\nfile:///b.png\nfile://local\0/c", 54)}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>{file(QStringLiteral("/b.png"))});
+}
+
 TEST(MimeSource, WritesFilesSoThatTheyAreReadBack) {
     const QUrl odd = file(QStringLiteral("/home/\u00e9t\u00e9 100%/#1?.png"));
     MemoryPasteboard source;

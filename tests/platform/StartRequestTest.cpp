@@ -43,6 +43,12 @@ TEST(StartRequest, EveryKindIsSortedToItsOwn) {
     EXPECT_EQ(request, (StartRequest{{photo}, {callback}, QStringLiteral("open-file")}));
 }
 
+TEST(StartRequest, AResourceOfTheProgramIsNoFile) {
+    EXPECT_FALSE(sortedRequest({QUrl(QStringLiteral("file::/icons/a.svg"), QUrl::StrictMode),
+                                QUrl(QStringLiteral("file:://ctaden-n-q"))})
+                     .asksForMore());
+}
+
 TEST(StartRequest, WhatIsOfNoKindIsLeftOut) {
     const QString endless(maximumProgramLink, u'a');
     const StartRequest request = sortedRequest(

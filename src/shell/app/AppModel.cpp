@@ -29,6 +29,7 @@
 #include "services/QuillabraeAccountService.h"
 #include "services/WebService.h"
 #include "shell/app/AppDelegate.h"
+#include "shell/app/Application.h"
 #include "shell/app/CrashOffer.h"
 #include "shell/app/Deployment.h"
 #include "shell/app/DesktopRecents.h"
@@ -203,6 +204,11 @@ AppModel::AppModel(QApplication& application, const platform::AppPaths& paths,
     QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &m_graph->delegate,
                      &AppDelegate::commitData, Qt::DirectConnection);
+    if (const auto* own = qobject_cast<Application*>(&application))
+        QObject::connect(own, &Application::memoryRefused, &m_graph->store,
+                         [&store = m_graph->store] {
+                             store.setStatusMessage(QStringLiteral("There is not enough memory"));
+                         });
 }
 
 AppModel::~AppModel() = default;

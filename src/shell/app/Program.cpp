@@ -9,7 +9,6 @@
 #include "platform/StartRequest.h"
 #include "platform/Translations.h"
 #include "shell/app/AppModel.h"
-#include "shell/app/Application.h"
 #include "shell/app/Deployment.h"
 
 #include <QApplication>
@@ -68,10 +67,6 @@ int runProgram(QApplication& application, const Deployment& deployment,
     platform::reportCrashesTo(paths.crashFolder(), deployment.version.toUtf8());
     const platform::Translations translations(QLocale::system().uiLanguages());
     AppModel model(application, paths, deployment);
-    if (const auto* own = qobject_cast<Application*>(&application))
-        QObject::connect(own, &Application::memoryRefused, &model.store(), [&model] {
-            model.store().setStatusMessage(QStringLiteral("There is not enough memory"));
-        });
     model.launch(instance, service, request);
     return QCoreApplication::exec();
 }
