@@ -26,6 +26,7 @@ endif()
 add_link_options(-Wl,--build-id=sha1)
 
 option(QUILLABRAE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(QUILLABRAE_SANITIZE_THREADS "Build with ThreadSanitizer" OFF)
 option(QUILLABRAE_FUZZ "Build the fuzz targets; needs Clang" OFF)
 option(QUILLABRAE_TESTS "Build the tests and benchmarks" ON)
 option(QUILLABRAE_WERROR "Take warnings for errors" ON)
@@ -52,6 +53,12 @@ if(QUILLABRAE_SANITIZE)
     target_compile_options(quillabrae_build INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(quillabrae_build INTERFACE -fsanitize=address,undefined)
+endif()
+if(QUILLABRAE_SANITIZE_THREADS)
+    # GCC has no model of fences; what they order here is told by the atomics beside them.
+    target_compile_options(quillabrae_build INTERFACE
+        -fsanitize=thread -fno-omit-frame-pointer -Wno-tsan)
+    target_link_options(quillabrae_build INTERFACE -fsanitize=thread)
 endif()
 
 # quillabrae_floor(NAME SOURCES file... [PUBLIC lib...] [PRIVATE lib...])

@@ -32,6 +32,9 @@ struct ClipboardTexts {
     Q_DECLARE_TR_FUNCTIONS(ClipboardTexts)
 };
 
+/// In bytes; two numbers need far less.
+constexpr qsizetype greatestMetadata = 4096;
+
 const QString sourceXKey = QStringLiteral("sourceX");
 const QString sourceYKey = QStringLiteral("sourceY");
 const QString unfinishedSuffix = QStringLiteral(".part");
@@ -77,7 +80,9 @@ void writePrivately(const QString& folder, const QString& name, const QByteArray
 
 std::optional<ClipboardImageMetadata> clipboardMetadata(const platform::MimeSource& source) {
     if (!source.types().contains(clipboardMetadataType)) return std::nullopt;
-    const QJsonObject form = QJsonDocument::fromJson(source.data(clipboardMetadataType)).object();
+    const QByteArray json = source.data(clipboardMetadataType);
+    if (json.size() > greatestMetadata) return std::nullopt;
+    const QJsonObject form = QJsonDocument::fromJson(json).object();
     const QJsonValue x = form.value(sourceXKey);
     const QJsonValue y = form.value(sourceYKey);
     if (!x.isDouble() || !y.isDouble()) return std::nullopt;

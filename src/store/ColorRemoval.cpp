@@ -121,7 +121,7 @@ void ProjectStore::previewColorRemoval(const ColorRemovalSettings& settings) {
     }
     const auto attempt =
         std::make_shared<const Try>(Try{*layer, original.canvasWidth, original.canvasHeight,
-                                                settings, colorOf(settings.preset, m_settings)});
+                                        settings, colorOf(settings.preset, m_settings)});
     const int number = ++previews.attempts;
     const auto makeWhole = [this, attempt, number] {
         m_previews->wholeWork->run(attempted(removalName(), [this, attempt, number] {

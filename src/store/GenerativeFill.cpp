@@ -153,7 +153,7 @@ void ProjectStore::decodeFill(FillID id, const QByteArray& bytes) {
             if (!m_fills->waiting.contains(id)) return;
             auto failure = std::optional(description(GenerativeFillError::invalidGeneratedImage));
             const auto apply = [&] { failure = applyFill(id, *image); };
-            if (image && !attempt(QStringLiteral("Generative fill"), apply))
+            if (image && !attempt(tr("Generative fill"), apply))
                 failure = description(GenerativeFillError::applyFailed);
             endFill(id, failure);
         };

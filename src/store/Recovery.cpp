@@ -85,7 +85,7 @@ void ProjectStore::writeAutosavedSession() {
         // Work goes on; the file of the last write that succeeded stands.
         noteRecoveryFault(error.description());
     } catch (const std::bad_alloc&) {
-        noteRecoveryFault(QStringLiteral("There is not enough memory"));
+        noteRecoveryFault(tr("There is not enough memory"));
     }
 }
 

@@ -205,10 +205,10 @@ AppModel::AppModel(QApplication& application, const platform::AppPaths& paths,
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &m_graph->delegate,
                      &AppDelegate::commitData, Qt::DirectConnection);
     if (const auto* own = qobject_cast<Application*>(&application))
-        QObject::connect(own, &Application::memoryRefused, &m_graph->store,
-                         [&store = m_graph->store] {
-                             store.setStatusMessage(QStringLiteral("There is not enough memory"));
-                         });
+        QObject::connect(
+            own, &Application::memoryRefused, &m_graph->store, [&store = m_graph->store] {
+                store.setStatusMessage(store::ProjectStore::tr("There is not enough memory"));
+            });
 }
 
 AppModel::~AppModel() = default;
