@@ -166,8 +166,7 @@ class Accessibility(Walk, DeskCase):
                 editor.wait_for_window("Save Quillabrae")
             self.desk.keys(alert.keys[-1])
             editor.wait_for_control(alert.words)
-            question = next(window for window, title in editor.windows() if title == "Quillabrae")
-            self.check(question, alert.name)
+            self.check(editor.wait_for_window(alert.words), alert.name)
             self.desk.keys("Escape")
             editor.wait_until_alone()
 

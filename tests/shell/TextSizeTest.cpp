@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "effects/OpenAIKeychainService.h"
+#include "platform/MemorySecretStore.h"
 #include "shell/ShellTest.h"
+#include "shell/TestAccount.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/TextSize.h"
+#include "shell/dialogs/Alert.h"
 #include "shell/dialogs/AlignObjectDialog.h"
 #include "shell/dialogs/ColorRemovalDialog.h"
 #include "shell/dialogs/GenerativeFillDialog.h"
@@ -14,6 +18,8 @@
 #include "shell/looks/SystemFontSize.h"
 #include "shell/panels/HistoryList.h"
 #include "shell/panels/LayerList.h"
+#include "shell/settings/PaintSettingsSection.h"
+#include "shell/settings/PaintSettingsView.h"
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
@@ -21,6 +27,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTimer>
 
 namespace quillabrae::shell {
 namespace {
@@ -133,6 +142,41 @@ TEST_F(TextSizeTest, DialogsHaveTheirSizeAtUsualLettersAndGrowWithLargerOnes) {
     use(1.0);
     for (std::size_t index = 0; index < dialogs.size(); ++index)
         EXPECT_EQ(dialogs[index]->size(), before[index]);
+}
+
+TEST_F(TextSizeTest, AlertsShowTheirTextsWhole) {
+    for (const double factor : {1.0, 1.5, 2.0}) {
+        use(factor);
+        QTimer::singleShot(0, qApp, [factor] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            runDeferred();
+            EXPECT_EQ(clipped(*dialog), QStringList()) << factor;
+            dialog->reject();
+        });
+        runAlert(Alerts::flattenBeforeSaving(3), nullptr);
+    }
+}
+
+TEST_F(TextSizeTest, PanesOfTheSettingsAreNeverCutAtTheirSide) {
+    platform::MemorySecretStore secrets;
+    effects::OpenAIKeychainService keychain(secrets);
+    TestAccount account;
+    PaintSettingsView view({*store, preferences, keychain, {}, *account.none});
+    TextSize::limitSize(view, {600, 400});
+    view.show();
+    for (const double factor : {1.0, 1.5, 2.0}) {
+        use(factor);
+        for (const PaintSettingsSection section : allPaintSettingsSections()) {
+            view.showSection(section);
+            runDeferred();
+            for (const QScrollArea* frame : view.findChildren<QScrollArea*>()) {
+                if (!frame->isVisible()) continue;
+                EXPECT_EQ(frame->horizontalScrollBar()->maximum(), 0)
+                    << factor << ' ' << qPrintable(title(section));
+            }
+        }
+    }
 }
 
 TEST_F(TextSizeTest, RowsOfListsAreAsHighAsTheirLettersNeed) {

@@ -54,8 +54,10 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     m_prompt->installEventFilter(this);
     QLabel* promptLabel = Labels::body(tr("Prompt"), this);
     promptLabel->setBuddy(m_prompt);
+    column->addSpacing(Style::grid / 2);
     column->addWidget(promptLabel);
     column->addWidget(m_prompt, 1);
+    column->addSpacing(Style::grid / 2);
 
     m_model = new QComboBox(this);
     m_model->setAccessibleName(tr("Image model"));
@@ -74,6 +76,7 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     const QString contextNote =
         tr("Sends a flattened full-canvas image so the model can complete nearby content.");
     m_context->setAccessibleDescription(contextNote);
+    column->addSpacing(Style::grid / 2);
     column->addWidget(m_context);
     column->addWidget(note(contextNote, this));
 

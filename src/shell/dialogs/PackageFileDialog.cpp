@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/PackageFileDialog.h"
 
+#include "shell/controls/TextSize.h"
 #include "shell/dialogs/PackageModel.h"
 #include "shell/dialogs/PanelRules.h"
 
@@ -31,7 +32,8 @@ PackageFileDialog::PackageFileDialog(const QString& title, const QString& folder
     m_nameField = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     shareColumns();
     pickPackagesAsFiles();
-    resize(dialogSize);
+    resize(TextSize::scaled(dialogSize.width(), *this),
+           TextSize::scaled(dialogSize.height(), *this));
 }
 
 /// Names take what the other columns leave, which are as wide as what is in them.

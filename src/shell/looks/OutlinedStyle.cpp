@@ -96,6 +96,16 @@ void paintMenuEdge(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
+/// The chosen tab is underlined, as those of projects are.
+void paintTabMarks(QPainter& painter, const QStyleOption& option) {
+    constexpr int thickness = 2;
+    if (isStark(option)) paintEdge(painter, option, Edge::box);
+    if (!option.state.testFlag(QStyle::State_Selected)) return;
+    const QRect& tab = option.rect;
+    painter.fillRect(tab.left() + 1, tab.bottom() + 1 - thickness, tab.width() - 2, thickness,
+                     Style::accent(option.palette));
+}
+
 /// Of what is dragged, which the base style draws in shades of the window's colour.
 void paintHandleEdge(QPainter& painter, const QStyleOption& option, const QRect& handle) {
     if (!handle.isValid() || !isStark(option)) return;
@@ -177,6 +187,7 @@ void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* opti
         return QProxyStyle::drawControl(element, &onAccent, painter, widget);
     }
     QProxyStyle::drawControl(element, option, painter, widget);
+    if (element == CE_TabBarTabShape) paintTabMarks(*painter, *option);
 }
 
 int OutlinedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

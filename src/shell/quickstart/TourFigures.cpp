@@ -13,6 +13,7 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
@@ -68,6 +69,15 @@ void addRow(QTreeWidgetItem& section, const ComparedShortcut& shortcut) {
         here += here.isEmpty() ? shortcut.note : QStringLiteral("  (%1)").arg(shortcut.note);
     if (here.isEmpty()) here = QStringLiteral("none");
     section.addChild(new QTreeWidgetItem({shortcut.action, here, keysText(shortcut.there)}));
+}
+
+/// What the longest keys and their note need.
+int widestKeys(QTreeWidget& table) {
+    constexpr int air = 12;
+    int widest = 0;
+    for (QTreeWidgetItemIterator item(&table); *item != nullptr; ++item)
+        widest = std::max(widest, table.fontMetrics().horizontalAdvance((*item)->text(hereColumn)));
+    return widest + air;
 }
 
 /// Sections are higher than the rows in them.
@@ -131,6 +141,9 @@ QWidget* makeShortcuts(QWidget* parent) {
         fitColumn(*table, actionColumn, actionWidth);
         fitColumn(*table, thereColumn, thereWidth);
         fitRows(*table);
+        table->setMinimumWidth(table->columnWidth(actionColumn) + widestKeys(*table) +
+                               table->columnWidth(thereColumn) +
+                               table->verticalScrollBar()->sizeHint().width());
     });
     return table;
 }

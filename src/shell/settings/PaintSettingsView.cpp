@@ -10,17 +10,40 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QStyle>
+
+#include <algorithm>
 
 namespace quillabrae::shell {
 namespace {
 
 constexpr int sideWidth = 192;
 
-/// What a pane is shown in, which scrolls one that is higher than the window.
+/// What a pane is shown in, which scrolls one that is higher than the window, and is never narrower
+/// than the pane.
+class PaneFrame final : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+
+    QSize minimumSizeHint() const override {
+        QSize size = QScrollArea::minimumSizeHint();
+        if (widget() == nullptr) return size;
+        const int pane = widget()->minimumSizeHint().width();
+        return {std::max(size.width(), pane + verticalScrollBar()->sizeHint().width()),
+                size.height()};
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::LayoutRequest) updateGeometry();
+        return QScrollArea::eventFilter(watched, event);
+    }
+};
+
 QScrollArea* makeFrame(QWidget* parent) {
-    auto* frame = new QScrollArea(parent);
+    auto* frame = new PaneFrame(parent);
     frame->setFrameShape(QFrame::NoFrame);
     frame->setWidgetResizable(true);
     frame->setFocusPolicy(Qt::NoFocus);
@@ -61,7 +84,10 @@ void PaintSettingsView::choose(int row) {
     if (row < 0) return;
     m_section = static_cast<PaintSettingsSection>(row);
     auto* frame = static_cast<QScrollArea*>(m_panes->widget(row));
-    if (frame->widget() == nullptr) frame->setWidget(new SettingsPane(m_section, m_context));
+    if (frame->widget() == nullptr) {
+        frame->setWidget(new SettingsPane(m_section, m_context));
+        frame->updateGeometry();
+    }
     m_panes->setCurrentIndex(row);
     shownPane()->refresh();
 }
