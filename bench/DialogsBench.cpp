@@ -112,12 +112,14 @@ struct LargePicture : EmptyStore {
 
 /// How long after a key the field shows what was typed, while the canvas behind the dialog shows
 /// what each number makes of a picture of 4096 by 4096. Ten keys a second; the key stands in line
-/// behind what the event loop has to do. `longest` is of all keys, in milliseconds.
-void typingWithAPreview(benchmark::State& state) {
+/// behind what the event loop has to do. `longest` is of all keys, in milliseconds. The argument
+/// says whether there is a preview; without one there is what a key costs anyway.
+void typing(benchmark::State& state) {
     LargePicture picture;
+    const bool hasPreview = state.range(0) != 0;
     ColorRemovalDialog dialog(picture.trying.settings(),
                               [&](const store::ColorRemovalSettings& settings) {
-                                  picture.trying.previewColorRemoval(settings);
+                                  if (hasPreview) picture.trying.previewColorRemoval(settings);
                               });
     dialog.show();
     auto* line = dialog.findChild<NumberField*>()->findChild<QLineEdit*>();
@@ -147,7 +149,13 @@ void typingWithAPreview(benchmark::State& state) {
     state.counters["longest"] = longest;
     picture.trying.cancelColorRemovalPreview();
 }
-BENCHMARK(typingWithAPreview)->Unit(benchmark::kMillisecond)->Iterations(40)->UseManualTime();
+BENCHMARK(typing)
+    ->ArgName("preview")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(40)
+    ->UseManualTime();
 
 } // namespace
 } // namespace quillabrae::bench

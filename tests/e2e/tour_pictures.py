@@ -19,7 +19,7 @@ PARTS = {
     "workspace": ([("editor", WHOLE)], 456),
     "layers": ([("editor-history", (918, 386, 1154, 767))], 236),
     "selection": ([("editor-selection", (214, 160, 914, 560))], 516),
-    "saving": ([("editor-unsaved", (0, 0, 760, 110)), ("dialog-save-as", (0, -97, 760, 0))], 516),
+    "saving": ([("editor-unsaved", (0, 0, 760, 110)), ("dialog-save-as", (0, -108, 760, 0))], 516),
 }
 
 

@@ -3,6 +3,7 @@
 #include "platform/MemorySecretStore.h"
 #include "shell/ShellTest.h"
 #include "shell/TestAccount.h"
+#include "shell/commands/CommandActions.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/TextSize.h"
@@ -15,7 +16,10 @@
 #include "shell/dialogs/ResizeDialog.h"
 #include "shell/dialogs/RotateZoomDialog.h"
 #include "shell/dialogs/SVGSizeDialogView.h"
+#include "shell/editor/EditorWindow.h"
+#include "shell/editor/ToolsPalette.h"
 #include "shell/looks/SystemFontSize.h"
+#include "shell/panels/ColorPanel.h"
 #include "shell/panels/HistoryList.h"
 #include "shell/panels/LayerList.h"
 #include "shell/settings/PaintSettingsSection.h"
@@ -176,6 +180,24 @@ TEST_F(TextSizeTest, PanesOfTheSettingsAreNeverCutAtTheirSide) {
                     << factor << ' ' << qPrintable(title(section));
             }
         }
+    }
+}
+
+TEST_F(TextSizeTest, TheSmallestEditorShowsAllTools) {
+    makeProject(*store);
+    const CommandActions actions({*store, *coordinator});
+    EditorWindow window(*store, *coordinator, actions);
+    TextSize::limitSize(window, {1100, 760});
+    window.show();
+    const auto* tools = window.findChild<ToolsPalette*>();
+    const auto* colors = window.findChild<ColorPanel*>();
+    for (const double factor : {1.0, 1.5, 2.0}) {
+        use(factor);
+        window.resize(window.minimumSize());
+        runDeferred();
+        EXPECT_FALSE(tools->geometry().intersects(colors->geometry())) << factor;
+        if (factor > 1.0) continue;
+        EXPECT_EQ(window.size(), QSize(1100, 760));
     }
 }
 

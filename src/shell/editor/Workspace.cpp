@@ -56,8 +56,10 @@ Workspace::Workspace(const CommandContext& context, std::function<void()> config
       m_empty(new EmptyWorkspace(context, this)) {
     tellWhatHandlesDo(*m_canvas);
     setFocusProxy(m_canvas);
-    addPanel(new ToolsPalette(context.store, this), PanelCorner::topLeft);
-    addPanel(new ColorPanel(context.store, this), PanelCorner::bottomLeft);
+    m_tools = new ToolsPalette(context.store, this);
+    m_colors = new ColorPanel(context.store, this);
+    addPanel(m_tools, PanelCorner::topLeft);
+    addPanel(m_colors, PanelCorner::bottomLeft);
     const PanelContext panels{context.store, std::move(configureLayer)};
     m_history = new HistoryPanel(panels, this);
     m_layers = new LayersPanel(panels, this);
@@ -81,8 +83,16 @@ void Workspace::showProject() {
 void Workspace::addPanel(FloatingPanel* panel, PanelCorner corner) {
     m_panels.push_back({panel, {corner, {panelMargin, panelMargin}}});
     connect(panel, &FloatingPanel::sizeChanged, this, &Workspace::placePanels);
+    connect(panel, &FloatingPanel::sizeChanged, this, &QWidget::updateGeometry);
     connect(panel, &FloatingPanel::moveRequested, this,
             [this, panel](QPoint topLeft) { movePanel(panel, topLeft); });
+}
+
+/// So high that the panels at the left do not cover each other.
+QSize Workspace::minimumSizeHint() const {
+    const int panels = m_tools->sizeHint().height() + m_colors->sizeHint().height();
+    const int bar = height() - room().height();
+    return {0, panels + 3 * panelMargin + bar};
 }
 
 void Workspace::focusCanvas() {

@@ -29,6 +29,7 @@ public:
     Workspace(const CommandContext& context, std::function<void()> configureLayer,
               QWidget* parent = nullptr);
 
+    QSize minimumSizeHint() const override;
     /// Gives the keyboard to the canvas.
     void focusCanvas();
     /// Whether things are to stand still, for people who do not want motion.
@@ -61,6 +62,8 @@ private:
     QWidget* m_empty;
     bool m_isGivingKey = false;
     std::vector<Floating> m_panels;
+    FloatingPanel* m_tools = nullptr;
+    FloatingPanel* m_colors = nullptr;
     FloatingPanel* m_history;
     FloatingPanel* m_layers;
 };
