@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // From a change in a dialog to its effect on a layer of 12 megapixels, as the canvas reads it.
-#include "NoPanels.h"
+#include "EmptyStore.h"
 #include "SyntheticImages.h"
-#include "platform/Clock.h"
-#include "platform/FileIcons.h"
-#include "platform/MemoryPasteboard.h"
-#include "platform/MemoryPreferences.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "store/ProjectStore.h"
 
 #include <QGuiApplication>
-#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
@@ -34,7 +29,7 @@ void needApplication() {
 }
 
 /// A store with one layer.
-struct Editor {
+struct Editor : TryingStore {
     explicit Editor(const raster::RasterImage& picture) {
         store.createUntitledProject(side, side, 96);
         store.editActiveProject([&](model::PaintProject& project) {
@@ -45,23 +40,6 @@ struct Editor {
     raster::RasterImage shown() const {
         return Raster::renderLayer(store.activeProject()->layers.front(), side, side);
     }
-
-    QTemporaryDir folder;
-    NoPanels panels;
-    platform::MemoryPreferences preferences;
-    platform::SystemClock clock;
-    platform::NoFileIcons icons;
-    platform::MemoryPasteboard pasteboard;
-    store::ProjectStore store{{panels,
-                               preferences,
-                               clock,
-                               icons,
-                               pasteboard,
-                               platform::AppPaths::under(folder.path()),
-                               platform::directWorkRunner(),
-                               {},
-                               platform::makeThreadedLatestWork},
-                              store::Persistence::off};
 };
 
 /// Runs the event loop until observers hear of a change.

@@ -12,17 +12,36 @@
 
 namespace quillabrae::bench {
 
-/// A store with nothing in it, and the world that it needs.
-struct EmptyStore {
+/// The world that a store needs.
+struct EmptyWorld {
     NoPanels noPanels;
     platform::MemoryPreferences preferences;
     platform::SystemClock clock;
     platform::NoFileIcons icons;
     platform::MemoryPasteboard pasteboard;
     QTemporaryDir folder;
-    store::ProjectStore store{
-        {noPanels, preferences, clock, icons, pasteboard, platform::AppPaths::under(folder.path())},
-        store::Persistence::off};
+
+    store::StoreEnvironment environment(
+        const platform::LatestWorkFactory& makeLatestWork = platform::makeDirectLatestWork) {
+        return {.panels = noPanels,
+                .preferences = preferences,
+                .clock = clock,
+                .fileIcons = icons,
+                .pasteboard = pasteboard,
+                .paths = platform::AppPaths::under(folder.path()),
+                .makeLatestWork = makeLatestWork};
+    }
+};
+
+/// A store with nothing in it.
+struct EmptyStore : EmptyWorld {
+    store::ProjectStore store{environment(), store::Persistence::off};
+};
+
+/// A store with nothing in it, whose live previews are made on a thread, as in the program.
+struct TryingStore : EmptyWorld {
+    store::ProjectStore store{environment(platform::makeThreadedLatestWork),
+                              store::Persistence::off};
 };
 
 } // namespace quillabrae::bench

@@ -161,11 +161,7 @@ class Accessibility(Walk, DeskCase):
         self.desk.keys("ctrl+shift+n")
         self.desk.copy("image/png", photos.PNG)
         for alert in ALERTS:
-            self.desk.keys(*alert.keys[:-1])
-            if alert.keys[1:]:
-                editor.wait_for_window("Save Quillabrae")
-            self.desk.keys(alert.keys[-1])
-            editor.wait_for_control(alert.words)
+            alert.ask(self.desk, editor)
             self.check(editor.wait_for_window(alert.words), alert.name)
             self.desk.keys("Escape")
             editor.wait_until_alone()

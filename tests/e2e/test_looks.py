@@ -89,7 +89,9 @@ class Looks(DeskCase):
 
         def heights():
             return [editor.wait_for_control(text, "label").box[3] for text in texts]
-        usual = heights()
+        # The last window of a first start; the first one has been laid out when it comes.
+        editor.wait_for_window("Paint.NET Quick Start")
+        usual = until(lambda: heights() == heights() and heights(), "the windows to stand")
         portal.change("large letters")
         until(lambda: all(now > 1.3 * before for now, before in zip(heights(), usual)),
               "larger letters")

@@ -78,6 +78,13 @@ class Alert:
     words: str
     keys: tuple
 
+    def ask(self, desk, editor):
+        desk.keys(*self.keys[:-1])
+        if self.keys[1:]:
+            editor.wait_for_window("Save Quillabrae")
+        desk.keys(self.keys[-1])
+        editor.wait_for_control(self.words)
+
 
 ALERTS = (
     Alert("paste", "Paste Image", ("ctrl+v",)),
@@ -352,11 +359,7 @@ class Screens(ServicesCase):
         self.capture("editor-unsaved", "evening - Quillabrae v", (1180, 820))
         self.desk.copy("image/png", photos.PNG)
         for alert in ALERTS:
-            self.desk.keys(*alert.keys[:-1])
-            if alert.keys[1:]:
-                editor.wait_for_window("Save Quillabrae")
-            self.desk.keys(alert.keys[-1])
-            editor.wait_for_control(alert.words)
+            alert.ask(self.desk, editor)
             self.capture(f"alert-{alert.name}", "Quillabrae$")
             self.leave(editor)
 
