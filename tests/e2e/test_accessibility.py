@@ -15,8 +15,8 @@ from desk import until
 from editor import store_records
 from keyring import Keyring
 from pictures import DRAWING
+from screens import ALERTS, DIALOGS, TOOLS
 from services import ServicesCase
-from test_screens import ALERTS, DIALOGS, TOOLS
 
 # What people operate. Items are reached with the arrow keys of what holds them.
 CONTROLS = {"push button", "check box", "radio button", "toggle button", "slider", "spin button",

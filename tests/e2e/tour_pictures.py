@@ -9,7 +9,7 @@ from pathlib import Path
 
 from PIL import Image
 
-from test_screens import SCREENS
+from screens import SCREENS
 
 PICTURES = Path(__file__).resolve().parents[2] / "src/shell/quickstart/pictures"
 # Each picture's parts of screens in points, one under the other, and the width it is shown at.

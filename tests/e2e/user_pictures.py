@@ -20,7 +20,7 @@ import landscape
 from desk import Desk, until
 from editor import Editor, store_settings
 from portal import Portal
-from test_screens import SCREENS
+from screens import SCREENS
 
 ROOT = Path(__file__).resolve().parents[2]
 PICTURES = ROOT / "docs/user/images"
