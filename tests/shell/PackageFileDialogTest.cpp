@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/PanelRules.h"
 #include "store/StoreTest.h"
@@ -8,6 +9,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 
 #include <gtest/gtest.h>
@@ -65,6 +67,15 @@ TEST_F(PackageFileDialogTest, PicksAnActivatedPackageInsteadOfEnteringIt) {
     Q_EMIT view(*dialog)->activated(row(*dialog, path("cat.quillabrae")));
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     EXPECT_EQ(dialog->chosenPath(), path("cat.quillabrae"));
+}
+
+TEST_F(PackageFileDialogTest, GoesWithTheWindowThatItIsRunFor) {
+    auto window = std::make_unique<QWidget>();
+    HeldDialog dialog(new PackageFileDialog(QStringLiteral("Test"), folder.path(),
+                                            QFileDialog::AcceptOpen, window.get()));
+    QTimer::singleShot(0, dialog.get(), [&] { window.reset(); });
+    EXPECT_FALSE(dialog.isAccepted());
+    EXPECT_EQ(dialog.get(), nullptr);
 }
 
 TEST_F(PackageFileDialogTest, StillEntersAnActivatedPlainFolder) {

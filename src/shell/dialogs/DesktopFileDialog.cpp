@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/DesktopFileDialog.h"
 
+#include "shell/dialogs/HeldDialog.h"
+
 #include <QWindow>
 
 #include <utility>
@@ -22,16 +24,14 @@ DesktopFileDialog::DesktopFileDialog(QWidget* parent) : QDialog(parent) {
 
 DesktopFileDialog::Answer DesktopFileDialog::ask(platform::FileChooserQuestion question,
                                                  QWidget* parent) {
-    DesktopFileDialog dialog(parent);
-    // Whatever ends it but the desktop's answer is a way of saying no.
-    dialog.m_answer.outcome = Outcome::cancelled;
+    HeldDialog dialog(new DesktopFileDialog(parent));
     // For screen readers, which are told of it all the same.
-    dialog.setWindowTitle(question.title);
+    dialog->setWindowTitle(question.title);
     if (parent != nullptr)
         question.parentWindow = platform::portalNameOf(parent->window()->windowHandle());
-    dialog.m_portal.ask(question);
-    dialog.exec();
-    return dialog.m_answer;
+    dialog->m_portal.ask(question);
+    // Whatever ends it but the desktop's answer is a way of saying no.
+    return dialog.isAccepted() ? dialog->m_answer : Answer{.outcome = Outcome::cancelled};
 }
 
 void DesktopFileDialog::finish(Answer answer) {

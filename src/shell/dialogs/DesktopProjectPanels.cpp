@@ -3,6 +3,7 @@
 
 #include "shell/dialogs/Alert.h"
 #include "shell/dialogs/DesktopFileDialog.h"
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/PanelRules.h"
 #include "store/PromptTexts.h"
@@ -78,10 +79,10 @@ std::optional<QUrl> DesktopProjectPanels::remembered(const QString& path) {
 
 std::optional<QUrl> DesktopProjectPanels::chooseFile(
     const QString& title, const platform::FileChooserQuestion::Filter& filter, QWidget* parent) {
-    PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptOpen, parent);
-    dialog.setNameFilters({nameFilter(filter), nameFilter(everyFile())});
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return remembered(dialog.chosenPath());
+    HeldDialog dialog(new PackageFileDialog(title, startFolder(), QFileDialog::AcceptOpen, parent));
+    dialog->setNameFilters({nameFilter(filter), nameFilter(everyFile())});
+    if (!dialog.isAccepted()) return std::nullopt;
+    return remembered(dialog->chosenPath());
 }
 
 std::optional<QUrl> DesktopProjectPanels::chooseImage(const QString& title, QWidget* parent) {
@@ -138,13 +139,14 @@ std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseSaveDest
 
 std::optional<persistence::SaveDestination> DesktopProjectPanels::chooseDestinationHere(
     const QString& title, const QString& name) {
-    PackageFileDialog dialog(title, startFolder(), QFileDialog::AcceptSave, m_parent());
-    QComboBox* formats = makeFormatList(&dialog);
-    dialog.addAccessory(ProjectPanelsTexts::tr("Format:"), formats);
-    dialog.selectFile(name);
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    HeldDialog dialog(
+        new PackageFileDialog(title, startFolder(), QFileDialog::AcceptSave, m_parent()));
+    QComboBox* formats = makeFormatList(dialog.get());
+    dialog->addAccessory(ProjectPanelsTexts::tr("Format:"), formats);
+    dialog->selectFile(name);
+    if (!dialog.isAccepted()) return std::nullopt;
     const auto chosen = static_cast<std::size_t>(formats->currentIndex());
-    return destinationOf(dialog.chosenPath(), persistence::allSaveFormats().at(chosen), QUrl());
+    return destinationOf(dialog->chosenPath(), persistence::allSaveFormats().at(chosen), QUrl());
 }
 
 std::optional<persistence::SaveDestination> DesktopProjectPanels::destinationOf(
