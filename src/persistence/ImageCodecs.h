@@ -42,7 +42,7 @@ std::optional<raster::RasterImage> read(Bytes file, Decoding decoding,
                                         const platform::WorkControl& control = {});
 
 /// A drawing that takes longer was made to.
-constexpr std::chrono::seconds timeToDraw{20};
+constexpr std::chrono::seconds timeToDraw{10};
 
 /// The size that an SVG gives itself, else that of what it shows. Nothing for a file that is no
 /// SVG, or one of nothing.
