@@ -13,7 +13,7 @@ from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 
-from PIL import Image, ImageStat
+from PIL import ImageGrab, ImageStat
 
 import editor as plain
 import landscape
@@ -122,17 +122,15 @@ class ScreensCase(ServicesCase):
         place = self.place_of_window(number)
         if not hovers:
             self.desk.move((1, self.screen[1] - 2))
-        before = b""
+        shot = None
 
         def is_still():
-            nonlocal before
-            self.desk.tool("import", "-window", "root", "-crop", place, "+repage", file)
-            with Image.open(file) as shot:
-                now = shot.convert("RGB").tobytes()
-            was, before = before, now
-            return was == now
+            nonlocal shot
+            before, shot = shot, ImageGrab.grab(place, xdisplay=self.desk.environment["DISPLAY"])
+            return shot == before
         until(is_still, f"{title!r} to stand still")
-        self.check(file, size)
+        shot.save(file, compress_level=1)
+        self.check(file.name, shot, size)
 
     @contextmanager
     def standing_still(self, editor):
@@ -150,26 +148,25 @@ class ScreensCase(ServicesCase):
         return numbers[-1] if numbers else None
 
     def place_of_window(self, number):
-        """As ImageMagick writes it, without the window manager's frame."""
+        """Left, top, right and bottom in pixels, without the window manager's frame."""
         told = self.desk.tool("xwininfo", "-id", number)
         left, top, width, height = (
             int(re.search(rf"{name}: +(-?[0-9]+)", told).group(1))
             for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
-        return f"{width}x{height}{left:+}{top:+}"
+        return left, top, left + width, top + height
 
-    def check(self, file, size):
-        with Image.open(file) as shot:
-            picture = shot.convert("L")
+    def check(self, name, shot, size):
+        picture = shot.convert("L")
         if size:
             least = tuple(self.scale * n for n in size)
             # Larger letters need more room.
             compare = self.assertGreaterEqual if self.look == "large" else self.assertEqual
             for now, wanted in zip(picture.size, least):
-                compare(now, wanted, file.name)
+                compare(now, wanted, name)
         # At the lower left every window has its plain ground.
         ground = picture.getpixel((6, picture.height - 7))
-        self.assertEqual(ground < 100, self.theme == "dark", f"{file.name}: {ground}")
-        self.assertGreater(ImageStat.Stat(picture).stddev[0], 4, f"{file.name} is empty")
+        self.assertEqual(ground < 100, self.theme == "dark", f"{name}: {ground}")
+        self.assertGreater(ImageStat.Stat(picture).stddev[0], 4, f"{name} is empty")
 
     def press(self, editor, name, role=None):
         self.desk.click(self.place_of(editor.wait_for_control(name, role)))
