@@ -11,7 +11,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -245,10 +244,3 @@ INSTANTIATE_TEST_SUITE_P(Each, WhereMemoryEnds, testing::ValuesIn(operations),
 
 } // namespace
 } // namespace quillabrae::replay
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
@@ -156,10 +155,3 @@ TEST(SequenceSoak, KeepsWhatMustHold) {
 
 } // namespace
 } // namespace quillabrae::replay
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -11,7 +11,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -157,10 +156,3 @@ TEST(Soak, ADayOfWorkGivesBackWhatItTook) {
 
 } // namespace
 } // namespace quillabrae::replay
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

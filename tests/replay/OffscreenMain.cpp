@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Runs the tests of a program that has no other start: without a screen, with what pictures need.
+#include <QGuiApplication>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
