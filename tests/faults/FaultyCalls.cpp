@@ -1,41 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The library that is preloaded to make system calls on files go wrong. It counts those that touch
-// paths below one folder, from 1, and does nothing else unless it is told to. It is told by the
-// environment:
-//
-// QUILLABRAE_FAULTS_BELOW  the folder, absolute
-// QUILLABRAE_FAULTS_LOG    a file outside of it; each call adds a line "NUMBER CALL PATH"
-// QUILLABRAE_FAULTS_PLAN   "WHAT@NUMBER", what the call of that number comes to:
-//     an errno's name     it fails so, and nothing is done
-//     "short"             it reads or writes half of what it was asked for
-//     "full"              it and all later calls that need room fail with ENOSPC
-//     "kill-before", "kill-after"   the process is killed instead of it, or when it is done
-//
-// A process counts from the first call of `quillabraeFaultsBegin` to that of `quillabraeFaultsEnd`.
-// A program finds both with dlsym(3).
-//
-// It takes the place of the C library's functions, so it uses none of them that it replaces: what
-// it does for itself are bare system calls.
+// The library that is preloaded to make system calls on files go wrong, as the plan has it. It
+// takes the place of the C library's functions, so it uses none of them that it replaces.
+#include "faults/FaultPlan.h"
+
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/types.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
-#include <csignal>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <string_view>
 
 // The large-file names would be other functions, and the marked prototypes get in the way.
@@ -44,118 +24,11 @@
 
 namespace {
 
-using Path = std::array<char, PATH_MAX>;
-
-enum class Needs { nothing, room };
-enum class What { run, fail, shorten, killAfter };
-
-struct Verdict {
-    What what = What::run;
-    int error = 0;
-};
-
-struct Name {
-    std::string_view text;
-    int number;
-};
-
-constexpr std::array errnos{
-    Name{"ENOSPC", ENOSPC}, Name{"EIO", EIO},     Name{"EACCES", EACCES},
-    Name{"EINTR", EINTR},   Name{"EPERM", EPERM}, Name{"ENOENT", ENOENT},
-};
-
-struct Plan {
-    std::string_view what;
-    int number = 0;
-};
-
-/// Everything is as it is told when the process starts.
-struct Settings {
-    std::string_view below;
-    int log = -1;
-    Plan plan;
-};
-
-std::atomic<bool> isCounting{false};
-std::atomic<int> count{0};
-
-std::string_view variable(const char* name) {
-    const char* text = std::getenv(name);
-    return text == nullptr ? std::string_view() : std::string_view(text);
-}
-
-const Settings& settings() {
-    static const Settings value = [] {
-        Settings made;
-        made.below = variable("QUILLABRAE_FAULTS_BELOW");
-        if (const auto log = variable("QUILLABRAE_FAULTS_LOG"); !log.empty())
-            made.log = static_cast<int>(::syscall(SYS_openat, AT_FDCWD, log.data(),
-                                                  O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
-        const std::string_view plan = variable("QUILLABRAE_FAULTS_PLAN");
-        if (const auto at = plan.find('@'); at != std::string_view::npos)
-            made.plan = {plan.substr(0, at), std::atoi(plan.data() + at + 1)};
-        return made;
-    }();
-    return value;
-}
+using namespace quillabrae::tests::faults; // NOLINT(google-build-using-namespace)
 
 template <typename Function>
 Function next(const char* name) {
     return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
-}
-
-bool isBelow(std::string_view path) {
-    const std::string_view folder = settings().below;
-    return !folder.empty() && path.starts_with(folder) &&
-           (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-/// Where a descriptor leads; empty where it is no file's.
-std::string_view pathOf(int descriptor, Path& room) {
-    std::array<char, 32> link{};
-    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", descriptor);
-    const long size =
-        ::syscall(SYS_readlinkat, AT_FDCWD, link.data(), room.data(), room.size() - 1);
-    return {room.data(), size < 0 ? 0 : static_cast<std::size_t>(size)};
-}
-
-std::string_view pathOf(int folder, const char* name, Path& room) {
-    if (name == nullptr) return {};
-    if (*name == '/' || folder == AT_FDCWD) return name;
-    const std::string_view start = pathOf(folder, room);
-    const std::size_t rest = room.size() - start.size();
-    std::snprintf(room.data() + start.size(), rest, "/%s", name);
-    return room.data();
-}
-
-[[noreturn]] void die() {
-    ::syscall(SYS_kill, ::getpid(), SIGKILL);
-    for (;;) ::syscall(SYS_pause);
-}
-
-void note(int number, const char* call, std::string_view path) {
-    if (settings().log < 0) return;
-    std::array<char, PATH_MAX + 64> line{};
-    const int size = std::snprintf(line.data(), line.size(), "%d %s %.*s\n", number, call,
-                                   static_cast<int>(path.size()), path.data());
-    ::syscall(SYS_write, settings().log, line.data(), size);
-}
-
-/// Counts a call, and what is to become of it.
-Verdict verdict(const char* call, std::string_view path, Needs needs = Needs::nothing) {
-    if (!isCounting || !isBelow(path)) return {};
-    const int number = ++count;
-    note(number, call, path);
-    const Plan& plan = settings().plan;
-    if (plan.what == "full" && number >= plan.number && needs == Needs::room)
-        return {What::fail, ENOSPC};
-    if (number != plan.number) return {};
-    if (plan.what == "kill-before") die();
-    if (plan.what == "kill-after") return {What::killAfter, 0};
-    if (plan.what == "short") return {What::shorten, 0};
-    for (const Name& name : errnos)
-        if (name.text == plan.what) return {What::fail, name.number};
-    return {};
 }
 
 /// Does what the verdict says around the real call.
@@ -211,7 +84,7 @@ int onDescriptor(const char* name, int descriptor, Needs needs, Call&& call) {
 }
 
 Verdict ofBytes(const char* name, int descriptor, Needs needs) {
-    if (!isCounting) return {};
+    if (!isUnderWay()) return {};
     Path room;
     return verdict(name, pathOf(descriptor, room), needs);
 }
@@ -221,12 +94,11 @@ Verdict ofBytes(const char* name, int descriptor, Needs needs) {
 extern "C" {
 
 void quillabraeFaultsBegin() {
-    settings();
-    isCounting = true;
+    begin();
 }
 
 void quillabraeFaultsEnd() {
-    isCounting = false;
+    end();
 }
 
 // NOLINTBEGIN(readability-identifier-naming): the names are the C library's.
@@ -310,7 +182,8 @@ PWRITE(pwrite64)
 ssize_t writev(int file, const iovec* parts, int number) {
     const Verdict what = ofBytes("writev", file, Needs::room);
     static const auto real = next<ssize_t (*)(int, const iovec*, int)>("writev");
-    return follow(what, [&] { return real(file, parts, number); });
+    const int parted = static_cast<int>(asked(what, static_cast<std::size_t>(number)));
+    return follow(what, [&] { return real(file, parts, parted); });
 }
 
 #define ON_DESCRIPTOR(name, word, needs)                                    \
@@ -324,7 +197,7 @@ ON_DESCRIPTOR(fdatasync, "fdatasync", Needs::room)
 
 int close(int file) {
     static const auto real = next<int (*)(int)>("close");
-    if (!isCounting) return real(file);
+    if (!isUnderWay()) return real(file);
     Path room;
     const Verdict what = verdict("close", pathOf(file, room));
     // Whatever it says, the descriptor is closed then.
