@@ -4,13 +4,11 @@
 // all processors together, and how much memory the program holds afterwards; docs/promises.md has
 // the last figures. Takes a few minutes, and the disk or /dev/shm (TMPDIR) for the recovery file.
 #include "SyntheticImages.h"
+#include "UsualLook.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "replay/Runner.h"
 #include "replay/Session.h"
-#include "shell/looks/OutlinedStyle.h"
-#include "shell/looks/Style.h"
-#include "shell/looks/Symbols.h"
 #include "shell/panels/HistoryPanel.h"
 #include "shell/panels/LayersPanel.h"
 
@@ -189,9 +187,7 @@ private:
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
-    quillabrae::shell::Symbols::useScheme(quillabrae::shell::ColorScheme::light);
-    quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
+    quillabrae::bench::useUsualLook();
     quillabrae::bench::Bench().run();
     return EXIT_SUCCESS;
 }

@@ -5,6 +5,7 @@
 // benchmarks have.
 #include "EmptyStore.h"
 #include "SyntheticImages.h"
+#include "UsualLook.h"
 #include "effects/OpenAIKeychainService.h"
 #include "effects/PluginLibraryService.h"
 #include "platform/DesktopBrowser.h"
@@ -14,9 +15,6 @@
 #include "raster/DecodeCache.h"
 #include "services/BrowserAuthentication.h"
 #include "services/QuillabraeAccountService.h"
-#include "shell/looks/OutlinedStyle.h"
-#include "shell/looks/Style.h"
-#include "shell/looks/Symbols.h"
 #include "shell/panels/HistoryPanel.h"
 #include "shell/panels/LayerList.h"
 #include "shell/panels/LayerListModel.h"
@@ -194,9 +192,7 @@ BENCHMARK(openPluginLibrary)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->Ite
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
-    quillabrae::shell::Symbols::useScheme(quillabrae::shell::ColorScheme::light);
-    quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);
+    quillabrae::bench::useUsualLook();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return EXIT_SUCCESS;
