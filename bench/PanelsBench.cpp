@@ -31,8 +31,6 @@
 namespace quillabrae::bench {
 namespace {
 
-using store::ProjectStore;
-
 constexpr int side = 2048;
 constexpr int layerCount = 30;
 constexpr int stepCount = 200;
