@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FileOperations.h"
 
+#include "platform/SystemCalls.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,25 +15,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <utility>
 #include <vector>
 
 namespace quillabrae::platform {
 namespace {
 
 constexpr std::size_t writeBufferSize = std::size_t{256} * 1024;
-
-[[noreturn]] void fail(const QString& path) {
-    throw FileOperationError(path, errno);
-}
-
-/// Runs a system call again for as long as a signal interrupts it.
-template <typename Call>
-auto retrying(Call&& call) {
-    auto result = call();
-    while (result == -1 && errno == EINTR) result = call();
-    return result;
-}
 
 /// Leaves `errno` as it is.
 bool isFolder(const QByteArray& name) {
@@ -42,27 +31,6 @@ bool isFolder(const QByteArray& name) {
     return is;
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int value) : m_value(value) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int value() const { return m_value; }
-    bool isOpen() const { return m_value >= 0; }
-    /// The result of close(2), which may be the first to tell of a failed write. One that was
-    /// interrupted has closed all the same, and must not be repeated.
-    int close() {
-        if (m_value < 0) return 0;
-        const int result = ::close(std::exchange(m_value, -1));
-        return result != 0 && errno == EINTR ? 0 : result;
-    }
-
-private:
-    int m_value;
-};
-
 class SystemFile final : public DurableFile {
 public:
     explicit SystemFile(const QString& path)
@@ -70,7 +38,7 @@ public:
               return ::open(QFile::encodeName(path).constData(),
                             O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
           })) {
-        if (!m_file.isOpen()) fail(m_path);
+        if (!m_file.isOpen()) failAt(m_path);
         m_buffer.reserve(writeBufferSize);
     }
 
@@ -84,8 +52,8 @@ public:
 
     void finish() override {
         flush();
-        if (retrying([this] { return ::fsync(m_file.value()); }) != 0) fail(m_path);
-        if (m_file.close() != 0) fail(m_path);
+        if (retrying([this] { return ::fsync(m_file.value()); }) != 0) failAt(m_path);
+        if (m_file.close() != 0) failAt(m_path);
     }
 
 private:
@@ -98,7 +66,7 @@ private:
         while (!bytes.empty()) {
             const ssize_t written =
                 retrying([&] { return ::write(m_file.value(), bytes.data(), bytes.size()); });
-            if (written < 0) fail(m_path);
+            if (written < 0) failAt(m_path);
             bytes = bytes.subspan(static_cast<std::size_t>(written));
         }
     }
@@ -115,9 +83,9 @@ public:
         const auto make = [&] { return ::mkdir(name.constData(), 0777); };
         if (retrying(make) == 0 || isFolder(name)) return;
         const QString parent = QFileInfo(folder).path();
-        if (errno != ENOENT || parent == folder) fail(folder);
+        if (errno != ENOENT || parent == folder) failAt(folder);
         makePath(parent);
-        if (retrying(make) != 0 && !isFolder(name)) fail(folder);
+        if (retrying(make) != 0 && !isFolder(name)) failAt(folder);
     }
 
     std::unique_ptr<DurableFile> createFile(const QString& path) override {
@@ -129,9 +97,9 @@ public:
             return ::open(QFile::encodeName(folder).constData(),
                           O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         }));
-        if (!descriptor.isOpen()) fail(folder);
+        if (!descriptor.isOpen()) failAt(folder);
         const int result = retrying([&] { return ::fsync(descriptor.value()); });
-        if (result != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS) fail(folder);
+        if (result != 0 && errno != EINVAL && errno != ENOTSUP && errno != EROFS) failAt(folder);
     }
 
     bool exchange(const QString& a, const QString& b) override {
@@ -141,7 +109,7 @@ public:
         });
         if (result == 0) return true;
         if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP) return false;
-        fail(b);
+        failAt(b);
     }
 
     void rename(const QString& from, const QString& to) override {
@@ -149,7 +117,7 @@ public:
             return std::rename(QFile::encodeName(from).constData(),
                                QFile::encodeName(to).constData());
         });
-        if (result != 0) fail(to);
+        if (result != 0) failAt(to);
     }
 
     void removeTree(const QString& path) override {
@@ -157,16 +125,16 @@ public:
         struct stat information {};
         if (::lstat(name.constData(), &information) != 0) {
             if (errno == ENOENT) return;
-            fail(path);
+            failAt(path);
         }
         if (!S_ISDIR(information.st_mode)) {
             const int result = retrying([&] { return ::unlink(name.constData()); });
-            if (result != 0 && errno != ENOENT) fail(path);
+            if (result != 0 && errno != ENOENT) failAt(path);
             return;
         }
         for (const QString& entry : entries(path)) removeTree(path + u'/' + entry);
         const int result = retrying([&] { return ::rmdir(name.constData()); });
-        if (result != 0 && errno != ENOENT) fail(path);
+        if (result != 0 && errno != ENOENT) failAt(path);
     }
 
     void adoptPermissions(const QString& from, const QString& to) override {

@@ -2,6 +2,7 @@
 #include "platform/PrivateFile.h"
 
 #include "platform/FileOperations.h"
+#include "platform/SystemCalls.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -17,18 +18,6 @@ namespace {
 
 constexpr mode_t ownFolder = 0700;
 constexpr mode_t ownFile = 0600;
-
-[[noreturn]] void fail(const QString& path) {
-    throw FileOperationError(path, errno);
-}
-
-/// Runs a system call again for as long as a signal interrupts it.
-template <typename Call>
-auto retrying(Call&& call) {
-    auto result = call();
-    while (result == -1 && errno == EINTR) result = call();
-    return result;
-}
 
 bool isWritten(int file, const QByteArray& bytes, Reaching disk) {
     for (qsizetype done = 0; done < bytes.size();) {
@@ -52,7 +41,7 @@ void makePrivateFolder(const QString& folder) {
     struct stat facts {};
     if (reason != EEXIST || !QFileInfo(folder).isDir()) {
         errno = reason == EEXIST ? ENOTDIR : reason;
-        fail(folder);
+        failAt(folder);
     }
     const bool isOwn = ::lstat(name.constData(), &facts) == 0 && S_ISDIR(facts.st_mode) &&
                        facts.st_uid == ::geteuid();
@@ -62,16 +51,14 @@ void makePrivateFolder(const QString& folder) {
 
 void createPrivateFile(const QString& path, const QByteArray& bytes, Reaching disk) {
     const QByteArray name = QFile::encodeName(path);
-    const int file = retrying([&] {
+    Descriptor file(retrying([&] {
         return ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                       ownFile);
-    });
-    if (file < 0) fail(path);
-    const bool isWhole = isWritten(file, bytes, disk);
+    }));
+    if (!file.isOpen()) failAt(path);
+    const bool isWhole = isWritten(file.value(), bytes, disk);
     const int reason = errno;
-    // Interrupted, it has closed all the same.
-    const bool isClosed = ::close(file) == 0 || errno == EINTR;
-    if (isWhole && isClosed) return;
+    if (file.close() == 0 && isWhole) return;
     const int failure = isWhole ? errno : reason;
     ::unlink(name.constData());
     throw FileOperationError(path, failure);
@@ -82,7 +69,7 @@ QString writePrivateFile(const QString& folder, const QString& name, const QByte
     operations.removeTree(folder);
     operations.makePath(QFileInfo(folder).path());
     const QByteArray folderName = QFile::encodeName(folder);
-    if (retrying([&] { return ::mkdir(folderName.constData(), ownFolder); }) != 0) fail(folder);
+    if (retrying([&] { return ::mkdir(folderName.constData(), ownFolder); }) != 0) failAt(folder);
     const QString path = folder + QLatin1Char('/') + name;
     createPrivateFile(path, bytes);
     return path;

@@ -108,6 +108,19 @@ protected:
         EXPECT_EQ(history.entries.back().project, project());
         EXPECT_EQ(history.selectedIndex, static_cast<int>(history.entries.size()) - 1);
     }
+    /// Undoes all of the history, whose last entry is the current one, and redoes it.
+    void expectUndoAndRedoThroughHistory() {
+        const auto entries = store->history(id).entries;
+        for (std::size_t i = entries.size() - 1; i-- > 0;) {
+            store->undo(id);
+            EXPECT_EQ(project(), entries[i].project) << i;
+            EXPECT_EQ(store->statusMessage(), QStringLiteral("Restored ") + entries[i].title);
+        }
+        for (std::size_t i = 1; i < entries.size(); ++i) {
+            store->redo(id);
+            EXPECT_EQ(project(), entries[i].project) << i;
+        }
+    }
     /// Runs a command that must neither change the project nor record anything.
     template <typename Command>
     void expectNothing(Command command) {

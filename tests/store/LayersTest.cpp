@@ -255,16 +255,7 @@ TEST_F(LayerCommands, UndoAndRedoTakeEveryCommandBackAndForth) {
     store->applySelectedLayerProperties({QStringLiteral("All"), 0.5, true, false});
     store->addLayer();
     store->deleteSelectedLayer();
-    const auto entries = store->history(id).entries;
-    for (std::size_t i = entries.size() - 1; i-- > 0;) {
-        store->undo(id);
-        EXPECT_EQ(project(), entries[i].project) << i;
-        EXPECT_EQ(store->statusMessage(), QStringLiteral("Restored ") + entries[i].title);
-    }
-    for (std::size_t i = 1; i < entries.size(); ++i) {
-        store->redo(id);
-        EXPECT_EQ(project(), entries[i].project) << i;
-    }
+    expectUndoAndRedoThroughHistory();
 }
 
 } // namespace

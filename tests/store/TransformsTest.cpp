@@ -305,17 +305,8 @@ TEST_F(CanvasCommands, UndoAndRedoTakeEveryCommandBackAndForth) {
     resizeCanvas(20, 12, CanvasAnchor::left);
     store->selectAllCanvas();
     store->dropSelection();
-    const auto entries = store->history(id).entries;
-    ASSERT_EQ(entries.size(), 9U);
-    for (std::size_t i = entries.size() - 1; i-- > 0;) {
-        store->undo(id);
-        EXPECT_EQ(project(), entries[i].project) << i;
-        EXPECT_EQ(store->statusMessage(), QStringLiteral("Restored ") + entries[i].title);
-    }
-    for (std::size_t i = 1; i < entries.size(); ++i) {
-        store->redo(id);
-        EXPECT_EQ(project(), entries[i].project) << i;
-    }
+    ASSERT_EQ(store->history(id).entries.size(), 9U);
+    expectUndoAndRedoThroughHistory();
 }
 
 } // namespace
