@@ -2,7 +2,6 @@
 #include "canvas/CanvasComposer.h"
 
 #include "raster/BlendKernels.h"
-#include "raster/DecodeCache.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,14 +14,6 @@ constexpr double checkerCell = 22.0;
 constexpr std::uint8_t white = 255;
 /// Gray at opacity 0.28 over white.
 constexpr std::uint8_t shaded = 219;
-
-/// Where floating pixels stand: whole canvas pixels, as they are put down.
-QRectF floatingTarget(const model::PixelSelection& selection) {
-    const QRectF rect =
-        QRectF(selection.x, selection.y, selection.width, selection.height).normalized();
-    return {std::trunc(rect.x()), std::trunc(rect.y()), std::max(std::trunc(rect.width()), 1.0),
-            std::max(std::trunc(rect.height()), 1.0)};
-}
 
 std::size_t tableIndex(auto& table, const auto& key, auto makeSamples) {
     const auto found =
@@ -38,27 +29,6 @@ bool isShaded(double across, int checkerRow) {
 }
 
 } // namespace
-
-std::vector<CanvasPicture> picturesOf(const model::PaintProject& project,
-                                      std::span<const model::PaintLayer> layers,
-                                      CoverageCache& coverage) {
-    const QRectF canvas(0.0, 0.0, project.canvasWidth, project.canvasHeight);
-    std::vector<CanvasPicture> pictures;
-    const auto add = [&](const model::PngBytes& bytes, const QRectF& target, double opacity) {
-        raster::RasterImage image = raster::decodedImage(bytes);
-        if (image.isNull()) return;
-        auto known = coverage.coverageOf(bytes, image);
-        pictures.push_back({std::move(image), target, raster::unitByte(opacity), std::move(known)});
-    };
-    for (const model::PaintLayer& layer : layers) {
-        if (!layer.isVisible) continue;
-        if (layer.bitmapPNGData) add(*layer.bitmapPNGData, canvas, layer.opacity);
-        const auto& floating = project.floatingSelection;
-        if (floating && floating->layerID == layer.id && project.pixelSelection)
-            add(floating->pngData, floatingTarget(*project.pixelSelection), layer.opacity);
-    }
-    return pictures;
-}
 
 CanvasComposer::CanvasComposer(const DeviceView& view, const QRect& device,
                                std::vector<CanvasPicture> pictures, const ComposerGround& ground)
@@ -202,6 +172,13 @@ const std::uint8_t* CanvasComposer::composeRow(int y, RowBuffer& buffer) const {
                                  static_cast<std::size_t>(m_device.width()), 255);
     buffer.sourceRows = std::move(sourceRows);
     return buffer.pixels.data();
+}
+
+void CanvasComposer::composeInto(raster::RasterImage& viewport, int first, int end) const {
+    RowBuffer buffer;
+    for (int y = first; y < end; ++y)
+        std::memcpy(viewport.mutableRow(y) + deviceOffset(), composeRow(y, buffer),
+                    4 * static_cast<std::size_t>(m_device.width()));
 }
 
 } // namespace quillabrae::canvas

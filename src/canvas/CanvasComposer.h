@@ -2,39 +2,19 @@
 #pragma once
 
 #include "canvas/DeviceView.h"
-#include "canvas/PictureCoverage.h"
-#include "model/PaintProject.h"
+#include "canvas/LayerPictures.h"
 #include "raster/GatherKernel.h"
 #include "raster/RasterImage.h"
 #include "raster/Stretch.h"
 
 #include <QRect>
-#include <QRectF>
 
 #include <array>
 #include <cstdint>
-#include <memory>
-#include <optional>
-#include <span>
 #include <utility>
 #include <vector>
 
 namespace quillabrae::canvas {
-
-/// Pixels that stand on the canvas, stretched to `target` (canvas pixels).
-struct CanvasPicture {
-    raster::RasterImage image;
-    QRectF target;
-    std::uint8_t fraction = 255;
-    /// Null when nothing is known of the pixels, because they are being drawn on.
-    std::shared_ptr<PictureCoverage> coverage;
-};
-
-/// What the layers show, bottom first: each visible layer's pixels, followed by the floating pixels
-/// that belong to it. Layers without readable pixels show nothing.
-std::vector<CanvasPicture> picturesOf(const model::PaintProject& project,
-                                      std::span<const model::PaintLayer> layers,
-                                      CoverageCache& coverage);
 
 /// What a row is composed on and what is laid over it: composites of the whole viewport, or
 /// nothing.
@@ -78,6 +58,10 @@ public:
 
     /// The premultiplied RGBA8 pixels of device row `y`, valid until the buffer's next use.
     const std::uint8_t* composeRow(int y, RowBuffer& buffer) const;
+
+    /// Composes the rows `first` to `end` - 1 into a composite of the whole viewport, which may be
+    /// its own ground.
+    void composeInto(raster::RasterImage& viewport, int first, int end) const;
 
 private:
     /// A picture with its columns and rows of the device.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/CanvasDescription.h"
 
-#include "canvas/CanvasComposer.h"
 #include "canvas/CanvasGeometry.h"
 #include "canvas/CanvasView.h"
+#include "canvas/LayerPictures.h"
 #include "canvas/PictureCoverage.h"
 #include "model/PaintAppSettings.h"
 #include "model/PaintTool.h"
@@ -47,6 +47,16 @@ void layOver(QRgb& ground, QRgb pixel, int fraction) {
               part(qBlue(pixel), qBlue(ground), alpha), part(alpha, qAlpha(ground), alpha));
 }
 
+/// Lays the pixel of a picture that stands at a place of the canvas, if any, over `ground`.
+void layPictureOver(QRgb& ground, const CanvasPicture& picture, double x, double y) {
+    const QImage image = picture.image.toQImage();
+    const QRectF& target = picture.target;
+    const int column = sourceIndex(x, target.left(), target.width(), image.width());
+    const int row = sourceIndex(y, target.top(), target.height(), image.height());
+    if (column < 0 || row < 0) return;
+    layOver(ground, qPremultiply(image.pixel(column, row)), picture.fraction);
+}
+
 QString place(const model::PaintProject& project, model::CanvasPoint point) {
     const auto color = shownColor(project, point);
     const QString name =
@@ -87,13 +97,10 @@ std::optional<model::ColorValue> shownColor(const model::PaintProject& project,
         return std::nullopt;
     QRgb shown = 0;
     CoverageCache coverage;
-    for (const CanvasPicture& picture : picturesOf(project, project.layers, coverage)) {
-        const QImage image = picture.image.toQImage();
-        const QRectF& target = picture.target;
-        const int column = sourceIndex(x, target.left(), target.width(), image.width());
-        const int row = sourceIndex(y, target.top(), target.height(), image.height());
-        if (column < 0 || row < 0) continue;
-        layOver(shown, qPremultiply(image.pixel(column, row)), picture.fraction);
+    LayerPictures pictures(project, project.layers, coverage);
+    while (!pictures.isAtEnd()) {
+        for (const CanvasPicture& picture : pictures.nextGroup())
+            layPictureOver(shown, picture, x, y);
     }
     if (qAlpha(shown) == 0) return std::nullopt;
     const QColor straight = QColor::fromRgba(qUnpremultiply(shown));

@@ -4,6 +4,7 @@
 #include "canvas/CanvasComposer.h"
 #include "canvas/CanvasDecorations.h"
 #include "canvas/DeviceView.h"
+#include "canvas/LayerPictures.h"
 #include "canvas/LiveSurroundings.h"
 #include "canvas/PictureCoverage.h"
 #include "raster/BlendKernels.h"
@@ -11,6 +12,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <utility>
+#include <vector>
 
 namespace quillabrae::canvas {
 namespace {
@@ -44,18 +48,14 @@ public:
         const QRect& dirty)
         : m_view(DeviceView::of(frame)), m_device(m_view.canvasPixels(dirty)) {
         if (m_device.isEmpty()) return;
-        if (surroundings != nullptr) {
-            surroundings->prepare(frame, m_view, m_device, coverage);
-            m_composer.emplace(m_view, m_device, surroundings->picturesBetween(frame, coverage),
-                               surroundings->ground());
-        } else {
-            m_composer.emplace(m_view, m_device,
-                               picturesOf(*frame.project, frame.project->layers, coverage),
-                               ComposerGround());
+        if (!compose(frame, surroundings, coverage)) {
+            m_device = {};
+            return;
         }
         m_decorations.emplace(frame, m_view, m_device);
     }
 
+    /// Empty when there is nothing to draw, or no memory to draw it in.
     const QRect& device() const { return m_device; }
 
     /// Draws the rows `first` to `end` - 1 into `target`, whose pixel (0, 0) is device pixel
@@ -63,10 +63,9 @@ public:
     void drawRows(QImage& target, QPoint origin, int first, int end) const {
         std::uint8_t* const bits = target.bits();
         const auto stride = static_cast<std::size_t>(target.bytesPerLine());
-        const int rowsPerBand = std::max(pixelsPerBand / m_device.width(), 1);
-        raster::parallelForRowBands(end - first, rowsPerBand, [&](int from, int to) {
+        inRowBands(first, end, [&](int from, int to) {
             CanvasComposer::RowBuffer buffer;
-            for (int y = first + from; y < first + to; ++y) {
+            for (int y = from; y < to; ++y) {
                 std::uint8_t* const row =
                     bits + static_cast<std::size_t>(y - origin.y()) * stride +
                     4 * static_cast<std::size_t>(m_device.left() - origin.x());
@@ -78,8 +77,50 @@ public:
     }
 
 private:
+    bool compose(const CanvasFrame& frame, LiveSurroundings* surroundings,
+                 CoverageCache& coverage) {
+        if (surroundings == nullptr) {
+            LayerPictures pictures(*frame.project, frame.project->layers, coverage);
+            return composeGroups(frame, pictures);
+        }
+        if (!surroundings->prepare(frame, m_view, m_device, coverage)) return false;
+        m_composer.emplace(m_view, m_device, surroundings->picturesBetween(frame, coverage),
+                           surroundings->ground());
+        return true;
+    }
+
+    /// Composes every group of the pictures but the last, and leaves that to the drawing.
+    bool composeGroups(const CanvasFrame& frame, LayerPictures& pictures) {
+        ComposerGround ground;
+        std::vector<CanvasPicture> group = pictures.nextGroup();
+        while (!pictures.isAtEnd()) {
+            if (m_ground.isNull()) {
+                const QRect viewport = viewportDeviceRect(frame);
+                m_ground = raster::RasterImage::uninitialized(viewport.width(), viewport.height());
+                if (m_ground.isNull()) return false;
+            }
+            const CanvasComposer composer(m_view, m_device, std::move(group), ground);
+            inRowBands(m_device.top(), m_device.bottom() + 1,
+                       [&](int first, int end) { composer.composeInto(m_ground, first, end); });
+            ground.below = &m_ground;
+            group = pictures.nextGroup();
+        }
+        m_composer.emplace(m_view, m_device, std::move(group), ground);
+        return true;
+    }
+
+    /// Calls `work` with first and end of bands of the rows `first` to `end` - 1, on several
+    /// threads.
+    void inRowBands(int first, int end, const std::function<void(int, int)>& work) const {
+        const int rowsPerBand = std::max(pixelsPerBand / m_device.width(), 1);
+        raster::parallelForRowBands(end - first, rowsPerBand,
+                                    [&](int from, int to) { work(first + from, first + to); });
+    }
+
     DeviceView m_view;
     QRect m_device;
+    /// What all groups of pictures but the last come to, where there are several.
+    raster::RasterImage m_ground;
     std::optional<CanvasComposer> m_composer;
     std::optional<CanvasDecorations> m_decorations;
 };

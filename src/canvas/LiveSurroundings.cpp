@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/LiveSurroundings.h"
 
+#include "canvas/LayerPictures.h"
 #include "raster/BlendKernels.h"
 #include "raster/Parallel.h"
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
 #include <span>
+#include <utility>
 
 namespace quillabrae::canvas {
 namespace {
@@ -14,6 +16,7 @@ namespace {
 constexpr int tileSide = 128;
 
 using Layers = std::span<const model::PaintLayer>;
+using Tiles = std::vector<QRect>;
 
 Layers layersBelow(const CanvasFrame& frame, std::size_t live) {
     return Layers(frame.project->layers).first(live);
@@ -27,6 +30,23 @@ bool isWorthKeeping(Layers layers) {
     return std::ranges::count_if(layers, [](const model::PaintLayer& layer) {
                return layer.isVisible && layer.bitmapPNGData;
            }) > 1;
+}
+
+/// Composes the pictures of a side into tiles of its composite, group over group.
+void makeTiles(raster::RasterImage& composite, const DeviceView& view, const Tiles& tiles,
+               LayerPictures pictures, bool hasChecker) {
+    // Detached once, here: the tiles are written from several threads.
+    composite.mutableBytes();
+    ComposerGround ground{.hasChecker = hasChecker};
+    do {
+        const std::vector<CanvasPicture> group = pictures.nextGroup();
+        raster::parallelFor(static_cast<int>(tiles.size()), [&](int i) {
+            const QRect& tile = tiles[static_cast<std::size_t>(i)];
+            CanvasComposer(view, tile, group, ground)
+                .composeInto(composite, tile.top(), tile.bottom() + 1);
+        });
+        ground.below = &composite;
+    } while (!pictures.isAtEnd());
 }
 
 /// The tiles that meet `pixels`, as first and last column and row.
@@ -71,31 +91,48 @@ bool LiveSurroundings::isFor(const CanvasFrame& frame) const {
            m_key->devicePixelRatio == frame.devicePixelRatio;
 }
 
-void LiveSurroundings::startFor(const CanvasFrame& frame) {
+bool LiveSurroundings::startFor(const CanvasFrame& frame) {
     const model::PaintProject& project = *frame.project;
+    m_key.reset();
+    m_liveIndex = liveLayerIndex(frame);
+    m_viewport = viewportDeviceRect(frame);
+    const auto makeSurface = [this](raster::RasterImage& surface, Layers layers) {
+        surface = {};
+        if (!isWorthKeeping(layers)) return true;
+        surface = raster::RasterImage::uninitialized(m_viewport.width(), m_viewport.height());
+        return !surface.isNull();
+    };
+    if (!makeSurface(m_below, layersBelow(frame, m_liveIndex)) ||
+        !makeSurface(m_above, layersAbove(frame, m_liveIndex)))
+        return false;
     m_key = std::make_unique<Key>(
         Key{project.layers, project.floatingSelection, project.pixelSelection,
             QSizeF(project.canvasWidth, project.canvasHeight), frame.zoomScale, frame.canvasOrigin,
             frame.viewportSize, frame.devicePixelRatio});
-    m_liveIndex = liveLayerIndex(frame);
-    m_viewport = viewportDeviceRect(frame);
-    const auto surfaceFor = [this](Layers layers) {
-        return isWorthKeeping(layers)
-                   ? raster::RasterImage::uninitialized(m_viewport.width(), m_viewport.height())
-                   : raster::RasterImage();
-    };
-    m_below = surfaceFor(layersBelow(frame, m_liveIndex));
-    m_above = surfaceFor(layersAbove(frame, m_liveIndex));
     const QRect tiles = tilesOf(m_viewport);
     m_tileColumns = static_cast<std::size_t>(tiles.width());
     m_isTileMade.assign(m_tileColumns * static_cast<std::size_t>(tiles.height()), 0);
+    return true;
 }
 
-void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
+bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
                                const QRect& device, CoverageCache& coverage) {
-    if (!isFor(frame)) startFor(frame);
-    if (m_below.isNull() && m_above.isNull()) return;
-    std::vector<QRect> missing;
+    if (!isFor(frame) && !startFor(frame)) return false;
+    if (m_below.isNull() && m_above.isNull()) return true;
+    const Tiles missing = missingTiles(view, device);
+    if (missing.empty()) return true;
+    const model::PaintProject& project = *frame.project;
+    if (!m_below.isNull())
+        makeTiles(m_below, view, missing, {project, layersBelow(frame, m_liveIndex), coverage},
+                  true);
+    if (!m_above.isNull())
+        makeTiles(m_above, view, missing, {project, layersAbove(frame, m_liveIndex), coverage},
+                  false);
+    return true;
+}
+
+std::vector<QRect> LiveSurroundings::missingTiles(const DeviceView& view, const QRect& device) {
+    Tiles missing;
     const QRect tiles = tilesOf(device);
     for (int row = tiles.top(); row <= tiles.bottom(); ++row) {
         for (int column = tiles.left(); column <= tiles.right(); ++column) {
@@ -104,39 +141,11 @@ void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
             if (isMade) continue;
             isMade = 1;
             const QRect tile(column * tileSide, row * tileSide, tileSide, tileSide);
-            missing.push_back(view.canvasPixels(tile & m_viewport));
+            const QRect pixels = view.canvasPixels(tile & m_viewport);
+            if (!pixels.isEmpty()) missing.push_back(pixels);
         }
     }
-    if (missing.empty()) return;
-    std::vector<CanvasPicture> below;
-    std::vector<CanvasPicture> above;
-    if (!m_below.isNull())
-        below = picturesOf(*frame.project, layersBelow(frame, m_liveIndex), coverage);
-    if (!m_above.isNull())
-        above = picturesOf(*frame.project, layersAbove(frame, m_liveIndex), coverage);
-    // Detached once, here: the tiles are written from several threads.
-    m_below.mutableBytes();
-    m_above.mutableBytes();
-    raster::parallelFor(static_cast<int>(missing.size()), [&](int i) {
-        makeTile(view, missing[static_cast<std::size_t>(i)], below, above);
-    });
-}
-
-void LiveSurroundings::makeTile(const DeviceView& view, const QRect& tile,
-                                const std::vector<CanvasPicture>& below,
-                                const std::vector<CanvasPicture>& above) {
-    if (tile.isEmpty()) return;
-    const auto make = [&](raster::RasterImage& image, const std::vector<CanvasPicture>& pictures,
-                          bool hasChecker) {
-        if (image.isNull()) return;
-        const CanvasComposer composer(view, tile, pictures, {.hasChecker = hasChecker});
-        CanvasComposer::RowBuffer buffer;
-        for (int y = tile.top(); y <= tile.bottom(); ++y)
-            std::memcpy(image.mutableRow(y) + 4 * static_cast<std::size_t>(tile.left()),
-                        composer.composeRow(y, buffer), 4 * static_cast<std::size_t>(tile.width()));
-    };
-    make(m_below, below, true);
-    make(m_above, above, false);
+    return missing;
 }
 
 ComposerGround LiveSurroundings::ground() const {
@@ -148,17 +157,17 @@ std::vector<CanvasPicture> LiveSurroundings::picturesBetween(const CanvasFrame& 
                                                              CoverageCache& coverage) const {
     const model::PaintProject& project = *frame.project;
     std::vector<CanvasPicture> pictures;
-    if (m_below.isNull()) pictures = picturesOf(project, layersBelow(frame, m_liveIndex), coverage);
+    const auto addSide = [&](Layers layers) {
+        LayerPictures side(project, layers, coverage);
+        while (!side.isAtEnd()) std::ranges::move(side.nextGroup(), std::back_inserter(pictures));
+    };
+    if (m_below.isNull()) addSide(layersBelow(frame, m_liveIndex));
     const model::PaintLayer& live = project.layers[m_liveIndex];
     if (live.isVisible)
         pictures.push_back({*frame.liveImage,
                             QRectF(0.0, 0.0, project.canvasWidth, project.canvasHeight),
                             raster::unitByte(live.opacity), nullptr});
-    if (m_above.isNull()) {
-        for (CanvasPicture& picture :
-             picturesOf(project, layersAbove(frame, m_liveIndex), coverage))
-            pictures.push_back(std::move(picture));
-    }
+    if (m_above.isNull()) addSide(layersAbove(frame, m_liveIndex));
     return pictures;
 }
 

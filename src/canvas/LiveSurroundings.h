@@ -23,8 +23,9 @@ public:
     ~LiveSurroundings();
 
     /// Makes what `device`, pixels of the canvas within the viewport, shows. Starts anew when the
-    /// frame shows other layers, or shows them elsewhere, than the frame before.
-    void prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
+    /// frame shows other layers, or shows them elsewhere, than the frame before. False when there
+    /// is no memory for it: then there is nothing to show.
+    bool prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
                  CoverageCache& coverage);
 
     /// The composites, and the pictures that go between them.
@@ -36,9 +37,10 @@ private:
     struct Key;
 
     bool isFor(const CanvasFrame& frame) const;
-    void startFor(const CanvasFrame& frame);
-    void makeTile(const DeviceView& view, const QRect& tile,
-                  const std::vector<CanvasPicture>& below, const std::vector<CanvasPicture>& above);
+    bool startFor(const CanvasFrame& frame);
+    /// The parts of the canvas that `device` shows in tiles that are not made yet; from now on they
+    /// count as made.
+    std::vector<QRect> missingTiles(const DeviceView& view, const QRect& device);
 
     std::unique_ptr<Key> m_key;
     std::size_t m_liveIndex = 0;
