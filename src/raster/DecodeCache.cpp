@@ -3,6 +3,7 @@
 
 #include "raster/AlphaKernels.h"
 #include "raster/Parallel.h"
+#include "raster/PixelMemory.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,10 +11,6 @@
 #include <mutex>
 #include <unordered_map>
 #include <utility>
-
-#if defined(__unix__)
-#include <unistd.h>
-#endif
 
 namespace quillabrae::raster {
 namespace {
@@ -23,13 +20,8 @@ thread_local bool isReadOnly = false;
 constexpr std::size_t greatestDefaultBudget = std::size_t{512} * 1024 * 1024;
 
 std::size_t quarterOfMemory() {
-#if defined(_SC_PHYS_PAGES) && defined(_SC_PAGESIZE)
-    const long pages = sysconf(_SC_PHYS_PAGES);
-    const long pageSize = sysconf(_SC_PAGESIZE);
-    if (pages > 0 && pageSize > 0)
-        return static_cast<std::size_t>(pages) / 4 * static_cast<std::size_t>(pageSize);
-#endif
-    return greatestDefaultBudget;
+    const std::size_t memory = machineMemory();
+    return memory > 0 ? memory / 4 : greatestDefaultBudget;
 }
 
 class Cache {
@@ -121,20 +113,35 @@ Cache& cache() {
     return instance;
 }
 
-/// Whether the image comes back from its encoding as it is: no component above its alpha.
-bool survivesEncoding(const RasterImage& image) {
-    constexpr int rowsAtOnce = 64;
-    std::atomic<bool> survives = true;
-    parallelForRowBands(image.height(), rowsAtOnce, [&](int first, int last) {
-        const std::size_t pixels =
-            static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(last - first);
-        if (survives && !isPremultiplied(image.row(first), pixels)) survives = false;
-    });
-    return survives;
+RowRange allRows(const RasterImage& image) {
+    return {0, image.height()};
 }
 
-model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image) {
-    if (!isReadOnly && !bytes.isEmpty() && survivesEncoding(image))
+/// Whether those rows come back from their encoding as they are: no component above its alpha.
+bool surviveEncoding(const RasterImage& image, RowRange rows) {
+    if (rows.isEmpty()) return true;
+    constexpr int rowsAtOnce = 64;
+    std::atomic<bool> survive = true;
+    parallelForRowBands(rows.last - rows.first, rowsAtOnce, [&](int first, int last) {
+        const std::size_t pixels =
+            static_cast<std::size_t>(image.width()) * static_cast<std::size_t>(last - first);
+        if (survive && !isPremultiplied(image.row(rows.first + first), pixels)) survive = false;
+    });
+    return survive;
+}
+
+/// The rows of which it is not known that they survive encoding. What is held for `previous` came
+/// through it, and the image differs from that in the changed rows alone.
+RowRange unprovenRows(const RasterImage& image, const model::PngBytes& previous,
+                      RowRange changedRows) {
+    const RasterImage held = cache().find(previous.buffer());
+    const bool isSameSize = held.width() == image.width() && held.height() == image.height();
+    if (!isSameSize) return allRows(image);
+    return {std::max(changedRows.first, 0), std::min(changedRows.last, image.height())};
+}
+
+model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image, RowRange unproven) {
+    if (!isReadOnly && !bytes.isEmpty() && surviveEncoding(image, unproven))
         cache().enter(bytes.buffer(), image);
     return bytes;
 }
@@ -151,12 +158,13 @@ RasterImage decodedImage(const model::PngBytes& bytes) {
 }
 
 model::PngBytes encodedImage(const RasterImage& image) {
-    return entered(encodePng(image), image);
+    return entered(encodePng(image), image, allRows(image));
 }
 
 model::PngBytes encodedImage(const RasterImage& image, const model::PngBytes& previous,
                              RowRange changedRows) {
-    return entered(encodePng(image, previous, changedRows), image);
+    return entered(encodePng(image, previous, changedRows), image,
+                   unprovenRows(image, previous, changedRows));
 }
 
 void clearDecodeCache() {

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PixelMemory.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <vector>
+
+#if defined(__unix__)
+#include <unistd.h>
+#endif
 
 // A sanitizer watches the borders of what malloc gives, so it gets everything from there.
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
@@ -18,11 +23,16 @@
 namespace quillabrae::raster {
 namespace {
 
-constexpr std::size_t hugePageSize = std::size_t{2} * 1024 * 1024;
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t hugePageSize = 2 * mebibyte;
 
 #if QUILLABRAE_MAPPED_PIXELS
 
 constexpr std::size_t pageSize = 4096;
+
+/// A kept block that is so many times larger than a request outlives it: the next picture of its
+/// size is worth more than what the two add to the peak.
+constexpr std::size_t muchLarger = 8;
 
 bool isMapped(std::size_t byteCount) {
     return byteCount >= hugePageSize;
@@ -32,8 +42,81 @@ std::size_t mappedSize(std::size_t byteCount) {
     return (byteCount + pageSize - 1) / pageSize * pageSize;
 }
 
-/// Zero pages that begin on a huge page's border.
-std::uint8_t* map(std::size_t byteCount) {
+void unmap(std::uint8_t* pixels, std::size_t byteCount) {
+    munmap(pixels, mappedSize(byteCount));
+}
+
+/// Blocks that were freed last, for requests of their size.
+class KeptBlocks {
+public:
+    /// A block of that size. Where there is none, makes room for a new one: memory of another size
+    /// would only add to the peak.
+    std::uint8_t* take(std::size_t byteCount) {
+        const std::size_t size = mappedSize(byteCount);
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::ranges::find(m_blocks, size, &Block::size);
+        if (found == m_blocks.end()) {
+            giveBack([&](const Block& block) { return block.size / muchLarger < size; });
+            return nullptr;
+        }
+        std::uint8_t* const pixels = found->pixels;
+        m_blocks.erase(found);
+        return pixels;
+    }
+
+    void keep(std::uint8_t* pixels, std::size_t byteCount) {
+        const std::size_t size = mappedSize(byteCount);
+        const std::size_t most = keptPixelMemory();
+        if (size > most) return unmap(pixels, byteCount);
+        const std::lock_guard lock(m_mutex);
+        std::size_t total = size;
+        for (const Block& block : m_blocks) total += block.size;
+        // The oldest go first.
+        giveBack([&](const Block& block) {
+            if (total <= most) return false;
+            total -= block.size;
+            return true;
+        });
+        // Where memory runs short the system takes these pages, and gives zeros in their place.
+        madvise(pixels, size, MADV_FREE);
+        m_blocks.push_back({pixels, size});
+    }
+
+    /// Whether there was anything to give back.
+    bool clear() {
+        const std::lock_guard lock(m_mutex);
+        return giveBack([](const Block&) { return true; }) > 0;
+    }
+
+private:
+    struct Block {
+        std::uint8_t* pixels;
+        std::size_t size;
+    };
+
+    /// Asks about each block once, the oldest first; how many went.
+    template <typename Predicate>
+    std::size_t giveBack(Predicate isUnwanted) {
+        return std::erase_if(m_blocks, [&](const Block& block) {
+            if (!isUnwanted(block)) return false;
+            unmap(block.pixels, block.size);
+            return true;
+        });
+    }
+
+    std::mutex m_mutex;
+    /// Freed last comes last.
+    std::vector<Block> m_blocks;
+};
+
+KeptBlocks& keptBlocks() {
+    // Never destroyed: images may outlive it among objects that end with the program.
+    static auto& blocks = *std::make_unique<KeptBlocks>().release();
+    return blocks;
+}
+
+/// Zero pages that begin on a huge page's border; null when the system has none.
+std::uint8_t* mapFresh(std::size_t byteCount) {
     const std::size_t size = mappedSize(byteCount);
     void* const block = mmap(nullptr, size + hugePageSize, PROT_READ | PROT_WRITE,
                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -47,62 +130,10 @@ std::uint8_t* map(std::size_t byteCount) {
     return start + head;
 }
 
-void unmap(std::uint8_t* pixels, std::size_t byteCount) {
-    munmap(pixels, mappedSize(byteCount));
-}
-
-/// Blocks that were freed last, for requests of their size.
-class KeptBlocks {
-public:
-    std::uint8_t* take(std::size_t byteCount) {
-        const std::lock_guard lock(m_mutex);
-        for (auto block = m_blocks.begin(); block != m_blocks.end(); ++block) {
-            if (mappedSize(block->byteCount) != mappedSize(byteCount)) continue;
-            std::uint8_t* const pixels = block->pixels;
-            m_size -= mappedSize(byteCount);
-            m_blocks.erase(block);
-            return pixels;
-        }
-        // Memory of another size than is wanted now would only add to the peak.
-        unmapAll();
-        return nullptr;
-    }
-
-    void keep(std::uint8_t* pixels, std::size_t byteCount) {
-        const std::size_t size = mappedSize(byteCount);
-        const std::lock_guard lock(m_mutex);
-        if (size > keptPixelMemory) return unmap(pixels, byteCount);
-        if (m_size + size > keptPixelMemory) unmapAll();
-        m_blocks.push_back({pixels, byteCount});
-        m_size += size;
-    }
-
-    void clear() {
-        const std::lock_guard lock(m_mutex);
-        unmapAll();
-    }
-
-private:
-    struct Block {
-        std::uint8_t* pixels;
-        std::size_t byteCount;
-    };
-
-    void unmapAll() {
-        for (const Block& block : m_blocks) unmap(block.pixels, block.byteCount);
-        m_blocks.clear();
-        m_size = 0;
-    }
-
-    std::mutex m_mutex;
-    std::vector<Block> m_blocks;
-    std::size_t m_size = 0;
-};
-
-KeptBlocks& keptBlocks() {
-    // Never destroyed: images may outlive it among objects that end with the program.
-    static auto& blocks = *std::make_unique<KeptBlocks>().release();
-    return blocks;
+/// The same, at the cost of what is kept.
+std::uint8_t* map(std::size_t byteCount) {
+    std::uint8_t* const pixels = mapFresh(byteCount);
+    return pixels == nullptr && keptBlocks().clear() ? mapFresh(byteCount) : pixels;
 }
 
 #endif
@@ -115,6 +146,21 @@ std::uint8_t* counted(std::uint8_t* pixels) {
 }
 
 } // namespace
+
+std::size_t machineMemory() {
+#if defined(_SC_PHYS_PAGES) && defined(_SC_PAGESIZE)
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long bytesOfPage = sysconf(_SC_PAGESIZE);
+    if (pages > 0 && bytesOfPage > 0)
+        return static_cast<std::size_t>(pages) * static_cast<std::size_t>(bytesOfPage);
+#endif
+    return 0;
+}
+
+std::size_t keptPixelMemory() {
+    static const std::size_t most = std::clamp(machineMemory() / 16, 72 * mebibyte, 512 * mebibyte);
+    return most;
+}
 
 std::uint8_t* allocatePixels(std::size_t byteCount) {
 #if QUILLABRAE_MAPPED_PIXELS

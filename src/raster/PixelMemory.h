@@ -5,12 +5,17 @@
 #include <cstdint>
 
 /// Where the pixels of images live. Pages fresh from the system cost several times what copying
-/// their contents does, so large blocks come in huge pages, and a little of what was freed last is
-/// kept for the next image of the same size. Safe on any thread.
+/// their contents does, so large blocks come in huge pages, and some of what was freed last is kept
+/// for the next image of the same size: until the system runs short of memory, or an image of
+/// another size is wanted. Safe on any thread.
 namespace quillabrae::raster {
 
-/// At most this much freed memory is kept.
-constexpr std::size_t keptPixelMemory = std::size_t{72} * 1024 * 1024;
+/// The bytes of memory that the machine has; 0 where nobody tells.
+std::size_t machineMemory();
+
+/// At most so many bytes of freed memory are kept: a sixteenth of the machine's, and never less
+/// than 72 or more than 512 MiB.
+std::size_t keptPixelMemory();
 
 /// `byteCount` bytes (more than 0) of undefined contents, aligned as malloc aligns; null when there
 /// are none. Freed by `freePixels` with the same count.

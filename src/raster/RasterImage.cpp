@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/RasterImage.h"
 
+#include "raster/Parallel.h"
 #include "raster/PixelMemory.h"
 
 #include <algorithm>
@@ -34,6 +35,15 @@ namespace {
 
 std::size_t byteCountOf(int width, int height) {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
+}
+
+/// By several threads where it takes them long: each has the system clear pages for it.
+void copyBytes(const std::uint8_t* from, std::uint8_t* to, std::size_t count) {
+    constexpr std::size_t piece = std::size_t{4} * 1024 * 1024;
+    parallelFor(static_cast<int>((count + piece - 1) / piece), [&](int index) {
+        const std::size_t begin = static_cast<std::size_t>(index) * piece;
+        std::memcpy(to + begin, from + begin, std::min(piece, count - begin));
+    });
 }
 
 } // namespace
@@ -110,7 +120,7 @@ void RasterImage::detach() {
         return;
     }
     auto copy = std::make_shared<Pixels>(allocatePixels(byteCount()), byteCount());
-    std::memcpy(copy->data, m_pixels->data, byteCount());
+    copyBytes(m_pixels->data, copy->data, byteCount());
     m_pixels = std::move(copy);
 }
 

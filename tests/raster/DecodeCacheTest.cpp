@@ -79,6 +79,23 @@ TEST_F(DecodeCache, PixelsThatEncodingChangesAreNotTakenForTheirDecoding) {
     EXPECT_EQ(cached.row(2)[4], 100);
 }
 
+TEST_F(DecodeCache, PixelsThatEncodingChangesAreFoundByWayOfAnEarlierEncoding) {
+    const auto excess = [](RasterImage& image, int y) {
+        image.mutableRow(y)[4] = 200;
+        image.mutableRow(y)[7] = 100;
+    };
+    // In a changed row; in an unchanged one, of which the decoded pixels are known to be others.
+    for (const int row : {6, 2}) {
+        RasterImage image(8, 8);
+        if (row == 2) excess(image, row);
+        const model::PngBytes bytes = encodedImage(image);
+        if (row == 6) excess(image, row);
+        const model::PngBytes next = encodedImage(image, bytes, {5, 8});
+        EXPECT_TRUE(decodedImage(next) == decodePng(next)) << row;
+        EXPECT_EQ(decodedImage(next).row(row)[4], 100);
+    }
+}
+
 TEST_F(DecodeCache, TheLogicalSizeIsThatOfTheBytes) {
     RasterImage image = randomImage(10, 10, 3);
     image.setLogicalSize(QSizeF(9.6, 10.2));

@@ -2,10 +2,20 @@
 #include "raster/PixelMemory.h"
 #include "raster/PngFixtures.h"
 #include "raster/RasterImage.h"
+#include "support/PeakMemory.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <vector>
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+#define QUILLABRAE_KEEPS_PIXELS 1
+#include <sys/mman.h>
+#else
+#define QUILLABRAE_KEEPS_PIXELS 0
+#endif
 
 namespace quillabrae::raster {
 namespace {
@@ -89,6 +99,63 @@ TEST(PixelMemory, ClearPixelsAreClearAfterReuse) {
     freePixels(pixels, size);
     releaseKeptPixelMemory();
 }
+
+#if QUILLABRAE_KEEPS_PIXELS
+
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+
+/// All of it is there, not only promised.
+std::uint8_t* filledPixels(std::size_t size) {
+    std::uint8_t* const pixels = allocatePixels(size);
+    if (pixels) std::memset(pixels, 1, size);
+    return pixels;
+}
+
+TEST(PixelMemory, TheNextBlockOfASizeIsTheOneThatWasFreed) {
+    std::uint8_t* const pixels = filledPixels(40 * mebibyte);
+    freePixels(pixels, 40 * mebibyte);
+    std::uint8_t* const next = allocatePixels(40 * mebibyte);
+    EXPECT_EQ(next, pixels);
+    freePixels(next, 40 * mebibyte);
+    releaseKeptPixelMemory();
+}
+
+TEST(PixelMemory, AKeptBlockOutlivesSmallOnes) {
+    std::uint8_t* const pixels = filledPixels(40 * mebibyte);
+    freePixels(pixels, 40 * mebibyte);
+    const tests::PeakMemory memory;
+    std::uint8_t* const small = filledPixels(4 * mebibyte);
+    freePixels(small, 4 * mebibyte);
+    freePixels(filledPixels(40 * mebibyte), 40 * mebibyte);
+    EXPECT_LT(memory.growth(), 6 << 20);
+    releaseKeptPixelMemory();
+}
+
+TEST(PixelMemory, AKeptBlockIsNoBurdenToOneOfAnotherSize) {
+    std::uint8_t* const pixels = filledPixels(40 * mebibyte);
+    freePixels(pixels, 40 * mebibyte);
+    const tests::PeakMemory memory;
+    freePixels(filledPixels(36 * mebibyte), 36 * mebibyte);
+    EXPECT_LT(memory.growth(), 2 << 20);
+    releaseKeptPixelMemory();
+}
+
+TEST(PixelMemory, OfMoreThanMayBeKeptTheOldestGoes) {
+    constexpr std::size_t size = 8 * mebibyte;
+    std::vector<std::uint8_t*> blocks;
+    while (blocks.size() * size <= keptPixelMemory()) blocks.push_back(allocatePixels(size));
+    for (std::uint8_t* const block : blocks) freePixels(block, size);
+    const auto isThere = [](std::uint8_t* block) {
+        unsigned char isResident = 0;
+        return mincore(block, 1, &isResident) == 0;
+    };
+    EXPECT_FALSE(isThere(blocks.front()));
+    EXPECT_TRUE(std::all_of(blocks.begin() + 1, blocks.end(), isThere));
+    releaseKeptPixelMemory();
+    EXPECT_TRUE(std::none_of(blocks.begin(), blocks.end(), isThere));
+}
+
+#endif
 
 } // namespace
 } // namespace quillabrae::raster
