@@ -152,13 +152,10 @@ struct AppModel::Graph {
     }
 
     std::optional<model::PastedImage> importSvg(const QByteArray& svg) {
-        using persistence::SVGImportSizeResult;
         return persistence::SVGImportService::pastedImage(
             svg,
-            [this](QSizeF naturalSize) -> std::optional<SVGImportSizeResult> {
-                SVGSizeDialogView dialog(naturalSize, windows.dialogParent());
-                if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-                return dialog.answer();
+            [this](QSizeF naturalSize) {
+                return SVGSizeDialogView::ask(naturalSize, windows.dialogParent());
             },
             work);
     }

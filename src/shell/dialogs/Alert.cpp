@@ -3,6 +3,7 @@
 
 #include "shell/controls/Labels.h"
 #include "shell/controls/TextSize.h"
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/looks/Style.h"
 #include "store/PromptTexts.h"
 
@@ -36,31 +37,35 @@ QHBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
     return row;
 }
 
-} // namespace
-
-int runAlert(const Alert& alert, QWidget* parent) {
-    QDialog dialog(parent);
-    dialog.setWindowTitle(QStringLiteral("Quillabrae"));
-    dialog.setAccessibleName(alert.message);
-    dialog.setAccessibleDescription(alert.informativeText);
-    auto* layout = new QVBoxLayout(&dialog);
+QDialog* makeDialog(const Alert& alert, QWidget* parent) {
+    auto* dialog = new QDialog(parent);
+    dialog->setWindowTitle(QStringLiteral("Quillabrae"));
+    dialog->setAccessibleName(alert.message);
+    dialog->setAccessibleDescription(alert.informativeText);
+    auto* layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
     layout->setSpacing(Style::grid);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    QLabel* message = Labels::title(alert.message, 1.1, &dialog);
-    QLabel* text = Labels::muted(alert.informativeText, &dialog);
+    QLabel* message = Labels::title(alert.message, 1.1, dialog);
+    QLabel* text = Labels::muted(alert.informativeText, dialog);
     for (QLabel* label : {message, text}) {
         label->setWordWrap(true);
         layout->addWidget(label);
     }
     // One width for both: the height of the one is reckoned at the width of the wider.
-    TextSize::follow(dialog, [&dialog, message, text] {
+    TextSize::follow(*dialog, [dialog, message, text] {
         for (QLabel* label : {message, text})
-            label->setFixedWidth(TextSize::scaled(textWidth, dialog));
+            label->setFixedWidth(TextSize::scaled(textWidth, *dialog));
     });
     layout->addSpacing(Style::grid);
-    layout->addLayout(makeButtons(alert.buttons, dialog));
-    const int answer = dialog.exec();
+    layout->addLayout(makeButtons(alert.buttons, *dialog));
+    return dialog;
+}
+
+} // namespace
+
+int runAlert(const Alert& alert, QWidget* parent) {
+    const int answer = HeldDialog(makeDialog(alert, parent)).run();
     return answer == QDialog::Rejected ? static_cast<int>(alert.buttons.size()) - 1 : answer - 1;
 }
 

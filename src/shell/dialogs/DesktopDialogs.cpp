@@ -5,6 +5,7 @@
 #include "shell/dialogs/ColorRemovalDialog.h"
 #include "shell/dialogs/FeedbackDialogView.h"
 #include "shell/dialogs/GenerativeFillDialog.h"
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/dialogs/LayerPropertiesDialog.h"
 #include "shell/dialogs/NewProjectDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
@@ -17,9 +18,9 @@ namespace {
 
 /// What a dialog holds when the user has accepted it.
 template <typename Dialog>
-auto answered(Dialog&& dialog) -> std::optional<decltype(dialog.answer())> {
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return dialog.answer();
+auto answered(HeldDialog<Dialog> dialog) -> std::optional<decltype(dialog->answer())> {
+    if (!dialog.isAccepted()) return std::nullopt;
+    return dialog->answer();
 }
 
 /// A dialog that stays until it is closed.
@@ -37,31 +38,30 @@ DesktopDialogs::DesktopDialogs(FeedbackDialogView::Environment feedback)
 
 std::optional<NewProjectDialogResult> DesktopDialogs::requestNewProject(QSizeF size,
                                                                         QWidget* parent) {
-    return answered(NewProjectDialog(size, parent));
+    return answered(HeldDialog(new NewProjectDialog(size, parent)));
 }
 
 std::optional<ResizeDialogResponse> DesktopDialogs::requestResize(
     const ResizeDialogRequest& request, QWidget* parent) {
-    return answered(ResizeDialog(request, parent));
+    return answered(HeldDialog(new ResizeDialog(request, parent)));
 }
 
 std::optional<store::RotateZoomDialogResult> DesktopDialogs::requestRotateZoom(QWidget* parent) {
-    return answered(RotateZoomDialog(parent));
+    return answered(HeldDialog(new RotateZoomDialog(parent)));
 }
 
 std::optional<store::LayerPropertiesDialogResult> DesktopDialogs::requestLayerProperties(
     const store::LayerPropertiesDialogResult& layer, QWidget* parent) {
-    return answered(LayerPropertiesDialog(layer, parent));
+    return answered(HeldDialog(new LayerPropertiesDialog(layer, parent)));
 }
 
 bool DesktopDialogs::requestAlignObject(const AlignObjectPreview& preview, QWidget* parent) {
-    AlignObjectDialog dialog(preview, parent);
-    return dialog.exec() == QDialog::Accepted;
+    return HeldDialog(new AlignObjectDialog(preview, parent)).isAccepted();
 }
 
 std::optional<store::ColorRemovalSettings> DesktopDialogs::requestColorRemoval(
     const model::PaintAppSettings& settings, const ColorRemovalPreview& preview, QWidget* parent) {
-    return answered(ColorRemovalDialog(settings, preview, parent));
+    return answered(HeldDialog(new ColorRemovalDialog(settings, preview, parent)));
 }
 
 void DesktopDialogs::showGenerativeFill(store::ProjectStore& store, QWidget* parent) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/DesktopWorkRunner.h"
 
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
 
 #include <QEventLoop>
@@ -87,8 +88,8 @@ void DesktopWorkRunner::run(const QString& title, const std::function<void(WorkC
     {
         RunningWork running(work, control);
         if (!running.isDoneWithin(m_patience)) {
-            ProgressDialog dialog(title, control, m_parent());
-            showUntilDone(running, dialog);
+            const HeldDialog dialog(new ProgressDialog(title, control, m_parent()));
+            showUntilDone(running, *dialog.get());
         }
         running.isDoneWithin(std::chrono::milliseconds(0));
         error = running.error();

@@ -19,8 +19,10 @@ public:
     Dialog* operator->() const { return m_dialog; }
     Dialog* get() const { return m_dialog; }
 
-    /// Until it is answered or gone. True when it was accepted and is still there.
-    bool isAccepted() { return m_dialog->exec() == QDialog::Accepted && m_dialog; }
+    /// Runs it until it is answered or gone, which is the same as rejected. What it was done with.
+    int run() { return m_dialog->exec(); }
+    /// The same; true when it was accepted and is still there.
+    bool isAccepted() { return run() == QDialog::Accepted && m_dialog; }
 
 private:
     QPointer<Dialog> m_dialog;

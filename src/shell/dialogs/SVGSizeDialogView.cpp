@@ -5,6 +5,7 @@
 #include "shell/controls/NumberField.h"
 #include "shell/controls/TextSize.h"
 #include "shell/dialogs/DialogParts.h"
+#include "shell/dialogs/HeldDialog.h"
 #include "shell/looks/Style.h"
 
 #include <QGridLayout>
@@ -57,6 +58,13 @@ SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
     column->addLayout(DialogParts::makeButtons(*this, tr("Import")));
     m_width->setFocus();
     m_width->selectAll();
+}
+
+std::optional<persistence::SVGImportSizeResult> SVGSizeDialogView::ask(QSizeF naturalSize,
+                                                                       QWidget* parent) {
+    HeldDialog dialog(new SVGSizeDialogView(naturalSize, parent));
+    if (!dialog.isAccepted()) return std::nullopt;
+    return dialog->answer();
 }
 
 /// The field that is being typed into is left alone until it loses the focus.

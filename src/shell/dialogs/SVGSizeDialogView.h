@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 namespace quillabrae::shell {
 
 class NumberField;
@@ -15,6 +17,9 @@ class SVGSizeDialogView final : public QDialog {
 
 public:
     explicit SVGSizeDialogView(QSizeF naturalSize, QWidget* parent = nullptr);
+
+    /// Asks and waits; nothing when the user does not want the picture.
+    static std::optional<persistence::SVGImportSizeResult> ask(QSizeF naturalSize, QWidget* parent);
 
     persistence::SVGImportSizeResult answer() const { return m_fields.accepted(); }
 
