@@ -154,7 +154,7 @@ void ProjectStore::decodeFill(FillID id, const QByteArray& bytes) {
             auto failure = std::optional(description(GenerativeFillError::invalidGeneratedImage));
             const auto apply = [&] { failure = applyFill(id, *image); };
             if (image && !attempt(tr("Generative fill"), apply))
-                failure = description(GenerativeFillError::applyFailed);
+                failure = tr("There is not enough memory");
             endFill(id, failure);
         };
     });
@@ -185,6 +185,8 @@ void ProjectStore::endFill(FillID id, const std::optional<QString>& failure) {
     // It is still delivering what ends the fill.
     QMetaObject::invokeMethod(
         this, [work = std::shared_ptr(std::move(fill->decoding))] {}, Qt::QueuedConnection);
+    if (failure)
+        setStatusMessage(tr("Generative fill failed: %1").arg(*failure), StatusKind::failure);
     fill->completion(failure);
 }
 

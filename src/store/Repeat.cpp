@@ -75,11 +75,7 @@ void ProjectStore::repeatLastAction() {
             [this](const Actions::ResizeImage& resize) { resizeActiveImage(resize.result); },
             [this](const Actions::ResizeCanvas& resize) { resizeActiveCanvas(resize.result); },
             [this](const Actions::GenerativeFill& fill) {
-                performGenerativeFill(fill.request, [this](const std::optional<QString>& failure) {
-                    if (failure)
-                        setStatusMessage(tr("Generative fill failed: %1").arg(*failure),
-                                         StatusKind::failure);
-                });
+                performGenerativeFill(fill.request, [](const std::optional<QString>&) {});
             },
             [this](const Actions::InvertImage&) { invertActiveImage(); },
         },

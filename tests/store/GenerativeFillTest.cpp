@@ -208,6 +208,8 @@ TEST_F(GenerativeFill, WhatFailsLeavesTheProjectAsItWas) {
         fill();
         expectNothing([&] { EXPECT_TRUE(http.answer(std::move(outcome))); });
         EXPECT_EQ(ends.back(), words);
+        EXPECT_EQ(store->statusMessage(), QStringLiteral("Generative fill failed: ") + words);
+        EXPECT_EQ(store->statusKind(), StatusKind::failure);
         EXPECT_FALSE(store->lastRepeatableAction());
     };
     failsWith(HttpFailure{QStringLiteral("Connection refused")},
