@@ -45,8 +45,9 @@ protected:
         for (int added = 0; added < count; ++added) store->addLayer();
     }
     QRect rowRect(int row) const { return list()->visualRect(model().index(row, 0)); }
-    QPoint nameOf(int row) const { return LayerRowParts(rowRect(row)).name.center(); }
-    QPoint eyeOf(int row) const { return LayerRowParts(rowRect(row)).visibility.center(); }
+    LayerRowParts partsOf(int row) const { return {rowRect(row), list()->layoutDirection()}; }
+    QPoint nameOf(int row) const { return partsOf(row).name.center(); }
+    QPoint eyeOf(int row) const { return partsOf(row).visibility.center(); }
     QWidget* surface() const { return list()->viewport(); }
     QStringList historyTitles() const { return titles(*store, *store->activeProjectID()); }
 
@@ -256,7 +257,7 @@ TEST_F(LayersPanelTest, MovesTheCaretWithTheArrowKeysWhileANameIsEdited) {
 }
 
 TEST_F(LayersPanelTest, OpensThePropertiesOnADoubleClickBesideTheName) {
-    QTest::mouseDClick(surface(), Qt::LeftButton, {}, LayerRowParts(rowRect(0)).thumbnail.center());
+    QTest::mouseDClick(surface(), Qt::LeftButton, {}, partsOf(0).thumbnail.center());
     EXPECT_EQ(timesConfigured, 1);
 }
 

@@ -206,7 +206,7 @@ TEST_P(PaintedContrastTest, OfLayers) {
     list.resize(300, 200);
     list.show();
     for (int row = 0; row < 2; ++row) {
-        const LayerRowParts parts(list.visualRect(list.model()->index(row, 0)));
+        const LayerRowParts parts(list.visualRect(list.model()->index(row, 0)), Qt::LeftToRight);
         const QRect lines = parts.name.adjusted(0, 4, 0, -4);
         const QRect name = lines.adjusted(0, 0, 0, -lines.height() / 2);
         EXPECT_GE(inkContrast(pictureOf(list, name)), leastForText) << row;

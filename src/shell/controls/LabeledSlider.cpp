@@ -40,7 +40,7 @@ LabeledSlider::LabeledSlider(const HoverTooltipText& text, Range range, QWidget*
     TextSize::follow(*m_valueText, [this, widest = QString::number(range.maximum)] {
         m_valueText->setFixedWidth(m_valueText->fontMetrics().horizontalAdvance(widest) + 2);
     });
-    m_valueText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_valueText->setAlignment(Labels::trailing() | Qt::AlignVCenter);
     layout->addWidget(m_label);
     layout->addWidget(m_slider);
     layout->addWidget(m_valueText);

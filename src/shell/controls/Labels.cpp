@@ -5,7 +5,9 @@
 #include "shell/looks/Style.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QStyle>
 
 namespace quillabrae::shell::Labels {
 namespace {
@@ -18,6 +20,7 @@ public:
     TonedLabel(const QString& text, Tone tone, QWidget* parent)
         : QLabel(text, parent), m_tone(tone) {
         setTextFormat(Qt::PlainText);
+        setAlignment(leading() | Qt::AlignVCenter);
         setForegroundRole(QPalette::WindowText);
         takeTone();
     }
@@ -52,9 +55,20 @@ void makeBold(QLabel* label, qreal factor) {
 
 } // namespace
 
+Qt::Alignment leading() {
+    return QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignLeft) |
+           Qt::AlignAbsolute;
+}
+
+Qt::Alignment trailing() {
+    return QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignRight) |
+           Qt::AlignAbsolute;
+}
+
 QLabel* body(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
+    label->setAlignment(leading() | Qt::AlignVCenter);
     return label;
 }
 

@@ -2,12 +2,18 @@
 #pragma once
 
 #include <QString>
+#include <Qt>
 
 class QLabel;
 class QWidget;
 
-/// The few kinds of text in the interface. Labels are plain text and owned by their parent.
+/// The few kinds of text in the interface. Labels are plain text and owned by their parent. They
+/// begin at the side where the program's language begins, also where they are but a number.
 namespace quillabrae::shell::Labels {
+
+/// The side at which the program's language begins, and the one at which it ends.
+Qt::Alignment leading();
+Qt::Alignment trailing();
 
 QLabel* body(const QString& text, QWidget* parent);
 /// Small and bold, over a group of controls.

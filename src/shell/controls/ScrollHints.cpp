@@ -24,14 +24,19 @@ ScrollHints::ScrollHints(QScrollArea& scroller) : QWidget(&scroller), m_scroller
     scroller.installEventFilter(this);
 }
 
-bool ScrollHints::hasMoreAtLeft() const {
+/// The bar counts from the side that text begins at.
+bool ScrollHints::hasMoreAt(Qt::LayoutDirection side) const {
     const QScrollBar* bar = m_scroller.horizontalScrollBar();
-    return bar->value() > bar->minimum();
+    return side == layoutDirection() ? bar->value() > bar->minimum()
+                                     : bar->value() < bar->maximum();
+}
+
+bool ScrollHints::hasMoreAtLeft() const {
+    return hasMoreAt(Qt::LeftToRight);
 }
 
 bool ScrollHints::hasMoreAtRight() const {
-    const QScrollBar* bar = m_scroller.horizontalScrollBar();
-    return bar->value() < bar->maximum();
+    return hasMoreAt(Qt::RightToLeft);
 }
 
 bool ScrollHints::eventFilter(QObject* watched, QEvent* event) {

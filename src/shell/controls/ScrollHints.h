@@ -24,6 +24,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// At the edge that text in that direction begins at.
+    bool hasMoreAt(Qt::LayoutDirection side) const;
     void paintHint(QPainter& painter, Qt::LayoutDirection side) const;
 
     QScrollArea& m_scroller;

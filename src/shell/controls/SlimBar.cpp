@@ -50,7 +50,8 @@ double SlimBar::swing() const {
 void SlimBar::fill(QPainter& painter, double start, double length, const QColor& color) const {
     const double radius = height() / 2.0;
     painter.setBrush(color);
-    painter.drawRoundedRect(QRectF(start * width(), 0.0, length * width(), height()), radius,
+    const double near = layoutDirection() == Qt::RightToLeft ? 1.0 - start - length : start;
+    painter.drawRoundedRect(QRectF(near * width(), 0.0, length * width(), height()), radius,
                             radius);
 }
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPropertyAnimation>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -44,6 +45,14 @@ QPoint besides(const QRect& anchor, const QSize& size, HoverTooltipPlacement pla
     return {};
 }
 
+/// The same where a line of text goes in that direction.
+QPoint besides(const QRect& anchor, const QSize& size, HoverTooltipPlacement placement,
+               Qt::LayoutDirection direction) {
+    const QRect leftToRight(besides(anchor, size, placement), size);
+    // Turned about the control, what is centred stays where it is.
+    return QStyle::visualRect(direction, anchor, leftToRight).topLeft();
+}
+
 } // namespace
 
 TooltipBubble::TooltipBubble(const HoverTooltipText& text, QWidget* window)
@@ -74,7 +83,7 @@ TooltipBubble::TooltipBubble(const HoverTooltipText& text, QWidget* window)
 
 void TooltipBubble::place(const QRect& anchor, HoverTooltipPlacement placement) {
     constexpr int margin = 4;
-    const QPoint wanted = besides(anchor, size(), placement);
+    const QPoint wanted = besides(anchor, size(), placement, layoutDirection());
     const QSize room = parentWidget()->size() - size();
     move(std::clamp(wanted.x(), margin, std::max(margin, room.width() - margin)),
          std::clamp(wanted.y(), margin, std::max(margin, room.height() - margin)));

@@ -56,16 +56,20 @@ AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent
     for (const Section& section : sections) {
         column->addWidget(
             Labels::heading(QCoreApplication::translate("AlignObject", section.title), this));
-        auto* grid = new QGridLayout;
+        auto* places = new QWidget(this);
+        // Left is left in every language.
+        places->setLayoutDirection(Qt::LeftToRight);
+        auto* grid = new QGridLayout(places);
+        grid->setContentsMargins(0, 0, 0, 0);
         grid->setSpacing(Style::grid / 2);
         int place = 0;
         for (const auto action : std::span(actions).subspan(section.first, section.count)) {
-            IconButton* button = makeButton(action, this);
+            IconButton* button = makeButton(action, places);
             group->addButton(button, static_cast<int>(action));
             grid->addWidget(button, place / buttonsInRow, place % buttonsInRow);
             ++place;
         }
-        column->addLayout(grid);
+        column->addWidget(places);
     }
     connect(group, &QButtonGroup::idClicked, this, [preview = std::move(preview)](int id) {
         preview(static_cast<store::AlignObjectAction>(id));

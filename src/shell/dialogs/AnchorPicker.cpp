@@ -46,14 +46,18 @@ QString title(CanvasAnchor anchor) {
 
 AnchorPicker::AnchorPicker(CanvasAnchor anchor, QWidget* parent)
     : QWidget(parent), m_buttons(new QButtonGroup(this)), m_names(new QComboBox(this)) {
-    auto* grid = new QGridLayout;
+    auto* places = new QWidget(this);
+    // Left is left in every language.
+    places->setLayoutDirection(Qt::LeftToRight);
+    auto* grid = new QGridLayout(places);
+    grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(Style::grid / 4);
     for (const CanvasAnchor each : model::allCanvasAnchors()) {
         const int id = static_cast<int>(each);
         auto* button = new IconButton({.symbolName = QString::fromLatin1(face(each).symbolName),
                                        .title = title(each),
                                        .help = {}},
-                                      this);
+                                      places);
         button->setCheckable(true);
         button->setChecked(each == anchor);
         m_buttons->addButton(button, id);
@@ -65,7 +69,7 @@ AnchorPicker::AnchorPicker(CanvasAnchor anchor, QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(3 * Style::grid);
-    layout->addLayout(grid);
+    layout->addWidget(places);
     layout->addWidget(m_names, 0, Qt::AlignTop);
     layout->addStretch();
 

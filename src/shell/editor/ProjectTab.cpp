@@ -8,6 +8,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -67,8 +68,13 @@ QSize ProjectTab::sizeHint() const {
     return {std::clamp(width, narrowest, TextSize::scaled(widest, *this)), height()};
 }
 
+QRect ProjectTab::visual(const QRect& part) const {
+    return QStyle::visualRect(layoutDirection(), rect(), part);
+}
+
 void ProjectTab::resizeEvent(QResizeEvent*) {
-    m_close->move(width() - padding - closeExtent, (height() - closeExtent) / 2);
+    m_close->setGeometry(visual(
+        {width() - padding - closeExtent, (height() - closeExtent) / 2, closeExtent, closeExtent}));
 }
 
 void ProjectTab::mouseReleaseEvent(QMouseEvent* event) {
@@ -119,7 +125,8 @@ void ProjectTab::paintFace(QPainter& painter) const {
 void ProjectTab::paintThumbnail(QPainter& painter) const {
     if (m_thumbnail.isNull()) return;
     QRectF place(QPointF(), QSizeF(m_thumbnail.size()) / m_thumbnail.devicePixelRatio());
-    place.moveCenter(QPointF(padding + pictureRoom.width() / 2.0, height() / 2.0));
+    const QRect room = visual({padding, 0, pictureRoom.width(), height()});
+    place.moveCenter(QRectF(room).center());
     place.moveTopLeft(place.topLeft().toPoint());
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(place, Qt::white);
@@ -131,8 +138,9 @@ void ProjectTab::paintThumbnail(QPainter& painter) const {
 }
 
 void ProjectTab::paintTitle(QPainter& painter) const {
-    const int end = m_close->x() - 4;
-    const QRect room(pictureEnd + 8, 0, end - unsavedMark - 6 - pictureEnd - 8, height());
+    const int end = width() - padding - closeExtent - 4;
+    const QRect room =
+        visual({pictureEnd + 8, 0, end - unsavedMark - 6 - pictureEnd - 8, height()});
     painter.setPen(m_look.isActive ? palette().color(QPalette::WindowText)
                                    : Style::mutedText(palette()));
     painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
@@ -140,8 +148,9 @@ void ProjectTab::paintTitle(QPainter& painter) const {
     if (!m_look.isUnsaved) return;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Style::accent(palette()));
-    painter.drawEllipse(
-        QRectF(end - unsavedMark, (height() - unsavedMark) / 2.0, unsavedMark, unsavedMark));
+    QRectF mark(visual({end - unsavedMark, 0, unsavedMark, unsavedMark}));
+    mark.moveTop((height() - unsavedMark) / 2.0);
+    painter.drawEllipse(mark);
 }
 
 } // namespace quillabrae::shell

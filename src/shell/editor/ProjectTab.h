@@ -47,6 +47,8 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    /// Where a part stands that is at `part` while text runs from left to right.
+    QRect visual(const QRect& part) const;
     void paintFace(QPainter& painter) const;
     void paintThumbnail(QPainter& painter) const;
     void paintTitle(QPainter& painter) const;

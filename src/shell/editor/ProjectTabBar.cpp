@@ -19,6 +19,7 @@
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -171,7 +172,18 @@ void ProjectTabBar::refreshTabs() {
     });
     m_row->activate();
     m_scroller->updateGeometry();
-    if (active != m_tabs.end()) m_scroller->ensureWidgetVisible(*active, hintedEdge, 0);
+    if (active != m_tabs.end()) bringIntoSight(**active);
+}
+
+/// The scroller's own way forgets that its bar counts from where text begins.
+void ProjectTabBar::bringIntoSight(const ProjectTab& tab) {
+    const QWidget& row = *m_scroller->widget();
+    const QRect place = QStyle::visualRect(layoutDirection(), row.rect(), tab.geometry())
+                            .adjusted(-hintedEdge, 0, hintedEdge, 0)
+                            .intersected(row.rect());
+    QScrollBar* bar = m_scroller->horizontalScrollBar();
+    const int last = place.right() + 1 - m_scroller->viewport()->width();
+    bar->setValue(std::min(std::max(bar->value(), last), place.left()));
 }
 
 void ProjectTabBar::projectChanged(const QUuid& id) {
@@ -222,8 +234,10 @@ void ProjectTabBar::paintEvent(QPaintEvent*) {
 
 void ProjectTabBar::wheelEvent(QWheelEvent* event) {
     const QPoint turn = event->angleDelta();
+    // The bar counts from where text begins.
+    const int sideways = layoutDirection() == Qt::RightToLeft ? -turn.x() : turn.x();
     QScrollBar* bar = m_scroller->horizontalScrollBar();
-    bar->setValue(bar->value() - (turn.x() != 0 ? turn.x() : turn.y()) / 2);
+    bar->setValue(bar->value() - (sideways != 0 ? sideways : turn.y()) / 2);
     event->accept();
 }
 

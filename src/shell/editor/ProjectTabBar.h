@@ -47,6 +47,7 @@ private:
     void matchProjects();
     ProjectTab* makeTab(const QUuid& id);
     void refreshTabs();
+    void bringIntoSight(const ProjectTab& tab);
     void refreshThumbnails();
     struct Thumbnail;
     void takeThumbnails(const std::vector<Thumbnail>& thumbnails);

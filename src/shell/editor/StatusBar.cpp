@@ -43,7 +43,7 @@ StatusBar::StatusBar(const store::ProjectStore& store, QWidget* parent)
     m_position->setAccessibleDescription(tr("Pointer position"));
     m_zoom->setObjectName(QStringLiteral("zoom"));
     m_zoom->setAccessibleDescription(tr("Zoom"));
-    m_zoom->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_zoom->setAlignment(Labels::trailing() | Qt::AlignVCenter);
     // As wide as it ever is, so that the position beside it stays where it is.
     TextSize::follow(*m_zoom, [this] {
         m_zoom->setMinimumWidth(

@@ -50,7 +50,8 @@ ToolOptions::ToolOptions(store::ProjectStore& store, QWidget* parent)
     : QWidget(parent), m_store(store) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Style::grid / 2, 0, 0, 0);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addSpacing(Style::grid / 2);
     connect(&m_store, &store::ProjectStore::settingsChanged, this, &ToolOptions::showSettings);
     showSettings();
 }

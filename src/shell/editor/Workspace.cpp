@@ -81,14 +81,15 @@ void Workspace::showProject() {
 }
 
 void Workspace::addPanel(FloatingPanel* panel, PanelCorner corner) {
-    m_panels.push_back({panel, {corner, {panelMargin, panelMargin}}});
+    const PanelCorner own = layoutDirection() == Qt::RightToLeft ? mirrored(corner) : corner;
+    m_panels.push_back({panel, {own, {panelMargin, panelMargin}}});
     connect(panel, &FloatingPanel::sizeChanged, this, &Workspace::placePanels);
     connect(panel, &FloatingPanel::sizeChanged, this, &QWidget::updateGeometry);
     connect(panel, &FloatingPanel::moveRequested, this,
             [this, panel](QPoint topLeft) { movePanel(panel, topLeft); });
 }
 
-/// So high that the panels at the left do not cover each other.
+/// So high that tools and colours do not cover each other.
 QSize Workspace::minimumSizeHint() const {
     const int panels = m_tools->sizeHint().height() + m_colors->sizeHint().height();
     const int bar = height() - room().height();
@@ -112,7 +113,7 @@ void Workspace::resizeEvent(QResizeEvent*) {
     placePanels();
 }
 
-/// History and layers fill the right side between them.
+/// History and layers fill their side between them.
 void Workspace::shareHeight() {
     const int space = room().height() - 3 * panelMargin;
     const int history = std::min(tallestHistory, space * historyShare / 100);

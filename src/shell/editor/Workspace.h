@@ -50,6 +50,7 @@ private:
         PanelPlace place;
     };
 
+    /// `corner` is where it stands while text runs from left to right.
     void addPanel(FloatingPanel* panel, PanelCorner corner);
     void showProject();
     QSize room() const;

@@ -96,6 +96,13 @@ void paintMenuEdge(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
+/// The keys of a menu's command, which follow its title, are no part of a sentence from right to
+/// left, though they may end with a comma.
+void keepKeysInOrder(QString& text) {
+    constexpr QChar leftToRightMark(0x200e);
+    if (text.contains(u'\t')) text.append(leftToRightMark);
+}
+
 /// The chosen tab is underlined, as those of projects are.
 void paintTabMarks(QPainter& painter, const QStyleOption& option) {
     constexpr int thickness = 2;
@@ -178,6 +185,11 @@ void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* opti
         painter->fillRect(item->rect.left() + Style::grid, middle,
                           item->rect.width() - 2 * Style::grid, 1, Style::line(item->palette));
         return;
+    }
+    if (element == CE_MenuItem && item != nullptr && item->direction == Qt::RightToLeft) {
+        QStyleOptionMenuItem kept = *item;
+        keepKeysInOrder(kept.text);
+        return QProxyStyle::drawControl(element, &kept, painter, widget);
     }
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
     if (element == CE_PushButtonLabel && button != nullptr && hasPrimaryFace(*option, widget)) {

@@ -2,11 +2,13 @@
 #include "shell/looks/Symbols.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QHash>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace quillabrae::shell::Symbols {
 namespace {
@@ -138,6 +140,20 @@ constexpr std::array rows{
     Row{"quillabrae.project"sv, "com.orvik.Quillabrae"sv},
 };
 
+/// Drawings that point back or on, and what takes their place where text runs from right to left.
+constexpr std::array mirrored{
+    std::pair{"undo"sv, "redo"sv},
+    std::pair{"redo"sv, "undo"sv},
+    std::pair{"chevron-right"sv, "chevron-left"sv},
+};
+
+std::string_view drawingOf(const Row& row) {
+    if (!QGuiApplication::isRightToLeft()) return row.drawing;
+    const auto* const found =
+        std::ranges::find(mirrored, row.drawing, [](const auto& each) { return each.first; });
+    return found == mirrored.end() ? row.drawing : found->second;
+}
+
 /// For what Qt draws in its own dialogs.
 constexpr auto lightTheme = "breeze";
 constexpr auto darkTheme = "breeze-dark";
@@ -160,7 +176,8 @@ QIcon icon(const QString& symbolName) {
     const Row* row = find(symbolName);
     if (row == nullptr) return {};
     const bool isDark = QIcon::themeName() == QLatin1StringView(darkTheme);
-    const auto name = QLatin1StringView(row->drawing.data(), qsizetype(row->drawing.size()));
+    const std::string_view drawing = drawingOf(*row);
+    const auto name = QLatin1StringView(drawing.data(), qsizetype(drawing.size()));
     return QIcon(QStringLiteral(":/symbols/%1/%2.svg")
                      .arg(isDark ? QStringLiteral("dark") : QStringLiteral("light"), name));
 }

@@ -15,7 +15,8 @@ namespace quillabrae::shell::Symbols {
 /// Makes later icons those for a light or a dark background.
 void useScheme(ColorScheme scheme);
 
-/// The symbol's icon; a null icon for an unknown symbol. Looked up on call, so best asked for when
+/// The symbol's icon, turned where it points back or on and the program's language runs from right
+/// to left; a null icon for an unknown symbol. Looked up on call, so best asked for when
 /// it is first painted.
 QIcon icon(const QString& symbolName);
 

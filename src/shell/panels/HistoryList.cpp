@@ -10,6 +10,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <utility>
 
@@ -50,11 +51,12 @@ void HistoryRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
     QRect place(option.rect.left() + padding, 0, Style::smallIcon, Style::smallIcon);
     place.moveTop(option.rect.top() + (option.rect.height() - place.height()) / 2);
     painter->setOpacity(isFuture ? undoneIconStrength(option.palette) : 1.0);
-    icon.paint(painter, place);
+    icon.paint(painter, QStyle::visualRect(option.direction, option.rect, place));
     painter->setOpacity(1.0);
 
-    const QRect text =
-        option.rect.adjusted(padding + Style::smallIcon + Style::grid, 0, -padding, 0);
+    const QRect text = QStyle::visualRect(
+        option.direction, option.rect,
+        option.rect.adjusted(padding + Style::smallIcon + Style::grid, 0, -padding, 0));
     painter->setPen(isFuture ? Style::mutedText(option.palette)
                              : option.palette.color(QPalette::WindowText));
     painter->drawText(

@@ -46,7 +46,7 @@ LayerList::LayerList(store::ProjectStore& store, std::function<void()> configure
     tooltip->setParts([this](QPoint at) -> std::optional<HoverTooltipPart> {
         const QModelIndex index = indexAt(at);
         if (!index.isValid()) return std::nullopt;
-        const LayerRowParts parts(visualRect(index));
+        const LayerRowParts parts = partsOf(index);
         if (parts.visibility.contains(at)) {
             return HoverTooltipPart{parts.visibility, {tr("Visible"), {}}};
         }
@@ -148,7 +148,7 @@ void LayerList::mousePressEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
     const QModelIndex index = indexAt(at);
     if (event->button() != Qt::LeftButton || !index.isValid()) return;
-    if (LayerRowParts(visualRect(index)).visibility.contains(at)) {
+    if (partsOf(index).visibility.contains(at)) {
         m_pressedEye = index.row();
         return;
     }
@@ -204,8 +204,7 @@ void LayerList::mouseReleaseEvent(QMouseEvent* event) {
     m_pressedAt.reset();
     const auto pressed = std::exchange(m_pressedEye, std::nullopt);
     const QModelIndex index = indexAt(at);
-    if (pressed && index.row() == *pressed &&
-        LayerRowParts(visualRect(index)).visibility.contains(at)) {
+    if (pressed && index.row() == *pressed && partsOf(index).visibility.contains(at)) {
         m_model->toggleVisibility(*pressed);
     }
 }
@@ -220,7 +219,7 @@ void LayerList::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint at = event->position().toPoint();
     const QModelIndex index = indexAt(at);
     if (!index.isValid() || event->button() != Qt::LeftButton) return;
-    const LayerRowParts parts(visualRect(index));
+    const LayerRowParts parts = partsOf(index);
     // Two quick presses on the eye are two presses.
     if (parts.visibility.contains(at)) return mousePressEvent(event);
     m_model->select(index.row());
@@ -277,6 +276,10 @@ void LayerList::advanceSprings() {
 }
 
 // Painting
+
+LayerRowParts LayerList::partsOf(const QModelIndex& index) const {
+    return {visualRect(index), layoutDirection()};
+}
 
 int LayerList::rowHeight() const {
     return LayerRow::heightIn(*this);

@@ -17,6 +17,7 @@ namespace quillabrae::shell {
 
 class LayerListModel;
 class LayerRow;
+struct LayerRowParts;
 
 /// The layer stack as a list. A press selects; the eye shows and hides; a drag moves the layer
 /// through the stack, its row under the pointer and its future place outlined, while the other rows
@@ -61,6 +62,7 @@ private:
     QHash<QUuid, int> restingPlaces() const;
     void springFrom(const QHash<QUuid, int>& places);
     void advanceSprings();
+    LayerRowParts partsOf(const QModelIndex& index) const;
     int rowHeight() const;
     int rowTop(int row) const;
     void paintRow(QPainter& painter, int row, int top) const;

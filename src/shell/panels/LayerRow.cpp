@@ -10,6 +10,7 @@
 
 #include <QLineEdit>
 #include <QPainter>
+#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -18,6 +19,12 @@ constexpr int padding = 6;
 constexpr int markExtent = 24;
 constexpr double wholeOpacity = 0.995;
 constexpr double hiddenStrength = 0.45;
+/// What a field has between its edge and its text.
+constexpr int fieldEdge = 4;
+
+LayerRowParts partsOf(const QStyleOptionViewItem& option) {
+    return {option.rect, option.direction};
+}
 
 QRect centeredIcon(const QRect& room) {
     QRect icon(0, 0, Style::smallIcon, Style::smallIcon);
@@ -37,7 +44,7 @@ RowList::Face faceOf(const QStyleOptionViewItem& option) {
 
 } // namespace
 
-LayerRowParts::LayerRowParts(const QRect& row)
+LayerRowParts::LayerRowParts(const QRect& row, Qt::LayoutDirection direction)
     : thumbnail(row.left() + padding,
                 row.top() + (row.height() - LayerRow::thumbnailRoom.height()) / 2,
                 LayerRow::thumbnailRoom.width(), LayerRow::thumbnailRoom.height()),
@@ -46,6 +53,8 @@ LayerRowParts::LayerRowParts(const QRect& row)
     lock = visibility.translated(-markExtent, 0);
     const int left = thumbnail.right() + 1 + Style::grid;
     name = QRect(left, row.top(), lock.left() - left, row.height());
+    for (QRect* part : {&thumbnail, &name, &lock, &visibility})
+        *part = QStyle::visualRect(direction, row, *part);
 }
 
 QSize LayerRow::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
@@ -79,7 +88,7 @@ void LayerRow::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 void LayerRow::paintThumbnail(QPainter& painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const {
-    const QRect room = LayerRowParts(option.rect).thumbnail;
+    const QRect room = partsOf(option).thumbnail;
     const QSizeF canvas = index.data(LayerListModel::canvasSizeRole).toSizeF();
     QRect place(
         QPoint(),
@@ -98,7 +107,7 @@ void LayerRow::paintThumbnail(QPainter& painter, const QStyleOptionViewItem& opt
 
 void LayerRow::paintText(QPainter& painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
-    const QRect room = LayerRowParts(option.rect).name;
+    const QRect room = partsOf(option).name;
     const QFontMetrics& metrics = option.fontMetrics;
     const double opacity = index.data(LayerListModel::opacityRole).toDouble();
     const bool isWhole = opacity > wholeOpacity;
@@ -118,7 +127,7 @@ void LayerRow::paintText(QPainter& painter, const QStyleOptionViewItem& option,
 
 void LayerRow::paintMarks(QPainter& painter, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const {
-    const LayerRowParts parts(option.rect);
+    const LayerRowParts parts = partsOf(option);
     if (index.data(LayerListModel::isLockedRole).toBool())
         icon(m_locked, "lock.fill").paint(&painter, centeredIcon(parts.lock));
     const QIcon& eye = isVisible(index) ? icon(m_visible, "eye") : icon(m_hidden, "eye.slash");
@@ -134,9 +143,10 @@ QWidget* LayerRow::createEditor(QWidget* parent, const QStyleOptionViewItem&,
 
 void LayerRow::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                     const QModelIndex&) const {
-    const LayerRowParts parts(option.rect);
-    QRect place(parts.name.left() - 4, 0, parts.visibility.left() - parts.name.left(),
-                editor->sizeHint().height());
+    const LayerRowParts parts = partsOf(option);
+    QRect place = parts.name.united(parts.lock);
+    place.translate(option.direction == Qt::RightToLeft ? fieldEdge : -fieldEdge, 0);
+    place.setHeight(editor->sizeHint().height());
     place.moveTop(option.rect.top() + (option.rect.height() - place.height()) / 2);
     editor->setGeometry(place);
 }

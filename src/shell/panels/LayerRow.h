@@ -7,9 +7,10 @@
 
 namespace quillabrae::shell {
 
-/// The parts of a layer's row, for painting and for the pointer alike.
+/// The parts of a layer's row, for painting and for the pointer alike. The picture stands where a
+/// line of text begins.
 struct LayerRowParts {
-    explicit LayerRowParts(const QRect& row);
+    LayerRowParts(const QRect& row, Qt::LayoutDirection direction);
 
     QRect thumbnail;
     QRect name;

@@ -34,6 +34,10 @@ int insideAxis(int start, int extent, int room) {
 
 } // namespace
 
+PanelCorner mirrored(PanelCorner corner) {
+    return cornerAt(!isRight(corner), isBottom(corner));
+}
+
 QRect insideRoom(QRect rect, QSize room) {
     rect.moveTopLeft({insideAxis(rect.x(), rect.width(), room.width()),
                       insideAxis(rect.y(), rect.height(), room.height())});

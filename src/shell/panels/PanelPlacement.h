@@ -18,6 +18,9 @@ struct PanelPlace {
     friend bool operator==(const PanelPlace&, const PanelPlace&) = default;
 };
 
+/// The corner on the other side.
+PanelCorner mirrored(PanelCorner corner);
+
 /// How near panels come to the edges of their room, in points.
 constexpr int panelMargin = 12;
 

@@ -63,8 +63,10 @@ PaintSettingsView::PaintSettingsView(SettingsContext context)
     }
     m_sections->fitWidth(sideWidth - 2 * Style::grid);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Style::grid, Style::grid, 0, 0);
+    layout->setContentsMargins(0, Style::grid, 0, 0);
     layout->setSpacing(Style::grid);
+    // Other than a margin, it is at the right where text begins there.
+    layout->addSpacing(Style::grid);
     layout->addWidget(m_sections);
     layout->addWidget(m_panes, 1);
     auto* closing = new QAction(this);

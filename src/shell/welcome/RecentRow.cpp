@@ -7,6 +7,7 @@
 #include "shell/looks/Style.h"
 
 #include <QPainter>
+#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -40,8 +41,14 @@ QSize RecentRow::sizeHint() const {
     return {0, height()};
 }
 
+int RecentRow::removeLeft() const {
+    return width() - padding - removeExtent;
+}
+
 void RecentRow::resizeEvent(QResizeEvent*) {
-    m_remove->move(width() - padding - removeExtent, (height() - removeExtent) / 2);
+    m_remove->setGeometry(QStyle::visualRect(
+        layoutDirection(), rect(),
+        {removeLeft(), (height() - removeExtent) / 2, removeExtent, removeExtent}));
 }
 
 void RecentRow::paintEvent(QPaintEvent*) {
@@ -54,7 +61,9 @@ void RecentRow::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
     }
     const int lineHeight = fontMetrics().height();
-    QRect line(padding, (height() - 2 * lineHeight) / 2, m_remove->x() - 2 * padding, lineHeight);
+    QRect line = QStyle::visualRect(
+        layoutDirection(), rect(),
+        {padding, (height() - 2 * lineHeight) / 2, removeLeft() - 2 * padding, lineHeight});
     const auto write = [&](const QString& text, const QColor& color, Qt::TextElideMode elide) {
         painter.setPen(color);
         painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,

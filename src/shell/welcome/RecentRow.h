@@ -26,6 +26,9 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    /// Where the control begins while text runs from left to right.
+    int removeLeft() const;
+
     QString m_title;
     QString m_folder;
     QWidget* m_remove;
