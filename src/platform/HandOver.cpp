@@ -36,9 +36,11 @@ Reading read(const QByteArray& received) {
     if (length > maximumPayload) return {Progress::malformed};
     if (received.size() < headerSize + length) return {Progress::incomplete};
 
+    const QByteArray payload = received.mid(headerSize, length);
+    if (payload.count('\n') > maximumLineCount) return {Progress::malformed};
     QList<QUrl> urls;
     QByteArray token;
-    for (const QByteArray& line : received.mid(headerSize, length).split('\n')) {
+    for (const QByteArray& line : payload.split('\n')) {
         if (line.startsWith(tokenLine))
             token = checkedToken(line.mid(tokenLine.size()));
         else

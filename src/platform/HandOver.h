@@ -11,6 +11,8 @@
 namespace quillabrae::platform::HandOver {
 
 constexpr qsizetype maximumPayload = qsizetype{16} * 1024 * 1024;
+/// As many as the bus may name.
+constexpr qsizetype maximumLineCount = 100'000;
 inline constexpr char answer[] = "taken\n";
 
 QByteArray message(const StartRequest& request);

@@ -1,18 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/MimeSource.h"
 
+#include "platform/LocalFile.h"
+
 namespace quillabrae::platform {
 namespace {
+
+constexpr int maximumLineCount = 100'000;
+/// The longest path there is, with each byte as three.
+constexpr qsizetype maximumLineLength = qsizetype{16} * 1024;
 
 /// Lines of URIs; anything that is no URI of a local file is passed over, comments included.
 QList<QUrl> filesOnLines(const QByteArray& lines) {
     QList<QUrl> files;
-    for (const QByteArray& line : lines.split('\n')) {
-        QUrl url(QString::fromUtf8(line.trimmed()));
-        if (!url.isValid() || !url.isLocalFile() || url.path().isEmpty()) continue;
-        if (url.host() == QLatin1StringView("localhost")) url.setHost(QString());
-        if (!url.host().isEmpty()) continue;
-        files.append(url.adjusted(QUrl::StripTrailingSlash));
+    qsizetype next = 0;
+    for (int count = 0; count < maximumLineCount && next < lines.size(); ++count) {
+        const qsizetype start = next;
+        const qsizetype end = lines.indexOf('\n', start);
+        next = end < 0 ? lines.size() : end + 1;
+        if (next - start > maximumLineLength) continue;
+        const QUrl url(QString::fromUtf8(lines.mid(start, next - start).trimmed()));
+        if (const auto file = fileOfThisMachine(url))
+            files.append(file->adjusted(QUrl::StripTrailingSlash));
     }
     return files;
 }

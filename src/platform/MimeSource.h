@@ -33,8 +33,8 @@ inline const QString copiedFiles = QStringLiteral("x-special/gnome-copied-files"
 
 } // namespace MimeTypes
 
-/// The files of this machine that the contents name, in order, folders without a slash at their
-/// end. Things elsewhere are left out.
+/// The files of this machine that the first 100,000 lines of the contents name, in order, folders
+/// without a slash at their end. Things elsewhere are left out.
 QList<QUrl> localFiles(const MimeSource& source);
 
 /// The forms in which files are copied and dragged: `MimeTypes::uriList` and

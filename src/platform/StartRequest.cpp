@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/StartRequest.h"
 
+#include "platform/LocalFile.h"
 #include "platform/ProgramLink.h"
 #include "platform/StartupNotification.h"
 
@@ -18,11 +19,6 @@ constexpr QLatin1StringView actionHost("action");
 /// system's part of the program reads the one that it knows.
 constexpr std::array tokenVariables{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
 
-bool isAbsoluteFile(const QUrl& url) {
-    // QFileInfo would take what begins with a colon for absolute: a resource of the program itself.
-    return url.isValid() && url.isLocalFile() && url.toLocalFile().startsWith(u'/');
-}
-
 bool isActionName(QStringView name) {
     const auto isLetter = [](QChar letter) {
         return (letter >= u'a' && letter <= u'z') || letter == u'-';
@@ -36,8 +32,8 @@ bool isActionName(QStringView name) {
 StartRequest sortedRequest(const QList<QUrl>& urls) {
     StartRequest request;
     for (const QUrl& url : urls) {
-        if (isAbsoluteFile(url)) {
-            request.files.append(url);
+        if (const auto file = fileOfThisMachine(url)) {
+            request.files.append(*file);
         } else if (isProgramLink(url) && url.host() == actionHost) {
             const QString name = url.path().mid(1);
             if (isActionName(name)) request.action = name;

@@ -40,6 +40,14 @@ TEST(HandOver, ALengthBeyondTheLimitIsMalformedBeforeThePayloadArrives) {
     EXPECT_EQ(read(header).progress, Progress::malformed);
 }
 
+TEST(HandOver, MoreLinesThanAnybodyHasFilesAreMalformed) {
+    StartRequest request;
+    request.files = QList<QUrl>(maximumLineCount, twoFiles.files[0]);
+    EXPECT_EQ(read(message(request)).request, request);
+    request.activationToken = "one-more";
+    EXPECT_EQ(read(message(request)).progress, Progress::malformed);
+}
+
 TEST(HandOver, LinksActionAndTokenArriveToo) {
     StartRequest request = twoFiles;
     request.links = {QUrl(QStringLiteral("quillabrae://auth/callback?code=a%20b&state=c"))};

@@ -40,11 +40,34 @@ TEST(MimeSource, HasNoFilesInRubbish) {
     EXPECT_TRUE(localFiles(source).isEmpty());
 }
 
+TEST(MimeSource, LooksAtNoMoreLinesThanAnybodyHasFiles) {
+    MemoryPasteboard source;
+    const QByteArray some = QByteArray("file:///a.png\n").repeated(99'999);
+    source.put({{MimeTypes::uriList, some + "file:///b.png\nfile:///c.png\n"}});
+    const QList<QUrl> files = localFiles(source);
+    ASSERT_EQ(files.size(), 100'000);
+    EXPECT_EQ(files.back(), file(QStringLiteral("/b.png")));
+}
+
+TEST(MimeSource, PassesOverALineThatIsLongerThanAnyPath) {
+    MemoryPasteboard source;
+    source.put({{MimeTypes::uriList,
+                 "file:///" + QByteArray(20'000, 'a') + "\nfile:///" + QByteArray(4'000, 'b')}});
+    EXPECT_EQ(localFiles(source), QList<QUrl>{file(u'/' + QString(4'000, u'b'))});
+}
+
 TEST(MimeSource, LeavesOutFilesOfOtherMachinesAndOnesWithoutAName) {
     MemoryPasteboard source;
     source.put({{MimeTypes::copiedFiles,
                  QByteArray("copy\nfile://server/a.png\nfile:///b.png\nfile://local\0/c", 54)}});
     EXPECT_EQ(localFiles(source), QList<QUrl>{file(QStringLiteral("/b.png"))});
+}
+
+TEST(MimeSource, TakesOneSlashForSeveralBeforeAPath) {
+    MemoryPasteboard source;
+    source.put({{MimeTypes::uriList, "file://localhost//a/b.png\nfile:////c%20%2541.png\n"}});
+    EXPECT_EQ(localFiles(source),
+              QList<QUrl>({file(QStringLiteral("/a/b.png")), file(QStringLiteral("/c %41.png"))}));
 }
 
 TEST(MimeSource, WritesFilesSoThatTheyAreReadBack) {

@@ -49,6 +49,15 @@ TEST(StartRequest, AResourceOfTheProgramIsNoFile) {
                      .asksForMore());
 }
 
+TEST(StartRequest, AFileIsOneOfThisMachine) {
+    const StartRequest request =
+        sortedRequest({QUrl(QStringLiteral("file://localhost/home/me/photo.jpg")),
+                       QUrl(QStringLiteral("file://localhost//home/me/photo.jpg")),
+                       QUrl(QStringLiteral("file:////home/me/photo.jpg")),
+                       QUrl(QStringLiteral("file://server/home/me/photo.jpg"))});
+    EXPECT_EQ(request, (StartRequest{{photo, photo, photo}}));
+}
+
 TEST(StartRequest, WhatIsOfNoKindIsLeftOut) {
     const QString endless(maximumProgramLink, u'a');
     const StartRequest request = sortedRequest(
