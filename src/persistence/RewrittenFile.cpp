@@ -65,11 +65,13 @@ void takeSpare(FileOperations& files, const Names& names, const QString& writing
 
 void writeContent(const Names& names, const QString& path,
                   const std::function<void(model::ByteSink&)>& write) {
+    constexpr QFileDevice::Permissions own = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
     QFile file(path);
     // Reading is asked for only because the file would be emptied otherwise.
-    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered, own))
         throw FileError::notWritten(names.target(), file.errorString());
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    // A spare may have been open to others.
+    file.setPermissions(own);
     BlockSink sink(file, names.target());
     write(sink);
     sink.finish();

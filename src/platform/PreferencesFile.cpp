@@ -108,15 +108,14 @@ bool isSame(const Values& written, const Values& read) {
 }
 
 bool isWrittenTo(const QString& path, const Values& values) {
-    // QSettings makes no file that says nothing.
-    if (values.isEmpty()) {
-        try {
-            createPrivateFile(path, QByteArray());
-        } catch (const FileOperationError&) {
-            return false;
-        }
-        return true;
+    // What QSettings puts in its place is closed to others from the beginning as well.
+    try {
+        createPrivateFile(path, QByteArray());
+    } catch (const FileOperationError&) {
+        return false;
     }
+    // It writes no file that says nothing.
+    if (values.isEmpty()) return true;
     {
         QSettings settings(path, QSettings::IniFormat);
         for (auto value = values.cbegin(); value != values.cend(); ++value)

@@ -64,6 +64,17 @@ void createPrivateFile(const QString& path, const QByteArray& bytes, Reaching di
     throw FileOperationError(path, failure);
 }
 
+void placePrivateFile(const QString& path, const QByteArray& bytes, Reaching disk) {
+    const QString part = path + unfinishedSuffix;
+    createPrivateFile(part, bytes, disk);
+    try {
+        systemFileOperations().rename(part, path);
+    } catch (const FileOperationError&) {
+        ::unlink(QFile::encodeName(part).constData());
+        throw;
+    }
+}
+
 QString writePrivateFile(const QString& folder, const QString& name, const QByteArray& bytes) {
     FileOperations& operations = systemFileOperations();
     operations.removeTree(folder);
@@ -71,7 +82,7 @@ QString writePrivateFile(const QString& folder, const QString& name, const QByte
     const QByteArray folderName = QFile::encodeName(folder);
     if (retrying([&] { return ::mkdir(folderName.constData(), ownFolder); }) != 0) failAt(folder);
     const QString path = folder + QLatin1Char('/') + name;
-    createPrivateFile(path, bytes);
+    placePrivateFile(path, bytes);
     return path;
 }
 

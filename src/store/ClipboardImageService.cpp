@@ -37,7 +37,6 @@ constexpr qsizetype greatestMetadata = 4096;
 
 const QString sourceXKey = QStringLiteral("sourceX");
 const QString sourceYKey = QStringLiteral("sourceY");
-const QString unfinishedSuffix = QStringLiteral(".part");
 
 QByteArray encoded(const ClipboardImageMetadata& metadata) {
     const QJsonObject form{{sourceXKey, metadata.sourceX}, {sourceYKey, metadata.sourceY}};
@@ -65,15 +64,6 @@ QString cleanedName(const QString& suggestedName) {
     name = name.trimmed();
     while (name.toUtf8().size() > greatestNameLength) name.chop(1);
     return name.isEmpty() ? QStringLiteral("Selection") : name;
-}
-
-/// Beside its place first, so that nobody sees half a file; other users see none.
-void writePrivately(const QString& folder, const QString& name, const QByteArray& data) {
-    platform::makePrivateFolder(folder);
-    const QString path = folder + u'/' + name;
-    const QString part = path + unfinishedSuffix;
-    platform::createPrivateFile(part, data, platform::Reaching::later);
-    platform::systemFileOperations().rename(part, path);
 }
 
 } // namespace
@@ -127,7 +117,8 @@ std::optional<QUrl> ClipboardImageService::writeTemporaryPNGFile(
     const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
     const QString name = QStringLiteral("%1-%2.png").arg(cleanedName(suggestedName), id);
     try {
-        writePrivately(m_folder, name, data);
+        platform::makePrivateFolder(m_folder);
+        platform::placePrivateFile(m_folder + u'/' + name, data, platform::Reaching::later);
     } catch (const platform::FileOperationError&) {
         return std::nullopt;
     }
@@ -136,8 +127,9 @@ std::optional<QUrl> ClipboardImageService::writeTemporaryPNGFile(
 
 void ClipboardImageService::removeOldFiles(const QDateTime& now) const {
     const QDir folder(m_folder);
-    const QFileInfoList files = folder.entryInfoList(
-        {QStringLiteral("*.png"), u'*' + unfinishedSuffix}, QDir::Files | QDir::NoSymLinks);
+    const QFileInfoList files =
+        folder.entryInfoList({QStringLiteral("*.png"), u'*' + platform::unfinishedSuffix},
+                             QDir::Files | QDir::NoSymLinks);
     for (const QFileInfo& file : files) {
         if (file.lastModified() < now.addDays(-1)) QFile::remove(file.filePath());
     }

@@ -61,12 +61,16 @@ const Settings& settings() {
     return value;
 }
 
-void note(int number, const char* call, std::string_view path) {
+void note(int number, const char* call, mode_t mode, std::string_view path) {
     if (settings().log < 0) return;
     std::array<char, PATH_MAX + 64> line{};
-    const int size = std::snprintf(line.data(), line.size(), "%d %s %.*s\n", number, call,
+    const int size = std::snprintf(line.data(), line.size(), "%d %s %o %.*s\n", number, call, mode,
                                    static_cast<int>(path.size()), path.data());
     ::syscall(SYS_write, settings().log, line.data(), size);
+}
+
+[[gnu::constructor]] void beginAtOnce() {
+    if (variable("QUILLABRAE_FAULTS_FROM") == "start") begin();
 }
 
 } // namespace
@@ -112,10 +116,10 @@ std::string_view pathOf(int folder, const char* name, Path& room) {
     for (;;) ::syscall(SYS_pause);
 }
 
-Verdict verdict(const char* call, std::string_view path, Needs needs) {
+Verdict verdict(const char* call, std::string_view path, Needs needs, mode_t mode) {
     if (!isCounting || !isBelow(path)) return {};
     const int number = ++count;
-    note(number, call, path);
+    note(number, call, mode, path);
     const Plan& plan = settings().plan;
     if (plan.what == "full" && number >= plan.number && needs == Needs::room)
         return {What::fail, ENOSPC};

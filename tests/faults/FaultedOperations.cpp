@@ -36,7 +36,7 @@ Operation document(const char* extension, const char* format, Target target) {
     operation.lines = save(extension, format);
     operation.failure = "Save failed: ";
     operation.temporary.setPattern(
-        QStringLiteral(R"(^\.p\.%1\.[0-9A-F-]{36}\.tmp(/.*)?$)").arg(QLatin1StringView(extension)));
+        QStringLiteral(R"(^\.p\.%1\.identifier\.tmp(/.*)?$)").arg(QLatin1StringView(extension)));
     return operation;
 }
 
@@ -48,7 +48,7 @@ Operation recovery() {
     operation.lines = invert;
     operation.failure = "Recovery is not being kept: ";
     operation.temporary.setPattern(
-        QStringLiteral(R"(^\.Recovery\.quillabraesession\.[0-9a-f-]{36}\.writing$)"));
+        QStringLiteral(R"(^\.Recovery\.quillabraesession\.identifier\.writing$)"));
     operation.isRepeatable = false;
     return operation;
 }
@@ -61,6 +61,57 @@ Operation firstRecovery() {
     return operation;
 }
 
+Operation closedWork() {
+    Operation operation;
+    operation.name = "closedWork";
+    operation.folder = QStringLiteral(".local/share/Quillabrae/Autosave");
+    operation.before = {newProject + invert};
+    operation.lines = "{\"do\": \"store.setClosedWorkAside\"}\n";
+    operation.failure = R"("result":false)";
+    operation.isReasonTold = false;
+    operation.temporary.setPattern(
+        QStringLiteral(R"(^\.Closed\.quillabraesession\.identifier\.writing$)"));
+    return operation;
+}
+
+/// The copy as a file, for programs that take no pictures.
+Operation copy() {
+    Operation operation;
+    operation.name = "copy";
+    operation.folder = QStringLiteral(".local/share/Quillabrae/Clipboard");
+    operation.before = {newProject + invert};
+    operation.lines =
+        "{\"do\": \"store.selectAllCanvas\"}\n"
+        "{\"do\": \"store.copySelectedCanvasPixels\"}\n";
+    operation.temporary.setPattern(QStringLiteral(R"(\.png\.part$)"));
+    operation.litter = Litter::goesInTime;
+    return operation;
+}
+
+Operation sharedFile(const char* name, const QByteArray& before) {
+    Operation operation;
+    operation.name = name;
+    operation.folder = QStringLiteral("lists");
+    operation.before = {before};
+    operation.lines = R"({"do": "faults.writeShared", "at": "~/lists/a", "content": "new"})"
+                      "\n";
+    operation.temporary.setPattern(QStringLiteral(R"(^\.a\.\d+\.writing$)"));
+    return operation;
+}
+
+Operation privateFile() {
+    Operation operation;
+    operation.name = "privateFile";
+    operation.folder = QStringLiteral("updates");
+    operation.before = {newProject};
+    operation.lines = R"({"do": "faults.writePrivate", "folder": "~/updates/a", "name": "p.deb",)"
+                      R"( "content": "new"})"
+                      "\n";
+    operation.failure = "Not written: ";
+    operation.temporary.setPattern(QStringLiteral(R"(^a/p\.deb\.part$)"));
+    return operation;
+}
+
 Operation preferences(const char* name, QByteArray before, QByteArray lines) {
     Operation operation;
     operation.name = name;
@@ -68,7 +119,7 @@ Operation preferences(const char* name, QByteArray before, QByteArray lines) {
     operation.before = {std::move(before)};
     operation.lines = std::move(lines);
     operation.temporary.setPattern(
-        QStringLiteral(R"(^Quillabrae/\.preferences\.ini\.[0-9a-f-]{36}\.)"));
+        QStringLiteral(R"(^Quillabrae/\.preferences\.ini\.identifier\.)"));
     operation.writer = Writer::toolkit;
     return operation;
 }
@@ -150,6 +201,13 @@ std::vector<Operation> operations() {
             all.push_back(document(format.extension, format.name, target));
     all.push_back(firstRecovery());
     all.push_back(recovery());
+    all.push_back(closedWork());
+    all.push_back(copy());
+    all.push_back(sharedFile("firstSharedFile", newProject));
+    all.push_back(sharedFile(
+        "sharedFile", R"({"do": "faults.writeShared", "at": "~/lists/a", "content": "the old"})"
+                      "\n"));
+    all.push_back(privateFile());
     const QByteArray size = "{\"do\": \"set\", \"brushSize\": 33}\n";
     const QByteArray recent = R"({"do": "store.rememberRecent", "value": "~/docs/b.quillabrae"})"
                               "\n";
@@ -179,7 +237,8 @@ Contents contentsOf(const QString& folder) {
         const QString path = entries.next();
         const bool isFolder = entries.fileInfo().isDir();
         if (isNothing(entries.fileInfo()) || (isFolder && !countsFolders)) continue;
-        contents.emplace(QDir(folder).relativeFilePath(path).toStdString(),
+        const QString name = QDir(folder).relativeFilePath(path);
+        contents.emplace(withoutMarks(name.toUtf8()).toStdString(),
                          isFolder ? "folder" : markOf(path));
     }
     return contents;

@@ -18,6 +18,9 @@ namespace quillabrae::faults {
 /// every other call.
 enum class Writer { ours, toolkit };
 
+/// When what a kill leaves behind goes.
+enum class Litter { goesAtTheNextWrite, goesInTime };
+
 struct Operation {
     std::string name;
     /// The folder below the home that it writes to, and in which calls go wrong.
@@ -28,8 +31,10 @@ struct Operation {
     QByteArray lines;
     /// What the answers hold, before the reason, when it failed; empty where nothing is said.
     QByteArray failure;
-    /// The paths in the folder that a kill may leave until the next write.
+    bool isReasonTold = true;
+    /// The paths in the folder that a kill may leave.
     QRegularExpression temporary;
+    Litter litter = Litter::goesAtTheNextWrite;
     Writer writer = Writer::ours;
     /// Whether doing it twice is as doing it once.
     bool isRepeatable = true;
@@ -43,7 +48,8 @@ inline void PrintTo(const Operation& operation, std::ostream* stream) {
 
 /// Files by their paths in a folder, each with what tells which one it is and that it is whole, and
 /// among documents the folders too. Moments and identifiers, which differ from run to run, do not
-/// count; neither do the lock and the spare of the recovery file, nor preferences that say nothing.
+/// count, in names as in contents; neither do the lock and the spare of the recovery file, nor
+/// preferences that say nothing.
 using Contents = std::map<std::string, std::string>;
 Contents contentsOf(const QString& folder);
 

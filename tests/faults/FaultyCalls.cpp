@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/types.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -59,8 +60,11 @@ int opened(int folder, const char* name, int flags, mode_t mode) {
     static const auto real = next<int (*)(int, const char*, int, ...)>("openat");
     Path room;
     const bool isNew = creates(flags);
+    // One that is there keeps the mode it has.
+    const bool isThere = (flags & O_TMPFILE) != O_TMPFILE && isUnderWay() &&
+                         ::syscall(SYS_faccessat, folder, name, F_OK) == 0;
     return follow(verdict(isNew ? "create" : "open", pathOf(folder, name, room),
-                          isNew ? Needs::room : Needs::nothing),
+                          isNew ? Needs::room : Needs::nothing, isThere ? 0 : mode),
                   [&] { return real(folder, name, flags, mode); });
 }
 
@@ -289,10 +293,13 @@ int link(const char* from, const char* to) {
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
     static const auto real = next<int (*)(int, const char*, int, const char*, int)>("linkat");
-    Path fromRoom;
-    Path toRoom;
-    return onPaths("link", pathOf(fromFolder, from, fromRoom), pathOf(toFolder, to, toRoom),
-                   [&] { return real(fromFolder, from, toFolder, to, flags); });
+    Path room;
+    struct stat facts {};
+    const bool isKnown = ::fstatat(fromFolder, from, &facts,
+                                   flags & AT_SYMLINK_FOLLOW ? 0 : AT_SYMLINK_NOFOLLOW) == 0;
+    return follow(verdict("link", pathOf(toFolder, to, room), Needs::room,
+                          isKnown ? facts.st_mode & 07777 : 0),
+                  [&] { return real(fromFolder, from, toFolder, to, flags); });
 }
 
 int symlink(const char* content, const char* path) {
@@ -302,12 +309,14 @@ int symlink(const char* content, const char* path) {
 
 int mkdir(const char* path, mode_t mode) {
     static const auto real = next<int (*)(const char*, mode_t)>("mkdir");
-    return onPath("mkdir", AT_FDCWD, path, Needs::room, [&] { return real(path, mode); });
+    return follow(verdict("mkdir", path, Needs::room, mode), [&] { return real(path, mode); });
 }
 
 int mkdirat(int folder, const char* path, mode_t mode) {
     static const auto real = next<int (*)(int, const char*, mode_t)>("mkdirat");
-    return onPath("mkdir", folder, path, Needs::room, [&] { return real(folder, path, mode); });
+    Path room;
+    return follow(verdict("mkdir", pathOf(folder, path, room), Needs::room, mode),
+                  [&] { return real(folder, path, mode); });
 }
 
 #define REMOVE(name)                                                                      \

@@ -42,6 +42,12 @@ protected:
     /// As a user who lets everybody read and write what he makes.
     QByteArray run(const QByteArray& script = session) const {
         QProcess editor;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(FAULTY_CALLS));
+        environment.insert(QStringLiteral("QUILLABRAE_FAULTS_FROM"), QStringLiteral("start"));
+        environment.insert(QStringLiteral("QUILLABRAE_FAULTS_BELOW"), m_root.filePath(homeName));
+        environment.insert(QStringLiteral("QUILLABRAE_FAULTS_LOG"), log());
+        editor.setProcessEnvironment(environment);
         editor.setChildProcessModifier([] { ::umask(0); });
         editor.start(QStringLiteral(QUILLABRAE_REPLAY),
                      {QStringLiteral("--home"), path(QString()), QStringLiteral("-")});
@@ -52,8 +58,10 @@ protected:
     }
 
     QString path(const QString& name) const {
-        return m_root.filePath(QStringLiteral("home/") + name);
+        return m_root.filePath(homeName + QLatin1Char('/') + name);
     }
+    /// The calls that `run` came to.
+    QString log() const { return m_root.filePath(QStringLiteral("log")); }
     QString elsewhere(const QString& name) const {
         return m_root.filePath(QStringLiteral("elsewhere/") + name);
     }
@@ -64,6 +72,8 @@ protected:
         return facts.st_mode & 0777;
     }
 
+private:
+    const QString homeName = QStringLiteral("home");
     QTemporaryDir m_root;
 };
 
@@ -83,6 +93,29 @@ TEST_P(PrivateFolder, AndWhatIsInItAreForThisUserAlone) {
         ++files;
     }
     EXPECT_GT(files, 0);
+}
+
+/// What is closed only when it is there has been open for a moment.
+TEST_P(PrivateFolder, IsMadeForThisUserAloneWithAllInIt) {
+    run();
+    QFile calls(log());
+    ASSERT_TRUE(calls.open(QIODevice::ReadOnly));
+    const QByteArray own = QFile::encodeName(folder());
+    int made = 0;
+    for (const QByteArray& line : calls.readAll().split('\n')) {
+        const QList<QByteArray> words = line.split(' ');
+        if (words.size() < 4 || !words[3].startsWith(own)) continue;
+        // A file that is made in a folder, not under a name, is nobody's to open until it is
+        // linked.
+        const bool isNameless = words[1] == "create" && words[3] == own;
+        // The toolkit's own lock says which process holds it, and no more.
+        const bool isToolkitsLock = words[3].endsWith(".writing.lock");
+        const bool isMaking = words[1] == "create" || words[1] == "mkdir" || words[1] == "link";
+        if (!isMaking || isNameless || isToolkitsLock) continue;
+        EXPECT_EQ(words[2].toUInt(nullptr, 8) & 077U, 0U) << line.constData();
+        ++made;
+    }
+    EXPECT_GT(made, 1);
 }
 
 TEST_P(PrivateFolder, ThatWasOpenIsClosed) {
