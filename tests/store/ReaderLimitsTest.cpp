@@ -2,6 +2,10 @@
 // Whatever is in a file, and however much: each reader ends within ten seconds and a gigabyte, with
 // something or with a refusal. The inputs are 8 MB long; QUILLABRAE_HOSTILE_MEGABYTES=100 makes
 // them as long as what is promised.
+//
+// As root the gigabyte is for all that the process holds once its program runs, the input included,
+// and it is killed where it holds more. Otherwise only addresses can be limited: a gigabyte beside
+// what is mapped when reading begins, and what is asked for beyond that is refused.
 #include "effects/OpenAIImageEditService.h"
 #include "effects/QuillabraePlugin.h"
 #include "persistence/AppPersistenceService.h"
@@ -15,11 +19,13 @@
 #include "services/AppSignInPayload.h"
 #include "services/Appcast.h"
 #include "store/ClipboardImageService.h"
+#include "support/MemoryGroup.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QUrl>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -28,6 +34,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <new>
 
 namespace quillabrae::store {
@@ -40,6 +47,15 @@ qsizetype hostileBytes() {
 
 QByteArray repeated(const QByteArray& part) {
     return part.repeated(hostileBytes() / part.size());
+}
+
+/// As long as one may be.
+QByteArray handOverOf(const QByteArray& start, const QByteArray& part) {
+    const qsizetype room = platform::HandOver::maximumPayload - start.size();
+    const QByteArray payload = start + part.repeated(room / part.size());
+    QByteArray length(sizeof(quint32), Qt::Uninitialized);
+    qToBigEndian(static_cast<quint32>(payload.size()), length.data());
+    return "quillabrae 1\n" + length + payload;
 }
 
 /// Bytes that cost a reader more than their length, each in its way.
@@ -66,6 +82,10 @@ const std::vector<Hostile> hostileInputs{
                     "0b0a") +
                 repeated(QByteArray::fromHex("000000004944415435af061e"));
      }},
+    {"Rubbish", [] { return repeated("a:\n"); }},
+    {"Steps", [] { return "file:///" + repeated("a/../"); }},
+    {"HandOverOfLines", [] { return handOverOf("", "file:///a\n"); }},
+    {"HandOverOfSteps", [] { return handOverOf("file:///", "a/../"); }},
     {"HandOver",
      [] { return "quillabrae 1\n" + QByteArray::fromHex("7fffffff") + repeated("file:///a\n"); }},
 };
@@ -132,13 +152,18 @@ const std::vector<Reader> readers{
     {"HandOver", [](const QByteArray& bytes, const QString&) { platform::HandOver::read(bytes); }},
 };
 
-/// From here on: ten seconds, and a gigabyte beside what the program has mapped already.
-void limitThisProcess() {
+constexpr qint64 gigabyte = 1'000'000'000;
+
+/// No more than a gigabyte of addresses from here on.
+void limitAddresses() {
     std::size_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
-    const rlim_t bytes = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + 1'000'000'000U;
+    const rlim_t bytes = pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) + gigabyte;
     const rlimit limit{bytes, bytes};
     if (setrlimit(RLIMIT_AS, &limit) != 0) std::abort();
+}
+
+void limitTime() {
     std::signal(SIGALRM, SIG_DFL);
     alarm(10);
 }
@@ -153,11 +178,14 @@ TEST_P(ReaderLimits, HoldForWhateverIsRead) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "a sanitizer takes more room than the limit leaves";
 #endif
+    const tests::MemoryGroup group(gigabyte);
     for (const Hostile& hostile : hostileInputs) {
-        const auto readWithinLimits = [&hostile] {
+        const auto readWithinLimits = [&] {
             const QTemporaryDir folder;
+            if (group.isThere() && !group.enter()) std::abort();
             const QByteArray bytes = hostile.make();
-            limitThisProcess();
+            if (!group.isThere()) limitAddresses();
+            limitTime();
             try {
                 GetParam().read(bytes, folder.path());
             } catch (const std::bad_alloc&) {
@@ -168,6 +196,10 @@ TEST_P(ReaderLimits, HoldForWhateverIsRead) {
         };
         EXPECT_EXIT(readWithinLimits(), testing::ExitedWithCode(EXIT_SUCCESS), "") << hostile.name;
     }
+    std::cout << GetParam().name << ": "
+              << (group.isThere() ? "at most " + std::to_string(group.peak() / 1'000'000) +
+                                        " MB, of a gigabyte for all that it holds\n"
+                                  : "a gigabyte of addresses, since no memory group can be made\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ReaderLimits, testing::ValuesIn(readers),
