@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Translations.h"
+#include "shell/app/Application.h"
 #include "shell/looks/OutlinedStyle.h"
 #include "shell/looks/Style.h"
 
@@ -9,7 +10,7 @@
 
 int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    quillabrae::shell::Application application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(new quillabrae::shell::OutlinedStyle);
     quillabrae::shell::Style::apply(quillabrae::shell::ColorScheme::light);

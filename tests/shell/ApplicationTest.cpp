@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/app/Application.h"
+
+#include <QPainter>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace quillabrae::shell {
+namespace {
+
+/// Has no memory for a press, nor for a repaint that is asked for.
+class Greedy final : public QWidget {
+public:
+    using QWidget::QWidget;
+    int presses = 0;
+    int releases = 0;
+    int paints = 0;
+    bool isShort = false;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override {
+        ++presses;
+        throw std::bad_alloc();
+    }
+    void mouseReleaseEvent(QMouseEvent*) override { ++releases; }
+    void paintEvent(QPaintEvent*) override {
+        ++paints;
+        QPainter painter(this);
+        painter.fillRect(rect(), Qt::red);
+        if (isShort) throw std::bad_alloc();
+    }
+};
+
+class ApplicationMemory : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(application, nullptr);
+        window.resize(40, 30);
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    }
+
+    Application* application = qobject_cast<Application*>(QCoreApplication::instance());
+    QSignalSpy refused{application, &Application::memoryRefused};
+    Greedy window;
+};
+
+TEST_F(ApplicationMemory, AnEventThatItEndsInIsDroppedAndTheNextOnesCome) {
+    // From the window system, by way of the window, its widget and all filters.
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {10, 10});
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {10, 10});
+    EXPECT_EQ(window.presses, 2);
+    EXPECT_EQ(window.releases, 2);
+}
+
+TEST_F(ApplicationMemory, ItIsToldOnceWhatHasFailedIsOver) {
+    QTest::mousePress(&window, Qt::LeftButton);
+    EXPECT_EQ(refused.count(), 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(refused.count(), 1);
+}
+
+TEST_F(ApplicationMemory, ARepaintThatItEndsInIsDroppedAndTheNextOneIsWhole) {
+    const int before = window.paints;
+    window.isShort = true;
+    window.repaint();
+    EXPECT_EQ(window.paints, before + 1);
+    window.isShort = false;
+    window.repaint();
+    EXPECT_EQ(window.paints, before + 2);
+    EXPECT_EQ(window.grab().toImage().pixelColor(20, 15), QColor(Qt::red));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(refused.count(), 1);
+}
+
+TEST_F(ApplicationMemory, ACallThatWasQueuedIsAnEventLikeOthers) {
+    bool hasGoneOn = false;
+    QTimer::singleShot(0, &window, [] { throw std::bad_alloc(); });
+    QTimer::singleShot(0, &window, [&] { hasGoneOn = true; });
+    QTRY_VERIFY(hasGoneOn);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(refused.count(), 1);
+}
+
+} // namespace
+} // namespace quillabrae::shell
