@@ -65,12 +65,17 @@ bool LiveDrawing::isStale() const {
                QSize(m_drawingBaseImage.width(), m_drawingBaseImage.height());
 }
 
-void LiveDrawing::drawLiveStroke(std::vector<model::CanvasPoint> points) {
+QRect LiveDrawing::drawOnLiveImage(const model::PaintStroke& stroke) {
     const model::PaintProject* project = m_context.host.project();
-    if (project == nullptr || m_liveDrawingImage.isNull()) return;
-    didDraw(raster::LayerRasterService::drawStroke(liveStroke(std::move(points)),
-                                                   m_liveDrawingImage, project->canvasWidth,
-                                                   project->canvasHeight));
+    if (m_liveDrawingImage.sharesPixelsWith(m_drawingBaseImage))
+        m_liveDrawingImage = m_versions.drawable(m_drawingBaseImage);
+    return raster::LayerRasterService::drawStroke(stroke, m_liveDrawingImage, project->canvasWidth,
+                                                  project->canvasHeight);
+}
+
+void LiveDrawing::drawLiveStroke(std::vector<model::CanvasPoint> points) {
+    if (m_context.host.project() == nullptr || m_liveDrawingImage.isNull()) return;
+    didDraw(drawOnLiveImage(liveStroke(std::move(points))));
 }
 
 void LiveDrawing::restoreBase() {
@@ -133,11 +138,9 @@ void LiveDrawing::keepAsDraft() {
 }
 
 void LiveDrawing::drawInstead(const model::PaintStroke& stroke) {
-    const model::PaintProject* project = m_context.host.project();
-    if (project == nullptr || m_liveDrawingImage.isNull()) return;
+    if (m_context.host.project() == nullptr || m_liveDrawingImage.isNull()) return;
     restoreBase();
-    m_drawnRect = raster::LayerRasterService::drawStroke(
-        stroke, m_liveDrawingImage, project->canvasWidth, project->canvasHeight);
+    m_drawnRect = drawOnLiveImage(stroke);
     ++m_liveDrawingRevision;
     m_context.repaintCanvasPixels(m_drawnRect);
 }
@@ -158,6 +161,7 @@ void LiveDrawing::write(std::size_t layerIndex) {
         edited.layers[layerIndex].bitmapPNGData = png;
         edited.lastModified = m_context.host.now();
     });
+    if (!m_encodedDrawing) m_versions.add(m_drawingBaseImage, m_liveDrawingImage, m_drawnRect);
     // What shows is what was stored: nothing is painted again.
     m_drawnRect = {};
 }

@@ -6,6 +6,7 @@
 #include "model/PaintLayer.h"
 #include "model/PaintStroke.h"
 #include "model/PaintTool.h"
+#include "raster/PictureVersions.h"
 #include "raster/RasterImage.h"
 
 #include <QRect>
@@ -76,6 +77,8 @@ public:
     void resetRasterDrawing();
 
 private:
+    /// Draws it on the live image, which stops being the base's pixels; where.
+    QRect drawOnLiveImage(const model::PaintStroke& stroke);
     model::PaintStroke liveStroke(std::vector<model::CanvasPoint> points) const;
     void didDraw(const QRect& drawn);
     void dropSelection();
@@ -98,6 +101,8 @@ private:
     /// The encoded live image, where it is known.
     std::optional<model::PngBytes> m_encodedDrawing;
     QRect m_drawnRect;
+    /// Of the layer that was drawn on last.
+    raster::PictureVersions m_versions;
 };
 
 /// The layer's stored pixels, to encode changes of them from; none where they cannot be read.

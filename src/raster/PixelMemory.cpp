@@ -59,12 +59,18 @@ public:
             giveBack([&](const Block& block) { return block.size / muchLarger < size; });
             return nullptr;
         }
-        std::uint8_t* const pixels = found->pixels;
-        m_blocks.erase(found);
-        return pixels;
+        return take(found);
     }
 
-    void keep(std::uint8_t* pixels, std::size_t byteCount) {
+    /// The block that holds `contents`.
+    std::uint8_t* takeBack(std::uint64_t contents, std::size_t byteCount) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::ranges::find(m_blocks, contents, &Block::contents);
+        const bool isKept = found != m_blocks.end() && found->size == mappedSize(byteCount);
+        return isKept ? take(found) : nullptr;
+    }
+
+    void keep(std::uint8_t* pixels, std::size_t byteCount, std::uint64_t contents) {
         const std::size_t size = mappedSize(byteCount);
         const std::size_t most = keptPixelMemory();
         if (size > most) return unmap(pixels, byteCount);
@@ -77,9 +83,7 @@ public:
             total -= block.size;
             return true;
         });
-        // Where memory runs short the system takes these pages, and gives zeros in their place.
-        madvise(pixels, size, MADV_FREE);
-        m_blocks.push_back({pixels, size});
+        m_blocks.push_back({pixels, size, contents});
     }
 
     /// Whether there was anything to give back.
@@ -92,7 +96,14 @@ private:
     struct Block {
         std::uint8_t* pixels;
         std::size_t size;
+        std::uint64_t contents;
     };
+
+    std::uint8_t* take(std::vector<Block>::iterator block) {
+        std::uint8_t* const pixels = block->pixels;
+        m_blocks.erase(block);
+        return pixels;
+    }
 
     /// Asks about each block once, the oldest first; how many went.
     template <typename Predicate>
@@ -179,12 +190,20 @@ std::uint8_t* allocateClearPixels(std::size_t byteCount) {
     return counted(static_cast<std::uint8_t*>(std::calloc(byteCount, 1)));
 }
 
-void freePixels(std::uint8_t* pixels, std::size_t byteCount) {
+void freePixels(std::uint8_t* pixels, [[maybe_unused]] std::size_t byteCount,
+                [[maybe_unused]] std::uint64_t contents) {
 #if QUILLABRAE_MAPPED_PIXELS
-    if (isMapped(byteCount)) return keptBlocks().keep(pixels, byteCount);
+    if (isMapped(byteCount)) return keptBlocks().keep(pixels, byteCount, contents);
 #endif
-    static_cast<void>(byteCount);
     std::free(pixels);
+}
+
+std::uint8_t* takeBackPixels([[maybe_unused]] std::uint64_t contents,
+                             [[maybe_unused]] std::size_t byteCount) {
+#if QUILLABRAE_MAPPED_PIXELS
+    if (isMapped(byteCount)) return keptBlocks().takeBack(contents, byteCount);
+#endif
+    return nullptr;
 }
 
 std::size_t refusedPixelRequests() {

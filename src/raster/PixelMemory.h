@@ -6,8 +6,7 @@
 
 /// Where the pixels of images live. Pages fresh from the system cost several times what copying
 /// their contents does, so large blocks come in huge pages, and some of what was freed last is kept
-/// for the next image of the same size: until the system runs short of memory, or an image of
-/// another size is wanted. Safe on any thread.
+/// for the next image of the same size, until one of another size is wanted. Safe on any thread.
 namespace quillabrae::raster {
 
 /// The bytes of memory that the machine has; 0 where nobody tells.
@@ -24,7 +23,13 @@ std::uint8_t* allocatePixels(std::size_t byteCount);
 /// The same, all zero; large blocks take up memory only where they are written.
 std::uint8_t* allocateClearPixels(std::size_t byteCount);
 
-void freePixels(std::uint8_t* pixels, std::size_t byteCount);
+/// `contents` tells what the block holds from all that others hold or have held; 0 for what nobody
+/// will ask for again.
+void freePixels(std::uint8_t* pixels, std::size_t byteCount, std::uint64_t contents = 0);
+
+/// The block that was freed with these `contents` (not 0) and this size, which it holds still; null
+/// where it has not been kept. Freed as one from `allocatePixels`.
+std::uint8_t* takeBackPixels(std::uint64_t contents, std::size_t byteCount);
 
 /// How many requests the system has refused since the program started. A picture that is missing
 /// because there was no memory for it looks like any other that is missing: who must tell the two

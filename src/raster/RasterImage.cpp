@@ -21,7 +21,7 @@ struct RasterImage::Pixels {
         if (data == nullptr) throw std::bad_alloc();
     }
     ~Pixels() {
-        if (byteCount != 0) freePixels(data, byteCount);
+        if (byteCount != 0) freePixels(data, byteCount, contentsID);
     }
     Pixels(const Pixels&) = delete;
     Pixels& operator=(const Pixels&) = delete;
@@ -29,9 +29,16 @@ struct RasterImage::Pixels {
     QImage picture;
     std::uint8_t* data;
     std::size_t byteCount = 0;
+    /// 0 as long as nobody has asked for it since the pixels were last written.
+    std::atomic<std::uint64_t> contentsID = 0;
 };
 
 namespace {
+
+std::uint64_t newContentsID() {
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
+}
 
 std::size_t byteCountOf(int width, int height) {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
@@ -79,6 +86,14 @@ RasterImage::RasterImage(int pixelWidth, int pixelHeight) {
     }
 }
 
+RasterImage RasterImage::takenBack(std::uint64_t contentsID, int pixelWidth, int pixelHeight) {
+    if (contentsID == 0 || pixelWidth < 1 || pixelHeight < 1) return {};
+    const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
+    std::uint8_t* const memory = takeBackPixels(contentsID, size);
+    if (memory == nullptr) return {};
+    return withPixels(std::make_shared<Pixels>(memory, size), pixelWidth, pixelHeight);
+}
+
 RasterImage RasterImage::fromQImage(QImage&& picture) {
     if (picture.isNull()) return {};
     picture.convertTo(QImage::Format_RGBA8888_Premultiplied);
@@ -117,11 +132,19 @@ void RasterImage::detach() {
     if (m_pixels.use_count() == 1) {
         // What another thread read through its copy, it read before we write.
         std::atomic_thread_fence(std::memory_order_acquire);
+        if (m_pixels->contentsID.load(std::memory_order_relaxed) != 0) m_pixels->contentsID = 0;
         return;
     }
     auto copy = std::make_shared<Pixels>(allocatePixels(byteCount()), byteCount());
     copyBytes(m_pixels->data, copy->data, byteCount());
     m_pixels = std::move(copy);
+}
+
+std::uint64_t RasterImage::contentsID() const {
+    if (!m_pixels) return 0;
+    std::uint64_t id = 0;
+    const std::uint64_t fresh = newContentsID();
+    return m_pixels->contentsID.compare_exchange_strong(id, fresh) ? fresh : id;
 }
 
 QImage RasterImage::toQImage() const {

@@ -24,6 +24,9 @@ public:
     RasterImage(int pixelWidth, int pixelHeight);
     /// The same with contents left undefined, for callers that write every pixel.
     static RasterImage uninitialized(int pixelWidth, int pixelHeight);
+    /// Pixels that nobody holds any more, by the `contentsID` they had; null where their memory has
+    /// been given to others.
+    static RasterImage takenBack(std::uint64_t contentsID, int pixelWidth, int pixelHeight);
     /// The pixels of a picture of any format, moved out of it where it is the only one to hold
     /// them. Null for a null picture.
     static RasterImage fromQImage(QImage&& picture);
@@ -44,6 +47,8 @@ public:
     std::span<std::uint8_t> mutableBytes();
 
     bool sharesPixelsWith(const RasterImage& other) const { return m_pixels == other.m_pixels; }
+    /// Tells these pixels, as they are now, from all others there are and were; 0 for a null image.
+    std::uint64_t contentsID() const;
 
     /// A QImage over these very pixels, kept alive by it, for reading.
     QImage toQImage() const;
