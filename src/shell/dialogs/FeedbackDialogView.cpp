@@ -113,27 +113,8 @@ QWidget* FeedbackDialogView::makeForm() {
     column->addWidget(m_error);
     column->addWidget(m_bar);
 
-    m_send = new QPushButton(sendingTitle(), form);
-    m_send->setDefault(true);
-    Style::markPrimary(*m_send);
-    // As wide as the longer of its titles needs, so that nothing moves.
-    TextSize::follow(*m_send, [this] {
-        const QString shown = m_send->text();
-        m_send->setText(sendingTitle());
-        m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
-        m_send->setText(shown);
-    });
-    m_send->setText(sendTitle());
-    auto* cancel = new QPushButton(tr("Cancel"), form);
-    connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
-    connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Style::grid);
-    buttons->addStretch();
-    buttons->addWidget(cancel);
-    buttons->addWidget(m_send);
     column->addSpacing(Style::grid);
-    column->addLayout(buttons);
+    column->addLayout(makeButtons(form));
     return form;
 }
 
@@ -157,6 +138,29 @@ QWidget* FeedbackDialogView::makeText(QWidget* form) {
     column->addWidget(m_feedback, 1);
     for (QLabel* length : {m_length, m_excess}) column->addWidget(length, 0, Qt::AlignRight);
     return part;
+}
+
+QLayout* FeedbackDialogView::makeButtons(QWidget* form) {
+    m_send = new QPushButton(sendingTitle(), form);
+    m_send->setDefault(true);
+    Style::markPrimary(*m_send);
+    // As wide as the longer of its titles needs, so that nothing moves.
+    TextSize::follow(*m_send, [this] {
+        const QString shown = m_send->text();
+        m_send->setText(sendingTitle());
+        m_send->setFixedWidth(m_send->sizeHint().width() + Style::grid);
+        m_send->setText(shown);
+    });
+    m_send->setText(sendTitle());
+    auto* cancel = new QPushButton(tr("Cancel"), form);
+    connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
+    connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(Style::grid);
+    buttons->addStretch();
+    buttons->addWidget(cancel);
+    buttons->addWidget(m_send);
+    return buttons;
 }
 
 QWidget* FeedbackDialogView::makeConfirmation() {

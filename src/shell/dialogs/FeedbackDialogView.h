@@ -13,6 +13,7 @@
 #include <optional>
 
 class QLabel;
+class QLayout;
 class QPlainTextEdit;
 class QPushButton;
 class QStackedLayout;
@@ -66,6 +67,7 @@ protected:
 private:
     QWidget* makeForm();
     QWidget* makeText(QWidget* form);
+    QLayout* makeButtons(QWidget* form);
     QWidget* makeConfirmation();
     void showLength();
     void chooseImage();
