@@ -12,6 +12,10 @@
 #include <unordered_map>
 #include <utility>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace quillabrae::raster {
 namespace {
 
@@ -70,9 +74,14 @@ public:
     }
 
     std::size_t size() {
+        removeUnheld();
+        const std::lock_guard lock(m_mutex);
+        return m_size;
+    }
+
+    void removeUnheld() {
         const std::lock_guard lock(m_mutex);
         removeDead();
-        return m_size;
     }
 
 private:
@@ -169,6 +178,14 @@ model::PngBytes encodedImage(const RasterImage& image, const model::PngBytes& pr
 
 void clearDecodeCache() {
     cache().clear();
+}
+
+void returnUnusedMemory() {
+    cache().removeUnheld();
+    releaseKeptPixelMemory();
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 void setDecodeCacheBudget(std::size_t bytes) {

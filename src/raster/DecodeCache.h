@@ -25,6 +25,10 @@ model::PngBytes encodedImage(const RasterImage& image, const model::PngBytes& pr
 /// Forgets every image. Those that are in use elsewhere live on there.
 void clearDecodeCache();
 
+/// Gives back to the system what is kept of pictures that nobody holds any more: their decoded
+/// pixels, freed pixel memory and the freed heap. Takes milliseconds: for the end of some work.
+void returnUnusedMemory();
+
 /// The most bytes of pixels that the cache keeps. 512 MiB unless set, and never more than a quarter
 /// of the machine's memory.
 void setDecodeCacheBudget(std::size_t bytes);

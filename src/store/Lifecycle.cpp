@@ -3,6 +3,7 @@
 #include "model/PastedImage.h"
 #include "persistence/FileError.h"
 #include "platform/Clock.h"
+#include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "store/Attempt.h"
 #include "store/AutosaveScope.h"
@@ -96,6 +97,8 @@ void ProjectStore::closeProject(QUuid id) {
     Q_EMIT openProjectsChanged();
     setActiveProjectID(active);
     persistAutosavedSession();
+    // Later, when nobody holds a picture of it any more.
+    QMetaObject::invokeMethod(this, &raster::returnUnusedMemory, Qt::QueuedConnection);
 }
 
 void ProjectStore::closeAllProjects() {
