@@ -22,8 +22,8 @@ qint64 pixelsIn(const QRegion& region) {
 void PictureVersions::add(const RasterImage& before, const RasterImage& after,
                           const QRect& changed) {
     if (before.contentsID() != m_latest) m_earlier.clear();
-    if (m_earlier.size() == mostVersions) m_earlier.erase(m_earlier.begin());
-    m_earlier.push_back({before.contentsID(), changed});
+    if (m_earlier.size() == mostVersions) m_earlier.pop_back();
+    m_earlier.insert(m_earlier.begin(), {before.contentsID(), changed});
     m_latest = after.contentsID();
 }
 
@@ -31,11 +31,11 @@ RasterImage PictureVersions::drawable(const RasterImage& image) {
     if (image.contentsID() != m_latest) return image;
     const qint64 worthwhile = qint64{image.width()} * image.height() / 2;
     QRegion changed;
-    for (auto version = m_earlier.rbegin(); version != m_earlier.rend(); ++version) {
-        changed |= version->changed;
+    for (const Version& version : m_earlier) {
+        changed |= version.changed;
         if (pixelsIn(changed) > worthwhile) break;
         RasterImage earlier =
-            RasterImage::takenBack(version->contentsID, image.width(), image.height());
+            RasterImage::takenBack(version.contentsID, image.width(), image.height());
         if (earlier.isNull()) continue;
         earlier.setLogicalSize(image.logicalSize());
         for (const QRect& rect : changed) copyPixels(image, earlier, rect);

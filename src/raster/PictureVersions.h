@@ -25,12 +25,12 @@ public:
 
 private:
     struct Version {
-        std::uint64_t contentsID;
+        std::uint64_t contentsID = 0;
         /// Where the next version differs from it.
         QRect changed;
     };
 
-    /// Oldest first.
+    /// Newest first.
     std::vector<Version> m_earlier;
     std::uint64_t m_latest = 0;
 };
