@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <list>
 #include <mutex>
 #include <unordered_map>
@@ -20,6 +21,8 @@ namespace quillabrae::raster {
 namespace {
 
 thread_local bool isReadOnly = false;
+/// Uses of the cache from this one on are of this thread's pass.
+thread_local std::size_t passBegin = std::numeric_limits<std::size_t>::max();
 
 constexpr std::size_t greatestDefaultBudget = std::size_t{512} * 1024 * 1024;
 
@@ -30,7 +33,7 @@ std::size_t quarterOfMemory() {
 
 class Cache {
 public:
-    RasterImage find(const model::PngBytes::Buffer& bytes) {
+    CroppedImage find(const model::PngBytes::Buffer& bytes) {
         const std::lock_guard lock(m_mutex);
         const auto found = m_index.find(bytes.get());
         if (found == m_index.end()) return {};
@@ -40,19 +43,30 @@ public:
             return {};
         }
         m_entries.splice(m_entries.begin(), m_entries, found->second);
-        return found->second->image;
+        found->second->lastUse = ++m_uses;
+        return found->second->picture;
     }
 
-    void enter(const model::PngBytes::Buffer& bytes, RasterImage image) {
+    bool holds(const model::PngBytes::Buffer& bytes) {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_index.find(bytes.get());
+        return found != m_index.end() && found->second->bytes.lock() == bytes;
+    }
+
+    void enter(const model::PngBytes::Buffer& bytes, CroppedImage picture) {
+        RasterImage& image = picture.image;
         image.setLogicalSize(QSizeF(image.width(), image.height()));
         const std::lock_guard lock(m_mutex);
         removeDead();
         if (const auto old = m_index.find(bytes.get()); old != m_index.end()) remove(old->second);
         if (image.byteCount() > m_budget) return;
         m_size += image.byteCount();
-        m_entries.push_front({bytes, bytes.get(), std::move(image)});
+        m_entries.push_front({bytes, bytes.get(), std::move(picture), ++m_uses});
         m_index[bytes.get()] = m_entries.begin();
-        keepToBudget();
+        while (m_size > m_budget && m_entries.back().lastUse < passBegin)
+            remove(std::prev(m_entries.end()));
+        // What is left is of this pass, which had better keep the earlier ones.
+        if (m_size > m_budget) remove(m_entries.begin());
     }
 
     void clear() {
@@ -65,7 +79,12 @@ public:
     void setBudget(std::size_t bytes) {
         const std::lock_guard lock(m_mutex);
         m_budget = std::min(bytes, quarterOfMemory());
-        keepToBudget();
+        while (m_size > m_budget) remove(std::prev(m_entries.end()));
+    }
+
+    std::size_t uses() {
+        const std::lock_guard lock(m_mutex);
+        return m_uses;
     }
 
     std::size_t budget() {
@@ -88,12 +107,13 @@ private:
     struct Entry {
         std::weak_ptr<const QByteArray> bytes;
         const QByteArray* key;
-        RasterImage image;
+        CroppedImage picture;
+        std::size_t lastUse;
     };
     using Entries = std::list<Entry>;
 
     void remove(Entries::iterator entry) {
-        m_size -= entry->image.byteCount();
+        m_size -= entry->picture.image.byteCount();
         m_index.erase(entry->key);
         m_entries.erase(entry);
     }
@@ -105,15 +125,12 @@ private:
         }
     }
 
-    void keepToBudget() {
-        while (m_size > m_budget) remove(std::prev(m_entries.end()));
-    }
-
     std::mutex m_mutex;
     /// Last used first.
     Entries m_entries;
     std::unordered_map<const QByteArray*, Entries::iterator> m_index;
     std::size_t m_size = 0;
+    std::size_t m_uses = 0;
     std::size_t m_budget = std::min(greatestDefaultBudget, quarterOfMemory());
 };
 
@@ -143,15 +160,14 @@ bool surviveEncoding(const RasterImage& image, RowRange rows) {
 /// through it, and the image differs from that in the changed rows alone.
 RowRange unprovenRows(const RasterImage& image, const model::PngBytes& previous,
                       RowRange changedRows) {
-    const RasterImage held = cache().find(previous.buffer());
-    const bool isSameSize = held.width() == image.width() && held.height() == image.height();
-    if (!isSameSize) return allRows(image);
+    const QSize held = cache().find(previous.buffer()).wholeSize;
+    if (held != QSize(image.width(), image.height())) return allRows(image);
     return {std::max(changedRows.first, 0), std::min(changedRows.last, image.height())};
 }
 
 model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image, RowRange unproven) {
     if (!isReadOnly && !bytes.isEmpty() && surviveEncoding(image, unproven))
-        cache().enter(bytes.buffer(), image);
+        cache().enter(bytes.buffer(), CroppedImage(image));
     return bytes;
 }
 
@@ -159,11 +175,24 @@ model::PngBytes entered(const model::PngBytes& bytes, const RasterImage& image, 
 
 RasterImage decodedImage(const model::PngBytes& bytes) {
     if (bytes.isEmpty()) return {};
-    RasterImage image = cache().find(bytes.buffer());
-    if (!image.isNull()) return image;
-    image = decodePng(bytes);
-    if (!isReadOnly && !image.isNull()) cache().enter(bytes.buffer(), image);
+    const CroppedImage found = cache().find(bytes.buffer());
+    if (!found.isNull() && found.isWhole()) return found.image;
+    RasterImage image = found.isNull() ? decodePng(bytes) : found.whole();
+    if (!isReadOnly && !image.isNull()) cache().enter(bytes.buffer(), CroppedImage(image));
     return image;
+}
+
+CroppedImage decodedCrop(const model::PngBytes& bytes) {
+    if (bytes.isEmpty()) return {};
+    CroppedImage picture = cache().find(bytes.buffer());
+    if (!picture.isNull()) return picture;
+    picture = decodeCroppedPng(bytes);
+    if (!isReadOnly && !picture.isNull()) cache().enter(bytes.buffer(), picture);
+    return picture;
+}
+
+bool isRemembered(const model::PngBytes& bytes) {
+    return cache().holds(bytes.buffer());
 }
 
 model::PngBytes encodedImage(const RasterImage& image) {
@@ -204,6 +233,13 @@ DecodeCacheReadOnly::DecodeCacheReadOnly() : m_previous(std::exchange(isReadOnly
 
 DecodeCacheReadOnly::~DecodeCacheReadOnly() {
     isReadOnly = m_previous;
+}
+
+DecodeCachePass::DecodeCachePass()
+    : m_previous(std::exchange(passBegin, std::min(passBegin, cache().uses() + 1))) {}
+
+DecodeCachePass::~DecodeCachePass() {
+    passBegin = m_previous;
 }
 
 } // namespace quillabrae::raster

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/PngBytes.h"
+#include "raster/CroppedImage.h"
 #include "raster/PngCodec.h"
 #include "raster/RasterImage.h"
 
@@ -14,6 +15,13 @@ namespace quillabrae::raster {
 
 /// `decodePng`, remembered.
 RasterImage decodedImage(const model::PngBytes& bytes);
+
+/// `decodeCroppedPng`, remembered: for looking at pixels that are not going to be drawn on. A
+/// picture that is remembered whole comes whole.
+CroppedImage decodedCrop(const model::PngBytes& bytes);
+
+/// Whether the cache holds the pixels of these bytes, so that others may hold them at no cost.
+bool isRemembered(const model::PngBytes& bytes);
 
 /// `encodePng`, which leaves the image as the decoding of its own bytes.
 model::PngBytes encodedImage(const RasterImage& image);
@@ -49,6 +57,21 @@ public:
 
 private:
     bool m_previous;
+};
+
+/// While alive, what this thread asks for does not push out anything that has been used in the
+/// meantime. For work that goes again and again through more images than there is room for: the
+/// first of them are remembered from one time to the next, where otherwise each would be pushed out
+/// before its turn comes again.
+class DecodeCachePass {
+public:
+    DecodeCachePass();
+    ~DecodeCachePass();
+    DecodeCachePass(const DecodeCachePass&) = delete;
+    DecodeCachePass& operator=(const DecodeCachePass&) = delete;
+
+private:
+    std::size_t m_previous;
 };
 
 } // namespace quillabrae::raster

@@ -7,6 +7,7 @@
 #include "raster/PngDecoder.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillabrae::raster {
 namespace {
@@ -23,6 +24,24 @@ bool hasValidImageDataCrcs(const PngLayout& layout) {
     return std::ranges::all_of(layout.imageData, &PngChunk::hasValidCrc);
 }
 
+/// The layout of a PNG whose size is no more than may be decoded.
+std::optional<PngLayout> decodableLayout(const model::PngBytes& bytes) {
+    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
+    if (!header || !isDecodableSize(header->width, header->height)) return std::nullopt;
+    std::optional<PngLayout> layout = readPngLayout(bytes.bytes());
+    return layout && isPlausible(*layout) ? std::move(layout) : std::nullopt;
+}
+
+/// Without a look at the bands.
+RasterImage decodeOrdinary(const PngLayout& layout) {
+    if (!hasValidImageDataCrcs(layout)) return {};
+    return layout.header.isInterlaced ? decodeInterlacedPng(layout) : decodePngRows(layout);
+}
+
+bool isWorthCropping(const PngHeader& header) {
+    return 4 * static_cast<std::size_t>(header.width) * header.height >= leastCroppedBytes;
+}
+
 } // namespace
 
 bool isDecodableSize(qint64 width, qint64 height) {
@@ -32,16 +51,26 @@ bool isDecodableSize(qint64 width, qint64 height) {
 
 RasterImage decodePng(const model::PngBytes& bytes) {
     detail::countDecodedFile();
-    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
-    if (!header || !isDecodableSize(header->width, header->height)) return {};
-    const std::optional<PngLayout> layout = readPngLayout(bytes.bytes());
-    if (!layout || !isPlausible(*layout)) return {};
+    const std::optional<PngLayout> layout = decodableLayout(bytes);
+    if (!layout) return {};
     if (const std::optional<PngBands> bands = readBandIndex(*layout)) {
         RasterImage image = decodePngBands(*layout, *bands);
         if (!image.isNull()) return image;
     }
-    if (!hasValidImageDataCrcs(*layout)) return {};
-    return header->isInterlaced ? decodeInterlacedPng(*layout) : decodePngRows(*layout);
+    return decodeOrdinary(*layout);
+}
+
+CroppedImage decodeCroppedPng(const model::PngBytes& bytes) {
+    const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
+    if (!header || !isWorthCropping(*header)) return CroppedImage(decodePng(bytes));
+    detail::countDecodedFile();
+    const std::optional<PngLayout> layout = decodableLayout(bytes);
+    if (!layout) return {};
+    if (const std::optional<PngBands> bands = readBandIndex(*layout)) {
+        CroppedImage image = decodeCroppedPngBands(*layout, *bands);
+        if (!image.isNull()) return image;
+    }
+    return CroppedImage(decodeOrdinary(*layout));
 }
 
 std::optional<QSize> pngPixelSize(const model::PngBytes& bytes) {

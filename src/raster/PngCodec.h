@@ -2,10 +2,12 @@
 #pragma once
 
 #include "model/PngBytes.h"
+#include "raster/CroppedImage.h"
 #include "raster/RasterImage.h"
 
 #include <QSize>
 
+#include <cstddef>
 #include <optional>
 
 namespace quillabrae::raster {
@@ -40,6 +42,12 @@ model::PngBytes encodePng(const RasterImage& image, const model::PngBytes& previ
 /// The pixels of a PNG of any colour type, depth and interlacing. Null for bytes that are no whole
 /// PNG and for one beyond the size limits, which is refused before anything is allocated for it.
 RasterImage decodePng(const model::PngBytes& bytes);
+
+/// The same without transparent margins, if the picture is one of ours, takes at least
+/// `leastCroppedBytes` of memory and its margins are half of it or more.
+CroppedImage decodeCroppedPng(const model::PngBytes& bytes);
+
+constexpr std::size_t leastCroppedBytes = std::size_t{16} * 1024 * 1024;
 
 /// The pixel size that the header states, without decoding; nothing for bytes that are no PNG.
 std::optional<QSize> pngPixelSize(const model::PngBytes& bytes);

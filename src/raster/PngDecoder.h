@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "raster/CroppedImage.h"
 #include "raster/PngBands.h"
 #include "raster/PngChunks.h"
 #include "raster/RasterImage.h"
@@ -12,6 +13,10 @@ namespace quillabrae::raster {
 /// Decodes the bands on several threads. Null as soon as a band is not what the index says; such a
 /// file may still be a good PNG.
 RasterImage decodePngBands(const PngLayout& layout, const PngBands& bands);
+
+/// The same without transparent margins, where those are half of the picture or more; then it takes
+/// memory for about twice of what is left.
+CroppedImage decodeCroppedPngBands(const PngLayout& layout, const PngBands& bands);
 
 /// Decodes row by row any PNG that is not interlaced; the CRCs of its image data have been checked.
 RasterImage decodePngRows(const PngLayout& layout);
