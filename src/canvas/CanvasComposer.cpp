@@ -2,6 +2,7 @@
 #include "canvas/CanvasComposer.h"
 
 #include "raster/BlendKernels.h"
+#include "raster/CroppedDrawing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -33,20 +34,29 @@ bool isShaded(double across, int checkerRow) {
 CanvasComposer::CanvasComposer(const DeviceView& view, const QRect& device,
                                std::vector<CanvasPicture> pictures, const ComposerGround& ground)
     : m_device(device), m_y(view.y), m_ground(ground) {
+    AxisTable<raster::AxisSamples> wholeColumns;
+    AxisTable<raster::AxisSamples> wholeRows;
     for (CanvasPicture& picture : pictures) {
         if (picture.fraction == 0) continue;
         const QRectF& target = picture.target;
-        const AxisKey across{target.x(), target.width(), picture.image.width()};
-        const AxisKey down{target.y(), target.height(), picture.image.height()};
+        const QRect part = picture.pixels.part();
+        const QSize whole = picture.pixels.wholeSize;
+        const AxisKey across{target.x(), target.width(), whole.width(), part.left(), part.width()};
+        const AxisKey down{target.y(), target.height(), whole.height(), part.top(), part.height()};
+        const auto axisSamples = [](auto& wholes, const DeviceAxis& axis, int first, int count,
+                                    const AxisKey& key) {
+            const std::size_t index = tableIndex(wholes, key.ofWhole(), [&] {
+                return axis.samples(first, first + count, key.low, key.length, key.sourceCount);
+            });
+            return raster::samplesWithin(wholes[index].second, key.first, key.count);
+        };
         const std::size_t columns = tableIndex(m_columns, across, [&] {
-            auto samples = view.x.samples(device.left(), device.left() + device.width(), across.low,
-                                          across.length, across.sourceCount);
-            const raster::RowGather gather(samples.source, across.sourceCount);
+            auto samples = axisSamples(wholeColumns, view.x, device.left(), device.width(), across);
+            const raster::RowGather gather(samples.source, across.count);
             return Columns{std::move(samples), gather};
         });
         const std::size_t rows = tableIndex(m_rows, down, [&] {
-            return view.y.samples(device.top(), device.top() + device.height(), down.low,
-                                  down.length, down.sourceCount);
+            return axisSamples(wholeRows, view.y, device.top(), device.height(), down);
         });
         m_items.push_back({std::move(picture), columns, rows});
     }
@@ -105,7 +115,8 @@ void CanvasComposer::updateRuns(const Item& item, int source, ItemRuns& runs) co
         const auto next = std::lower_bound(columns.source.begin() + static_cast<std::ptrdiff_t>(i),
                                            columns.source.end(), (tileColumn + 1) * tileSide);
         const auto end = static_cast<std::size_t>(next - columns.source.begin());
-        const auto tile = item.picture.coverage->tile(item.picture.image, tileColumn, tileRow);
+        const auto tile =
+            item.picture.coverage->tile(item.picture.pixels.image, tileColumn, tileRow);
         if (tile != PictureCoverage::Tile::opaque) isOpaque = false;
         if (tile != PictureCoverage::Tile::empty) {
             if (!runs.runs.empty() && runs.runs.back().end == i) {
@@ -123,9 +134,10 @@ void CanvasComposer::drawItem(const Item& item, int y, int source, RowBuffer& bu
                               const ItemRuns& runs) const {
     const auto& [columns, gather] = m_columns[item.columns].second;
     const bool isShift = columns.isShift();
-    const std::uint8_t* const row = item.picture.image.row(source);
+    const std::uint8_t* const row = item.picture.pixels.image.row(source);
     const int nextSource = sourceRow(item, y + 1);
-    const std::uint8_t* const next = nextSource < 0 ? row : item.picture.image.row(nextSource);
+    const std::uint8_t* const next =
+        nextSource < 0 ? row : item.picture.pixels.image.row(nextSource);
     std::uint8_t* const target =
         buffer.pixels.data() + 4 * static_cast<std::size_t>(columns.first - m_device.left());
     if (runs.isOpaque && !isShift)

@@ -75,7 +75,11 @@ private:
         double low;
         double length;
         int sourceCount;
+        /// Of the sources, those that there are pixels of.
+        int first;
+        int count;
 
+        AxisKey ofWhole() const { return {low, length, sourceCount, 0, sourceCount}; }
         friend bool operator==(const AxisKey&, const AxisKey&) = default;
     };
     struct Columns {

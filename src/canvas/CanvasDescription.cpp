@@ -3,10 +3,12 @@
 
 #include "canvas/CanvasGeometry.h"
 #include "canvas/CanvasView.h"
+#include "canvas/DeviceView.h"
 #include "canvas/LayerPictures.h"
 #include "canvas/PictureCoverage.h"
 #include "model/PaintAppSettings.h"
 #include "model/PaintTool.h"
+#include "raster/Stretch.h"
 
 #include <QColor>
 #include <QCoreApplication>
@@ -24,14 +26,7 @@ struct CanvasDescriptionTexts {
     Q_DECLARE_TR_FUNCTIONS(CanvasDescriptionTexts)
 };
 
-constexpr double pixelCenter = 0.5;
 constexpr double percent = 100.0;
-
-/// Which of `count` pixels, stretched from `low` on over `length`, stands at `at`; -1 for none.
-int sourceIndex(double at, double low, double length, int count) {
-    const double index = std::floor((at - low) * count / length);
-    return index >= 0.0 && index < count ? static_cast<int>(index) : -1;
-}
 
 /// Lays a picture's pixel over `ground`, both premultiplied.
 void layOver(QRgb& ground, QRgb pixel, int fraction) {
@@ -47,14 +42,18 @@ void layOver(QRgb& ground, QRgb pixel, int fraction) {
               part(qBlue(pixel), qBlue(ground), alpha), part(alpha, qAlpha(ground), alpha));
 }
 
-/// Lays the pixel of a picture that stands at a place of the canvas, if any, over `ground`.
-void layPictureOver(QRgb& ground, const CanvasPicture& picture, double x, double y) {
-    const QImage image = picture.image.toQImage();
+/// The pixel of a picture that is shown at a device pixel, premultiplied.
+QRgb sampled(const CanvasPicture& picture, const DeviceView& view, QPoint device) {
     const QRectF& target = picture.target;
-    const int column = sourceIndex(x, target.left(), target.width(), image.width());
-    const int row = sourceIndex(y, target.top(), target.height(), image.height());
-    if (column < 0 || row < 0) return;
-    layOver(ground, qPremultiply(image.pixel(column, row)), picture.fraction);
+    const QSize size = picture.pixels.wholeSize;
+    const raster::AxisSamples column =
+        view.x.samples(device.x(), device.x() + 1, target.x(), target.width(), size.width());
+    const raster::AxisSamples row =
+        view.y.samples(device.y(), device.y() + 1, target.y(), target.height(), size.height());
+    if (column.isEmpty() || row.isEmpty()) return 0;
+    const QPoint place(column.source.front(), row.source.front());
+    if (!picture.pixels.part().contains(place)) return 0;
+    return qPremultiply(picture.pixels.image.toQImage().pixel(place - picture.pixels.origin));
 }
 
 QString place(const model::PaintProject& project, model::CanvasPoint point) {
@@ -91,16 +90,20 @@ QString selectionWords(const model::PaintProject& project) {
 
 std::optional<model::ColorValue> shownColor(const model::PaintProject& project,
                                             model::CanvasPoint point) {
-    const double x = std::floor(point.x) + pixelCenter;
-    const double y = std::floor(point.y) + pixelCenter;
-    if (x < 0.0 || y < 0.0 || x >= project.canvasWidth || y >= project.canvasHeight)
-        return std::nullopt;
+    // As a device pixel that shows that one.
+    const DeviceView view{{}, {}, project.canvasWidth, project.canvasHeight};
+    const auto limit = [](double value) {
+        return static_cast<int>(std::clamp(std::floor(value), -1.0, 1e9));
+    };
+    const QPoint place(limit(point.x), limit(point.y));
+    const QRect device = view.canvasPixels(QRect(place, QSize(1, 1)));
+    if (device.isEmpty()) return std::nullopt;
     QRgb shown = 0;
     CoverageCache coverage;
-    LayerPictures pictures(project, project.layers, coverage);
+    LayerPictures pictures(project, project.layers, view, device, coverage);
     while (!pictures.isAtEnd()) {
         for (const CanvasPicture& picture : pictures.nextGroup())
-            layPictureOver(shown, picture, x, y);
+            layOver(shown, sampled(picture, view, place), picture.fraction);
     }
     if (qAlpha(shown) == 0) return std::nullopt;
     const QColor straight = QColor::fromRgba(qUnpremultiply(shown));

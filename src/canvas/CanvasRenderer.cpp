@@ -80,11 +80,13 @@ private:
     bool compose(const CanvasFrame& frame, LiveSurroundings* surroundings,
                  CoverageCache& coverage) {
         if (surroundings == nullptr) {
-            LayerPictures pictures(*frame.project, frame.project->layers, coverage);
+            LayerPictures pictures(*frame.project, frame.project->layers, m_view, m_device,
+                                   coverage);
             return composeGroups(frame, pictures);
         }
         if (!surroundings->prepare(frame, m_view, m_device, coverage)) return false;
-        m_composer.emplace(m_view, m_device, surroundings->picturesBetween(frame, coverage),
+        m_composer.emplace(m_view, m_device,
+                           surroundings->picturesBetween(frame, m_view, m_device, coverage),
                            surroundings->ground());
         return true;
     }

@@ -2,7 +2,7 @@
 #include "canvas/LayerPictures.h"
 
 #include "raster/BlendKernels.h"
-#include "raster/DecodeCache.h"
+#include "raster/Stretch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,8 +22,10 @@ QRectF floatingTarget(const model::PixelSelection& selection) {
 } // namespace
 
 LayerPictures::LayerPictures(const model::PaintProject& project,
-                             std::span<const model::PaintLayer> layers, CoverageCache& coverage)
-    : m_coverage(coverage) {
+                             std::span<const model::PaintLayer> layers, const DeviceView& view,
+                             const QRect& device, CoverageCache& coverage)
+    : m_view(view), m_device(device), m_coverage(coverage) {
+    m_coverage.forgetDead();
     const QRectF canvas(0.0, 0.0, project.canvasWidth, project.canvasHeight);
     const auto& floating = project.floatingSelection;
     for (const model::PaintLayer& layer : layers) {
@@ -34,25 +36,87 @@ LayerPictures::LayerPictures(const model::PaintProject& project,
             m_sources.push_back(
                 {floating->pngData, floatingTarget(*project.pixelSelection), fraction});
     }
+    readTop();
+}
+
+void LayerPictures::readTop() {
+    std::size_t held = 0;
+    while (!m_sources.empty() && (m_top.empty() || held < groupBudget())) {
+        const Source& source = m_sources.back();
+        std::optional<CanvasPicture> picture = pictureOf(source);
+        if (picture && !raster::isRemembered(source.bytes))
+            held += picture->pixels.image.byteCount();
+        m_sources.pop_back();
+        if (!picture) continue;
+        if (!m_sources.empty() && hidesAll(*picture)) m_sources.clear();
+        m_top.push_back(std::move(*picture));
+    }
+    std::ranges::reverse(m_top);
 }
 
 std::vector<CanvasPicture> LayerPictures::nextGroup() {
     std::vector<CanvasPicture> group;
-    const std::size_t budget = groupBudget();
     std::size_t held = 0;
-    while (!isAtEnd() && (group.empty() || held < budget)) {
+    while (m_next < m_sources.size() && (group.empty() || held < groupBudget())) {
         const Source& source = m_sources[m_next++];
-        raster::RasterImage image = raster::decodedImage(source.bytes);
-        if (image.isNull()) continue;
-        held += image.byteCount();
-        auto known = m_coverage.coverageOf(source.bytes, image);
-        group.push_back({std::move(image), source.target, source.fraction, std::move(known)});
+        std::optional<CanvasPicture> picture = pictureOf(source);
+        if (!picture) continue;
+        if (!raster::isRemembered(source.bytes)) held += picture->pixels.image.byteCount();
+        group.push_back(std::move(*picture));
     }
-    return group;
+    if (!group.empty()) return group;
+    m_isTopTaken = true;
+    return std::move(m_top);
+}
+
+std::optional<CanvasPicture> LayerPictures::pictureOf(const Source& source) {
+    const auto isSeen = [&](const QRect& part, QSize wholeSize) {
+        return windowOf(source.target, wholeSize).pixels.intersects(part);
+    };
+    const auto bounds = m_coverage.boundsOf(source.bytes);
+    if (bounds && !isSeen(bounds->part, bounds->wholeSize)) return std::nullopt;
+    raster::CroppedImage pixels = raster::decodedCrop(source.bytes);
+    if (pixels.isNull()) return std::nullopt;
+    auto coverage = m_coverage.coverageOf(source.bytes, pixels);
+    if (!isSeen(pixels.part(), pixels.wholeSize)) return std::nullopt;
+    return CanvasPicture{std::move(pixels), source.target, source.fraction, std::move(coverage)};
+}
+
+const LayerPictures::Window& LayerPictures::windowOf(const QRectF& target, QSize wholeSize) {
+    const auto known = std::ranges::find_if(m_windows, [&](const Window& window) {
+        return window.target == target && window.wholeSize == wholeSize;
+    });
+    if (known != m_windows.end()) return *known;
+    const raster::AxisSamples columns =
+        m_view.x.samples(m_device.left(), m_device.left() + m_device.width(), target.x(),
+                         target.width(), wholeSize.width());
+    const raster::AxisSamples rows =
+        m_view.y.samples(m_device.top(), m_device.top() + m_device.height(), target.y(),
+                         target.height(), wholeSize.height());
+    Window window{target, wholeSize, QRect(), false};
+    if (!columns.isEmpty() && !rows.isEmpty()) {
+        window.pixels = QRect(QPoint(columns.source.front(), rows.source.front()),
+                              QPoint(columns.source.back(), rows.source.back()));
+        window.isEverywhere = columns.source.size() == static_cast<std::size_t>(m_device.width()) &&
+                              rows.source.size() == static_cast<std::size_t>(m_device.height());
+    }
+    return m_windows.emplace_back(window);
+}
+
+bool LayerPictures::hidesAll(const CanvasPicture& picture) {
+    const Window& window = windowOf(picture.target, picture.pixels.wholeSize);
+    if (picture.fraction != 255 || !window.isEverywhere ||
+        !picture.pixels.part().contains(window.pixels))
+        return false;
+    constexpr int side = PictureCoverage::tileSide;
+    const QRect pixels = window.pixels.translated(-picture.pixels.origin);
+    return picture.coverage->isOpaque(picture.pixels.image,
+                                      QRect(QPoint(pixels.left() / side, pixels.top() / side),
+                                            QPoint(pixels.right() / side, pixels.bottom() / side)));
 }
 
 std::size_t LayerPictures::groupBudget() {
-    return raster::decodeCacheBudget() / 2;
+    return raster::decodeCacheBudget() / 4;
 }
 
 } // namespace quillabrae::canvas

@@ -34,7 +34,7 @@ bool isWorthKeeping(Layers layers) {
 
 /// Composes the pictures of a side into tiles of its composite, group over group.
 void makeTiles(raster::RasterImage& composite, const DeviceView& view, const Tiles& tiles,
-               LayerPictures pictures, bool hasChecker) {
+               LayerPictures& pictures, bool hasChecker) {
     // Detached once, here: the tiles are written from several threads.
     composite.mutableBytes();
     ComposerGround ground{.hasChecker = hasChecker};
@@ -122,12 +122,17 @@ bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
     const Tiles missing = missingTiles(view, device);
     if (missing.empty()) return true;
     const model::PaintProject& project = *frame.project;
-    if (!m_below.isNull())
-        makeTiles(m_below, view, missing, {project, layersBelow(frame, m_liveIndex), coverage},
-                  true);
-    if (!m_above.isNull())
-        makeTiles(m_above, view, missing, {project, layersAbove(frame, m_liveIndex), coverage},
-                  false);
+    QRect bounds;
+    for (const QRect& tile : missing) bounds |= tile;
+    const raster::DecodeCachePass pass;
+    if (!m_below.isNull()) {
+        LayerPictures below(project, layersBelow(frame, m_liveIndex), view, bounds, coverage);
+        makeTiles(m_below, view, missing, below, true);
+    }
+    if (!m_above.isNull()) {
+        LayerPictures above(project, layersAbove(frame, m_liveIndex), view, bounds, coverage);
+        makeTiles(m_above, view, missing, above, false);
+    }
     return true;
 }
 
@@ -154,17 +159,19 @@ ComposerGround LiveSurroundings::ground() const {
 }
 
 std::vector<CanvasPicture> LiveSurroundings::picturesBetween(const CanvasFrame& frame,
+                                                             const DeviceView& view,
+                                                             const QRect& device,
                                                              CoverageCache& coverage) const {
     const model::PaintProject& project = *frame.project;
     std::vector<CanvasPicture> pictures;
     const auto addSide = [&](Layers layers) {
-        LayerPictures side(project, layers, coverage);
+        LayerPictures side(project, layers, view, device, coverage);
         while (!side.isAtEnd()) std::ranges::move(side.nextGroup(), std::back_inserter(pictures));
     };
     if (m_below.isNull()) addSide(layersBelow(frame, m_liveIndex));
     const model::PaintLayer& live = project.layers[m_liveIndex];
     if (live.isVisible)
-        pictures.push_back({*frame.liveImage,
+        pictures.push_back({raster::CroppedImage(*frame.liveImage),
                             QRectF(0.0, 0.0, project.canvasWidth, project.canvasHeight),
                             raster::unitByte(live.opacity), nullptr});
     if (m_above.isNull()) addSide(layersAbove(frame, m_liveIndex));

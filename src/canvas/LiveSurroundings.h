@@ -30,8 +30,8 @@ public:
 
     /// The composites, and the pictures that go between them.
     ComposerGround ground() const;
-    std::vector<CanvasPicture> picturesBetween(const CanvasFrame& frame,
-                                               CoverageCache& coverage) const;
+    std::vector<CanvasPicture> picturesBetween(const CanvasFrame& frame, const DeviceView& view,
+                                               const QRect& device, CoverageCache& coverage) const;
 
 private:
     struct Key;

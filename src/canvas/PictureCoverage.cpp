@@ -2,6 +2,7 @@
 #include "canvas/PictureCoverage.h"
 
 #include "raster/AlphaKernels.h"
+#include "raster/Parallel.h"
 
 #include <algorithm>
 #include <atomic>
@@ -49,24 +50,61 @@ PictureCoverage::PictureCoverage(int width, int height)
 PictureCoverage::Tile PictureCoverage::tile(const raster::RasterImage& picture, int column,
                                             int row) {
     // Two threads may examine the same tile: they find the same.
-    const std::atomic_ref<std::uint8_t> known(
-        m_tiles[static_cast<std::size_t>(row) * m_columns + static_cast<std::size_t>(column)]);
-    Tile tile = static_cast<Tile>(known.load(std::memory_order_relaxed));
-    if (tile != Tile::unknown) return tile;
-    tile = examined(picture, column, row);
-    known.store(static_cast<std::uint8_t>(tile), std::memory_order_relaxed);
+    const Tile known = knownTile(column, row);
+    if (known != Tile::unknown) return known;
+    const Tile tile = examined(picture, column, row);
+    std::atomic_ref(m_tiles[indexOf(column, row)])
+        .store(static_cast<std::uint8_t>(tile), std::memory_order_relaxed);
     return tile;
 }
 
+PictureCoverage::Tile PictureCoverage::knownTile(int column, int row) const {
+    return static_cast<Tile>(
+        std::atomic_ref(m_tiles[indexOf(column, row)]).load(std::memory_order_relaxed));
+}
+
+bool PictureCoverage::isOpaque(const raster::RasterImage& picture, const QRect& tiles) {
+    // One that is not ends it, most often the first: threads are called for what is left.
+    if (tile(picture, tiles.left(), tiles.top()) != Tile::opaque) return false;
+    bool isKnown = true;
+    for (int row = tiles.top(); row <= tiles.bottom(); ++row) {
+        for (int column = tiles.left(); column <= tiles.right(); ++column) {
+            const Tile known = knownTile(column, row);
+            if (known == Tile::unknown)
+                isKnown = false;
+            else if (known != Tile::opaque)
+                return false;
+        }
+    }
+    if (isKnown) return true;
+    std::atomic<bool> isOpaque = true;
+    raster::parallelFor(tiles.height(), [&](int row) {
+        for (int column = tiles.left(); column <= tiles.right() && isOpaque; ++column)
+            if (tile(picture, column, tiles.top() + row) != Tile::opaque) isOpaque = false;
+    });
+    return isOpaque;
+}
+
 std::shared_ptr<PictureCoverage> CoverageCache::coverageOf(const model::PngBytes& bytes,
-                                                           const raster::RasterImage& picture) {
-    std::erase_if(m_entries, [](const Entry& entry) { return entry.first.expired(); });
-    const auto found = std::ranges::find_if(
-        m_entries, [&](const Entry& entry) { return entry.first.lock() == bytes.buffer(); });
-    if (found != m_entries.end()) return found->second;
-    auto coverage = std::make_shared<PictureCoverage>(picture.width(), picture.height());
-    m_entries.emplace_back(bytes.buffer(), coverage);
-    return coverage;
+                                                           const raster::CroppedImage& picture) {
+    Entry& entry = m_entries[bytes.buffer().get()];
+    // The address may have been another buffer's before, the picture may have had its margins.
+    if (entry.bytes.lock() != bytes.buffer() || entry.bounds.part != picture.part())
+        entry = {bytes.buffer(),
+                 {picture.part(), picture.wholeSize},
+                 std::make_shared<PictureCoverage>(picture.image.width(), picture.image.height())};
+    return entry.coverage;
+}
+
+std::optional<CoverageCache::Bounds> CoverageCache::boundsOf(const model::PngBytes& bytes) const {
+    const auto found = m_entries.find(bytes.buffer().get());
+    if (found == m_entries.end() || found->second.bytes.lock() != bytes.buffer())
+        return std::nullopt;
+    return found->second.bounds;
+}
+
+void CoverageCache::forgetDead() {
+    std::erase_if(m_entries, [](const auto& entry) { return entry.second.bytes.expired(); });
 }
 
 } // namespace quillabrae::canvas
