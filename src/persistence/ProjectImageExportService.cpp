@@ -7,6 +7,8 @@
 #include "persistence/Staging.h"
 #include "platform/Clock.h"
 #include "platform/FileIcons.h"
+#include "raster/CroppedDrawing.h"
+#include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "raster/PixelMemory.h"
 
@@ -73,13 +75,10 @@ raster::RasterImage render(const model::PaintProject& project, Background backgr
         raster::LayerRasterService::transparentImage(project.canvasWidth, project.canvasHeight);
     if (picture.isNull()) return picture;
     if (background == Background::white) fillWithWhite(picture);
-    const QRect whole(0, 0, picture.width(), picture.height());
     for (const model::PaintLayer& layer : project.layers) {
         control.stopIfCancelled();
         if (!layer.isVisible || !layer.bitmapPNGData) continue;
-        const raster::RasterImage pixels = raster::LayerRasterService::renderLayer(
-            layer, project.canvasWidth, project.canvasHeight);
-        raster::LayerRasterService::drawImage(picture, pixels, whole, layer.opacity);
+        raster::drawCropped(picture, raster::decodedCrop(*layer.bitmapPNGData), layer.opacity);
     }
     return picture;
 }

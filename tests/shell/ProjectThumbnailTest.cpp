@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "raster/CodecCounts.h"
+#include "raster/DecodeCache.h"
 #include "shell/editor/ProjectThumbnail.h"
 #include "store/StoreTest.h"
 
@@ -41,6 +43,30 @@ TEST_F(ProjectThumbnailTest, ShowsFloatingPixelsWhereTheyStand) {
     EXPECT_EQ(shown.pixelColor(19, 10).alpha(), 0);
     project.layers.front().isVisible = false;
     EXPECT_EQ(projectThumbnail(project, {40, 30}).pixelColor(25, 12).alpha(), 0);
+}
+
+TEST_F(ProjectThumbnailTest, OnlyLayersThatChangedAreLookedAtAgain) {
+    const auto store = makeStore(store::Persistence::off);
+    model::PaintProject project = *store->createProject(writePicture(QStringLiteral("red.png")));
+    project.layers.resize(4, project.layers.front());
+    const auto freshBytes = [&] {
+        return model::PngBytes(project.layers.front().bitmapPNGData->toByteArray());
+    };
+    for (model::PaintLayer& layer : project.layers) layer.bitmapPNGData = freshBytes();
+    LayerPictureCache known;
+    const raster::DecodeCacheReadOnly readOnly;
+    const auto decodedFor = [&](QSize room) {
+        const std::size_t before = raster::codecCounts().decodedFiles;
+        EXPECT_EQ(projectThumbnail(project, room, known), projectThumbnail(project, room));
+        // The one without a memory decodes all of them.
+        return raster::codecCounts().decodedFiles - before - 4;
+    };
+    EXPECT_EQ(decodedFor({40, 30}), 4U);
+    EXPECT_EQ(decodedFor({40, 30}), 0U);
+    project.layers[2].bitmapPNGData = freshBytes();
+    known.forgetDead();
+    EXPECT_EQ(decodedFor({40, 30}), 1U);
+    EXPECT_EQ(decodedFor({20, 15}), 4U);
 }
 
 } // namespace

@@ -63,6 +63,7 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     : QWidget(parent),
       m_store(store),
       m_windows(windows),
+      m_layerPictures(std::make_shared<LayerPictureCache>()),
       m_thumbnailWork(platform::makeThreadedLatestWork()) {
     TextSize::follow(*this, [this] {
         setFixedHeight(TextSize::rowHeight(*this, tabHeight) + barHeight - tabHeight);
@@ -207,13 +208,15 @@ void ProjectTabBar::refreshThumbnails() {
         if (const model::PaintProject* project = m_store.project(id))
             thumbnails.push_back({*project, tab->thumbnailRoom(), {}});
     }
-    m_thumbnailWork->run([this, thumbnails = std::move(thumbnails)]() mutable {
-        // A look at all layers must not push out those that are worked on.
-        const raster::DecodeCacheReadOnly readOnly;
-        for (Thumbnail& thumbnail : thumbnails)
-            thumbnail.picture = projectThumbnail(thumbnail.project, thumbnail.room);
-        return [this, thumbnails = std::move(thumbnails)] { takeThumbnails(thumbnails); };
-    });
+    m_thumbnailWork->run(
+        [this, known = m_layerPictures, thumbnails = std::move(thumbnails)]() mutable {
+            // A look at all layers must not push out those that are worked on.
+            const raster::DecodeCacheReadOnly readOnly;
+            known->forgetDead();
+            for (Thumbnail& thumbnail : thumbnails)
+                thumbnail.picture = projectThumbnail(thumbnail.project, thumbnail.room, *known);
+            return [this, thumbnails = std::move(thumbnails)] { takeThumbnails(thumbnails); };
+        });
 }
 
 void ProjectTabBar::takeThumbnails(const std::vector<Thumbnail>& thumbnails) {

@@ -25,6 +25,7 @@ class ProjectStore;
 
 namespace quillabrae::shell {
 
+class LayerPictureCache;
 class ProjectTab;
 class WindowCoordinator;
 
@@ -61,6 +62,8 @@ private:
     /// Tabs whose picture is behind their project.
     std::vector<QUuid> m_staleThumbnails;
     QTimer m_thumbnailTimer;
+    /// Of the jobs, one after the other.
+    std::shared_ptr<LayerPictureCache> m_layerPictures;
     std::unique_ptr<platform::LatestWork> m_thumbnailWork;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/ProjectThumbnail.h"
 
+#include "raster/CroppedDrawing.h"
 #include "raster/DecodeCache.h"
-#include "raster/LayerRasterService.h"
 
 #include <QPainter>
 
@@ -15,21 +15,20 @@ namespace {
 /// Samples taken along each side of one thumbnail pixel.
 constexpr int samplesPerSide = 4;
 
-QImage shrunk(const QImage& image, QSize size) {
-    const QSize sampled = (size * samplesPerSide).boundedTo(image.size());
-    return image.scaled(sampled, Qt::IgnoreAspectRatio, Qt::FastTransformation)
-        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+QImage shrunk(const raster::CroppedImage& picture, QSize size) {
+    const QSize samples = (size * samplesPerSide).boundedTo(picture.wholeSize);
+    raster::RasterImage sampled(samples.width(), samples.height());
+    raster::drawCropped(sampled, picture);
+    return sampled.toQImage().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QSize fitted(QSizeF canvas, QSize room) {
     return canvas.scaled(room, Qt::KeepAspectRatio).toSize().expandedTo({1, 1});
 }
 
-QImage layerPicture(const model::PaintLayer& layer, QSizeF canvas, QSize size) {
-    if (!layer.bitmapPNGData.has_value()) return {};
-    const raster::RasterImage pixels =
-        raster::LayerRasterService::renderLayer(layer, canvas.width(), canvas.height());
-    return pixels.isNull() ? QImage() : shrunk(pixels.toQImage(), size);
+QImage layerPicture(const model::PngBytes& bytes, QSize size) {
+    const raster::CroppedImage pixels = raster::decodedCrop(bytes);
+    return pixels.isNull() ? QImage() : shrunk(pixels, size);
 }
 
 /// Where floating pixels stand: whole canvas pixels, as they are put down.
@@ -41,21 +40,44 @@ QRectF floatingTarget(const model::PixelSelection& selection) {
 }
 
 void paintFloating(QPainter& painter, const model::PaintProject& project, QSize size) {
-    const raster::RasterImage pixels = raster::decodedImage(project.floatingSelection->pngData);
+    const raster::CroppedImage pixels = raster::decodedCrop(project.floatingSelection->pngData);
     if (pixels.isNull()) return;
     const double scale = size.width() / project.canvasWidth;
     const QRectF target = floatingTarget(*project.pixelSelection);
     const QRect place = QRectF(target.topLeft() * scale, target.size() * scale).toAlignedRect();
-    painter.drawImage(place.topLeft(), shrunk(pixels.toQImage(), place.size()));
+    painter.drawImage(place.topLeft(), shrunk(pixels, place.size()));
 }
 
 } // namespace
 
+QImage LayerPictureCache::picture(const model::PngBytes& pixels, QSize size) {
+    Entry& entry = m_entries[pixels.buffer().get()];
+    // The address may have been another buffer's before.
+    if (entry.pixels.lock() != pixels.buffer() || entry.picture.size() != size)
+        entry = {pixels.buffer(), layerPicture(pixels, size)};
+    return entry.picture;
+}
+
+void LayerPictureCache::forgetDead() {
+    std::erase_if(m_entries, [](const auto& entry) { return entry.second.pixels.expired(); });
+}
+
 QImage layerThumbnail(const model::PaintLayer& layer, QSizeF canvas, QSize room) {
-    return layerPicture(layer, canvas, fitted(canvas, room));
+    if (!layer.bitmapPNGData) return {};
+    const QSize size = fitted(canvas, room);
+    QImage picture = layerPicture(*layer.bitmapPNGData, size);
+    if (!picture.isNull()) return picture;
+    picture = QImage(size, QImage::Format_RGBA8888_Premultiplied);
+    picture.fill(Qt::transparent);
+    return picture;
 }
 
 QImage projectThumbnail(const model::PaintProject& project, QSize room) {
+    LayerPictureCache nothingKnown;
+    return projectThumbnail(project, room, nothingKnown);
+}
+
+QImage projectThumbnail(const model::PaintProject& project, QSize room, LayerPictureCache& known) {
     const QSizeF canvas(project.canvasWidth, project.canvasHeight);
     const QSize size = fitted(canvas, room);
     QImage thumbnail(size, QImage::Format_RGBA8888_Premultiplied);
@@ -64,7 +86,8 @@ QImage projectThumbnail(const model::PaintProject& project, QSize room) {
     for (const model::PaintLayer& layer : project.layers) {
         if (!layer.isVisible) continue;
         painter.setOpacity(layer.opacity);
-        const QImage picture = layerPicture(layer, canvas, size);
+        const QImage picture =
+            layer.bitmapPNGData ? known.picture(*layer.bitmapPNGData, size) : QImage();
         if (!picture.isNull()) painter.drawImage(0, 0, picture);
         const auto& floating = project.floatingSelection;
         if (floating && floating->layerID == layer.id && project.pixelSelection)
