@@ -21,12 +21,14 @@ VALUES = {"light": GLib.Variant("u", 2), "dark": GLib.Variant("u", 1),
           "any motion": GLib.Variant("u", 0), "less motion": GLib.Variant("u", 1),
           "any contrast": GLib.Variant("u", 0), "more contrast": GLib.Variant("u", 1),
           "plain theme": GLib.Variant("b", False), "stark theme": GLib.Variant("b", True),
-          "usual letters": GLib.Variant("d", 1.0), "large letters": GLib.Variant("d", 1.5)}
+          "usual letters": GLib.Variant("d", 1.0), "large letters": GLib.Variant("d", 1.5),
+          "double letters": GLib.Variant("d", 2.0)}
 SETTINGS = {"light": SCHEME, "dark": SCHEME, "moving": ANIMATIONS, "still": ANIMATIONS,
             "any motion": PREFERENCE, "less motion": PREFERENCE,
             "any contrast": CONTRAST, "more contrast": CONTRAST,
             "plain theme": HIGH_CONTRAST, "stark theme": HIGH_CONTRAST,
-            "usual letters": TEXT_SCALE, "large letters": TEXT_SCALE}
+            "usual letters": TEXT_SCALE, "large letters": TEXT_SCALE,
+            "double letters": TEXT_SCALE}
 DESCRIPTION = f"""
 <node><interface name="{INTERFACE}">
   <method name="Read">

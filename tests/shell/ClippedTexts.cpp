@@ -34,8 +34,10 @@ QSize needOf(const QLabel& label) {
     return words + (label.size() - label.contentsRect().size());
 }
 
-/// A button may be lower than the style would have it, while its text still fits.
+/// A button may be lower than the style would have it, while its text still fits. One without a
+/// text is what it is, and has only to be in its place.
 QSize needOf(const QAbstractButton& button) {
+    if (button.text().isEmpty()) return {};
     return {button.sizeHint().width(), button.fontMetrics().height()};
 }
 
@@ -54,7 +56,8 @@ private:
         if (const auto* label = qobject_cast<const QLabel*>(&widget))
             take(widget, label->text(), needOf(*label));
         else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
-            take(widget, button->text(), needOf(*button));
+            take(widget, button->text().isEmpty() ? button->accessibleName() : button->text(),
+                 needOf(*button));
         else if (const auto* tabs = qobject_cast<const QTabBar*>(&widget))
             take(widget, tabs->tabText(0), tabs->sizeHint());
         else if (const auto* menu = qobject_cast<const QComboBox*>(&widget))

@@ -10,23 +10,32 @@
 #include "shell/ShellTest.h"
 #include "shell/TestAccount.h"
 #include "shell/app/DesktopWindows.h"
+#include "shell/dialogs/Alert.h"
 #include "shell/dialogs/AlignObjectDialog.h"
 #include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/DesktopProjectPanels.h"
 #include "shell/dialogs/FeedbackDialogView.h"
 #include "shell/dialogs/GenerativeFillDialog.h"
 #include "shell/dialogs/LayerPropertiesDialog.h"
 #include "shell/dialogs/NewProjectDialog.h"
+#include "shell/dialogs/PackageFileDialog.h"
+#include "shell/dialogs/ProgressDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
 #include "shell/dialogs/RotateZoomDialog.h"
 #include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/looks/SystemMotion.h"
+#include "shell/plugins/PluginLibraryView.h"
 #include "shell/quickstart/PaintNetQuickStartView.h"
 #include "shell/settings/PaintSettingsView.h"
+#include "store/PromptTexts.h"
 #include "support/PseudoLanguages.h"
 
+#include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
 
 namespace quillabrae::shell {
 namespace {
@@ -61,6 +70,16 @@ protected:
         window.show();
         runDeferred();
         EXPECT_EQ(clippedTexts(window).join(u'\n').toStdString(), "") << name.toStdString();
+    }
+
+    static void expectWhole(const Alert& alert) {
+        QTimer::singleShot(0, qApp, [&alert] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            expectWhole(*dialog, alert.message);
+            dialog->close();
+        });
+        runAlert(alert, nullptr);
     }
 
     platform::Translations language{{GetParam()}};
@@ -157,6 +176,39 @@ TEST_P(PseudoLanguageTest, TheFeedbackDialogShowsItsTexts) {
     services::FeedbackAttachmentService attachments({});
     FeedbackDialogView dialog({service, attachments, [](QWidget*) { return std::nullopt; }});
     expectWhole(dialog, QStringLiteral("feedback"));
+}
+
+TEST_P(PseudoLanguageTest, TheAlertsShowTheirTexts) {
+    expectWhole(Alerts::flattenBeforeSaving(3));
+    expectWhole(Alerts::replaceFile(QStringLiteral("boat.quillabrae")));
+    expectWhole(Alerts::saveBeforeClosing(QStringLiteral("boat")));
+    expectWhole(Alerts::pasteImage({640, 480}, store::PasteTarget::noProject));
+    expectWhole(Alerts::pasteImage({640, 480}, store::PasteTarget::smallerCanvas));
+    expectWhole(pluginFailureAlert(QStringLiteral("The disk is full.")));
+}
+
+TEST_P(PseudoLanguageTest, OurOwnFileDialogShowsItsTexts) {
+    QTimer::singleShot(0, qApp, [] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        expectWhole(*dialog, QStringLiteral("open"));
+        dialog->reject();
+    });
+    DesktopProjectPanels([] { return nullptr; }).chooseProjectToOpen();
+    PackageFileDialog save(QStringLiteral("Save"), folder.path(), QFileDialog::AcceptSave, nullptr);
+    auto* formats = new QComboBox(&save);
+    for (const auto format : persistence::allSaveFormats())
+        formats->addItem(persistence::title(format));
+    save.addAccessory(QStringLiteral("Format:"), formats);
+    expectWhole(save, QStringLiteral("save"));
+}
+
+TEST_P(PseudoLanguageTest, TheProgressDialogShowsItsTexts) {
+    platform::WorkControl control;
+    ProgressDialog dialog(store::ProjectStore::tr("Generative fill"), control, nullptr);
+    expectWhole(dialog, QStringLiteral("working"));
+    dialog.reject();
+    expectWhole(dialog, QStringLiteral("cancelling"));
 }
 
 TEST(ClippedTexts, AreThoseThatTheirPlaceIsTooSmallFor) {

@@ -12,6 +12,8 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTreeWidget>
@@ -208,10 +210,12 @@ TEST_F(QuickStartTest, ShowsNoTextThatIsCutOff) {
             EXPECT_TRUE(label->wordWrap() || label->width() >= label->sizeHint().width())
                 << qPrintable(label->text());
         }
-        const QRect room = pages->currentWidget()->rect();
+        const auto* scroller = qobject_cast<QScrollArea*>(pages->currentWidget());
+        EXPECT_EQ(scroller->verticalScrollBar()->maximum(), 0) << index;
+        const QWidget* page = scroller->widget();
         for (const QWidget* part :
-             pages->currentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-            EXPECT_TRUE(room.contains(part->geometry())) << index;
+             page->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            EXPECT_TRUE(page->rect().contains(part->geometry())) << index;
     }
 }
 

@@ -159,7 +159,7 @@ TEST_F(WelcomeTest, HelpsWithTheTourAndTheList) {
     EXPECT_TRUE(shows(QStringLiteral("Coming from Paint.NET?")));
     EXPECT_TRUE(shows(QStringLiteral("Your muscle memory already knows most of this workspace.")));
     EXPECT_TRUE(shows(QStringLiteral("Take the 60-second workspace tour")));
-    const auto* tour = panel->findChild<ActionRow*>(QString(), Qt::FindDirectChildrenOnly);
+    const auto* tour = panel->findChild<ActionRow*>();
     EXPECT_EQ(tour->accessibleDescription(),
               QStringLiteral("Open the Paint.NET quick-start guide"));
     const auto* remove = panel->findChild<RecentRow*>()->findChild<QAbstractButton*>();
@@ -181,7 +181,7 @@ TEST_F(WelcomeTest, LeadsItsButtonsToTheCoordinator) {
 
 TEST_F(WelcomeTest, OpensTheTour) {
     showPanel();
-    panel->findChild<ActionRow*>(QString(), Qt::FindDirectChildrenOnly)->click();
+    panel->findChild<ActionRow*>()->click();
     EXPECT_NE(quickStart(), nullptr);
 }
 

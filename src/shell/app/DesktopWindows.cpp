@@ -13,7 +13,6 @@
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
 
-#include <QGuiApplication>
 #include <QScreen>
 
 namespace quillabrae::shell {
@@ -33,14 +32,11 @@ Qt::WindowFlags windowFlags(WindowTraits::Frame frame) {
     return Qt::Window;
 }
 
-/// The size that fits a screen, which may be smaller than what the window is meant to have.
+/// In the middle of its screen, which may be smaller than what the window is meant to have.
 void placeOnScreen(QWidget& window, const WindowTraits& traits) {
-    // The window manager's frame needs some of the screen; how much is known only later.
-    constexpr int frameHeight = 32;
-    const QRect room =
-        QGuiApplication::primaryScreen()->availableGeometry().adjusted(0, 0, 0, -frameHeight);
+    const QRect room(window.screen()->availableGeometry().topLeft(), TextSize::roomFor(window));
     if (traits.frame == WindowTraits::Frame::resizable) {
-        TextSize::limitSize(window, traits.minimumSize.boundedTo(room.size()));
+        TextSize::limitSize(window, traits.minimumSize);
         window.resize(traits.size.boundedTo(room.size()));
     } else {
         TextSize::fixSize(window, traits.size);

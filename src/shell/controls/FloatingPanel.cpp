@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/controls/FloatingPanel.h"
 
+#include "shell/controls/BodyScroller.h"
 #include "shell/controls/Card.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
@@ -22,6 +23,12 @@ constexpr int headerTop = 4;
 constexpr int headerBottom = 4;
 constexpr int foldExtent = 20;
 
+ScrolledBody* bodyOf(QVBoxLayout* content) {
+    auto* body = new ScrolledBody;
+    body->setLayout(content);
+    return body;
+}
+
 QString foldSymbol(bool isCollapsed) {
     return isCollapsed ? QStringLiteral("chevron.right") : QStringLiteral("chevron.down");
 }
@@ -38,8 +45,8 @@ FloatingPanel::FloatingPanel(const QString& heading, QWidget* parent)
                              .iconExtent = Style::smallIcon},
                             this)),
       m_header(new QWidget(this)),
-      m_body(new QWidget(this)),
-      m_content(new QVBoxLayout(m_body)) {
+      m_content(new QVBoxLayout),
+      m_body(new BodyScroller(bodyOf(m_content), this)) {
     setAccessibleName(heading);
     setCursor(Qt::ArrowCursor);
     TextSize::follow(

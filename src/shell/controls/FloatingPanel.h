@@ -13,7 +13,8 @@ namespace quillabrae::shell {
 class IconButton;
 
 /// A card over the canvas with a small heading and whatever `content` lays out under it. It is
-/// dragged by its heading and folds up to it. Presses on it do not reach the canvas.
+/// dragged by its heading and folds up to it. Where it is made lower than it needs, the content
+/// scrolls. Presses on it do not reach the canvas.
 class FloatingPanel : public QWidget {
     Q_OBJECT
 
@@ -50,8 +51,8 @@ private:
     QString m_heading;
     IconButton* m_fold;
     QWidget* m_header;
-    QWidget* m_body;
     QVBoxLayout* m_content;
+    QWidget* m_body;
     std::optional<int> m_expandedHeight;
     /// Where the heading is held.
     std::optional<QPoint> m_grip;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QPointer>
+#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -77,13 +78,36 @@ private:
 };
 
 /// The size that the window's contents need at a width of `least` or more.
-QSize neededSize(const QWidget& window, QSize least) {
+QSize contentsSize(const QWidget& window, QSize least) {
     QLayout* layout = window.layout();
     if (layout == nullptr) return least;
     QSize size = layout->totalMinimumSize().expandedTo(least);
     if (layout->hasHeightForWidth())
         size.setHeight(std::max(least.height(), layout->totalMinimumHeightForWidth(size.width())));
     return size;
+}
+
+/// The same within the screen.
+QSize neededSize(const QWidget& window, QSize least) {
+    return contentsSize(window, least).boundedTo(roomFor(window));
+}
+
+/// After which a window may need another size: before it is placed, while it is shown, and once it
+/// is active, when its frame is known.
+constexpr auto resizing = {QEvent::Polish, QEvent::LayoutRequest, QEvent::Show,
+                           QEvent::WindowActivate, QEvent::ScreenChangeInternal};
+
+/// Moves a window that has grown beyond an edge of its screen.
+void keepOnScreen(QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    QRect frame = window.frameGeometry();
+    // One that is just being shown may not know its screen yet.
+    if (!window.isVisible() || !screen.intersects(frame)) return;
+    frame.moveRight(std::min(frame.right(), screen.right()));
+    frame.moveBottom(std::min(frame.bottom(), screen.bottom()));
+    frame.moveLeft(std::max(frame.left(), screen.left()));
+    frame.moveTop(std::max(frame.top(), screen.top()));
+    if (frame != window.frameGeometry()) window.move(frame.topLeft());
 }
 
 } // namespace
@@ -109,17 +133,30 @@ void scaleFont(QLabel& label, qreal factor) {
     new FontScale(label, factor);
 }
 
+QSize roomFor(const QWidget& window) {
+    // What a window manager puts around a window is known only once it has done so.
+    constexpr QSize usualFrame{4, 32};
+    QSize frame = window.frameSize() - window.size();
+    if (!window.windowFlags().testFlag(Qt::FramelessWindowHint))
+        frame = frame.expandedTo(usualFrame);
+    return window.screen()->availableSize() - frame;
+}
+
 void fixSize(QWidget& window, QSize least) {
-    new Follower(window, {QEvent::LayoutRequest, QEvent::Show}, [&window, least] {
+    new Follower(window, resizing, [&window, least] {
         const QSize size = neededSize(window, least);
-        if (size != window.minimumSize() || size != window.maximumSize()) window.setFixedSize(size);
+        if (size == window.minimumSize() && size == window.maximumSize()) return;
+        window.setFixedSize(size);
+        keepOnScreen(window);
     });
 }
 
 void limitSize(QWidget& window, QSize least) {
-    new Follower(window, {QEvent::LayoutRequest, QEvent::Show}, [&window, least] {
+    new Follower(window, resizing, [&window, least] {
         const QSize size = neededSize(window, least);
-        if (size != window.minimumSize()) window.setMinimumSize(size);
+        if (size == window.minimumSize()) return;
+        window.setMinimumSize(size);
+        keepOnScreen(window);
     });
 }
 

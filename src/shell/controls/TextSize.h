@@ -27,9 +27,14 @@ int rowHeight(const QWidget& widget, int least, int lines = 1);
 /// Keeps a label's letters at `factor` times the size of the program's.
 void scaleFont(QLabel& label, qreal factor);
 
-/// Keeps a window of fixed size as large as its contents need, `least` at least.
+/// How large a window may be so that it and its frame fit on its screen.
+QSize roomFor(const QWidget& window);
+
+/// Keeps a window of fixed size as large as its contents need, `least` at least, and within its
+/// screen. What may have to do with less room has a `BodyScroller` about it.
 void fixSize(QWidget& window, QSize least);
-/// Lets a window of any size be no smaller than its contents need, nor than `least`.
+/// Lets a window of any size be no smaller than its contents need, nor than `least`, where its
+/// screen has room for that.
 void limitSize(QWidget& window, QSize least);
 
 } // namespace quillabrae::shell::TextSize

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/Alert.h"
 
+#include "shell/controls/BodyScroller.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/TextSize.h"
 #include "shell/dialogs/HeldDialog.h"
@@ -9,18 +10,20 @@
 
 #include <QCoreApplication>
 #include <QDialog>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace quillabrae::shell {
 namespace {
 
 constexpr int textWidth = 380;
 
-QHBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
-    auto* row = new QHBoxLayout;
+QBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
+    auto* row = new QBoxLayout(QBoxLayout::LeftToRight);
+    row->setContentsMargins(3 * Style::grid, 0, 3 * Style::grid, 2 * Style::grid);
     row->setSpacing(Style::grid);
     row->addStretch();
     for (int index = 0; index < titles.size(); ++index) {
@@ -37,28 +40,45 @@ QHBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
     return row;
 }
 
+/// Beside each other where the screen is wide enough for that, else one under the other.
+void arrange(QBoxLayout& buttons, const QDialog& dialog) {
+    buttons.setDirection(QBoxLayout::LeftToRight);
+    if (buttons.minimumSize().width() > TextSize::roomFor(dialog).width())
+        buttons.setDirection(QBoxLayout::TopToBottom);
+}
+
+ScrolledBody* makeTexts(const Alert& alert, const QDialog& dialog) {
+    auto* texts = new ScrolledBody;
+    auto* column = new QVBoxLayout(texts);
+    column->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
+    column->setSpacing(Style::grid);
+    QLabel* message = Labels::title(alert.message, 1.1, texts);
+    QLabel* text = Labels::muted(alert.informativeText, texts);
+    for (QLabel* label : {message, text}) {
+        label->setWordWrap(true);
+        column->addWidget(label);
+    }
+    TextSize::follow(*texts, [texts, &dialog] {
+        const int widest = TextSize::roomFor(dialog).width();
+        texts->setMinimumWidth(
+            std::min(TextSize::scaled(textWidth, *texts) + 6 * Style::grid, widest));
+    });
+    return texts;
+}
+
 QDialog* makeDialog(const Alert& alert, QWidget* parent) {
     auto* dialog = new QDialog(parent);
     dialog->setWindowTitle(QStringLiteral("Quillabrae"));
     dialog->setAccessibleName(alert.message);
     dialog->setAccessibleDescription(alert.informativeText);
     auto* layout = new QVBoxLayout(dialog);
-    layout->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
-    layout->setSpacing(Style::grid);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
-    QLabel* message = Labels::title(alert.message, 1.1, dialog);
-    QLabel* text = Labels::muted(alert.informativeText, dialog);
-    for (QLabel* label : {message, text}) {
-        label->setWordWrap(true);
-        layout->addWidget(label);
-    }
-    // One width for both: the height of the one is reckoned at the width of the wider.
-    TextSize::follow(*dialog, [dialog, message, text] {
-        for (QLabel* label : {message, text})
-            label->setFixedWidth(TextSize::scaled(textWidth, *dialog));
-    });
-    layout->addSpacing(Style::grid);
-    layout->addLayout(makeButtons(alert.buttons, *dialog));
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(new BodyScroller(makeTexts(alert, *dialog), dialog), 1);
+    QBoxLayout* buttons = makeButtons(alert.buttons, *dialog);
+    layout->addLayout(buttons);
+    TextSize::follow(*dialog, [dialog, buttons] { arrange(*buttons, *dialog); });
+    TextSize::fixSize(*dialog, {});
     return dialog;
 }
 

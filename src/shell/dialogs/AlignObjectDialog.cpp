@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 
 #include <span>
 #include <utility>
@@ -53,14 +54,16 @@ AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent
     QVBoxLayout* column = DialogParts::makeColumn(*this, Style::grid);
     auto* group = new QButtonGroup(this);
     const auto actions = store::allAlignObjectActions();
+    auto* places = new QWidget(this);
+    // Left is left in every language.
+    places->setLayoutDirection(Qt::LeftToRight);
+    auto* rows = new QVBoxLayout(places);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(Style::grid);
     for (const Section& section : sections) {
-        column->addWidget(
-            Labels::heading(QCoreApplication::translate("AlignObject", section.title), this));
-        auto* places = new QWidget(this);
-        // Left is left in every language.
-        places->setLayoutDirection(Qt::LeftToRight);
-        auto* grid = new QGridLayout(places);
-        grid->setContentsMargins(0, 0, 0, 0);
+        rows->addWidget(
+            Labels::heading(QCoreApplication::translate("AlignObject", section.title), places));
+        auto* grid = new QGridLayout;
         grid->setSpacing(Style::grid / 2);
         int place = 0;
         for (const auto action : std::span(actions).subspan(section.first, section.count)) {
@@ -69,13 +72,14 @@ AlignObjectDialog::AlignObjectDialog(AlignObjectPreview preview, QWidget* parent
             grid->addWidget(button, place / buttonsInRow, place % buttonsInRow);
             ++place;
         }
-        column->addWidget(places);
+        rows->addLayout(grid);
     }
+    column->addWidget(places);
     connect(group, &QButtonGroup::idClicked, this, [preview = std::move(preview)](int id) {
         preview(static_cast<store::AlignObjectAction>(id));
     });
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
+    DialogParts::addButtons(*this, tr("Apply"));
 }
 
 } // namespace quillabrae::shell

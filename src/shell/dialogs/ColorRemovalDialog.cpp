@@ -42,7 +42,7 @@ ColorRemovalDialog::ColorRemovalDialog(const model::PaintAppSettings& settings,
     column->addWidget(makeSwatches(settings));
     m_swatches->button(static_cast<int>(start.preset))->setChecked(true);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
+    DialogParts::addButtons(*this, tr("Apply"));
 
     const auto tell = [this, preview = std::move(preview)] { preview(answer()); };
     connect(m_tolerance, &SliderRow::valueSettled, this, tell);

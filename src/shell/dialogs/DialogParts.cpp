@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/dialogs/DialogParts.h"
 
+#include "shell/controls/BodyScroller.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/NumberField.h"
 #include "shell/controls/TextSize.h"
@@ -20,6 +21,8 @@ struct DialogPartsTexts {
     Q_DECLARE_TR_FUNCTIONS(DialogPartsTexts)
 };
 
+constexpr int sideMargin = 4 * Style::grid;
+constexpr int endMargin = 3 * Style::grid;
 constexpr int fieldWidth = 132;
 /// Enough for the longest title, so that the grids of one dialog stand in line.
 constexpr int titleWidth = 80;
@@ -27,10 +30,20 @@ constexpr qreal titleFactor = 1.4;
 
 } // namespace
 
-QVBoxLayout* makeColumn(QWidget& dialog, int spacing) {
-    auto* column = new QVBoxLayout(&dialog);
-    column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
+QVBoxLayout* makeBody(QWidget& dialog, int spacing) {
+    auto* body = new ScrolledBody;
+    auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(sideMargin, endMargin, sideMargin, spacing);
     column->setSpacing(spacing);
+    auto* whole = new QVBoxLayout(&dialog);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->setSpacing(0);
+    whole->addWidget(new BodyScroller(body, &dialog), 1);
+    return column;
+}
+
+QVBoxLayout* makeColumn(QWidget& dialog, int spacing) {
+    QVBoxLayout* column = makeBody(dialog, spacing);
     column->addWidget(Labels::title(dialog.windowTitle(), titleFactor, &dialog));
     return column;
 }
@@ -65,7 +78,13 @@ NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& u
     return addNumber(grid, title, Labels::muted(unit, grid.parentWidget()));
 }
 
-QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle) {
+void addButtons(QWidget& dialog, QHBoxLayout* row) {
+    row->setContentsMargins(sideMargin, 0, sideMargin, endMargin);
+    row->setSpacing(Style::grid);
+    qobject_cast<QVBoxLayout*>(dialog.layout())->addLayout(row);
+}
+
+void addButtons(QDialog& dialog, const QString& acceptTitle) {
     auto* accept = new QPushButton(acceptTitle, &dialog);
     accept->setObjectName(QStringLiteral("accept"));
     accept->setDefault(true);
@@ -74,11 +93,10 @@ QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle) {
     QObject::connect(accept, &QPushButton::clicked, &dialog, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
     auto* row = new QHBoxLayout;
-    row->setSpacing(Style::grid);
     row->addStretch();
     row->addWidget(cancel);
     row->addWidget(accept);
-    return row;
+    addButtons(dialog, row);
 }
 
 } // namespace quillabrae::shell::DialogParts

@@ -16,7 +16,10 @@ class NumberField;
 /// What the dialogs are put together from.
 namespace DialogParts {
 
-/// The column of a dialog or of a page of one, within its margins and headed by its window title.
+/// The column of a dialog or of a page of one, within its margins. It scrolls where the dialog gets
+/// less room than it needs.
+QVBoxLayout* makeBody(QWidget& dialog, int spacing);
+/// The same headed by the dialog's window title.
 QVBoxLayout* makeColumn(QWidget& dialog, int spacing);
 
 /// Rows of a title, a control and what follows it; ended by `addNumber` and its like.
@@ -26,9 +29,11 @@ QGridLayout* addGrid(QVBoxLayout& column);
 NumberField* addNumber(QGridLayout& grid, const QString& title, QWidget* unit);
 NumberField* addNumber(QGridLayout& grid, const QString& title, const QString& unit);
 
+/// Puts buttons under the body, where they are always in sight.
+void addButtons(QWidget& dialog, QHBoxLayout* row);
 /// Cancel, and the button of the likeliest choice, named "accept", which Return presses. They end
 /// the dialog.
-QHBoxLayout* makeButtons(QDialog& dialog, const QString& acceptTitle);
+void addButtons(QDialog& dialog, const QString& acceptTitle);
 
 } // namespace DialogParts
 } // namespace quillabrae::shell

@@ -69,7 +69,6 @@ bool bringsImage(const QMimeData& data) {
 FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
     : QDialog(parent), m_environment(std::move(environment)), m_pages(new QStackedLayout(this)) {
     setWindowTitle(tr("Give Feedback"));
-    TextSize::fixSize(*this, dialogSize);
     setAcceptDrops(true);
     m_pages->addWidget(makeForm());
     m_pages->addWidget(makeConfirmation());
@@ -80,6 +79,7 @@ FeedbackDialogView::FeedbackDialogView(Environment environment, QWidget* parent)
                   ? QString()
                   : services::FeedbackError::noService().description);
     showState();
+    TextSize::fixSize(*this, dialogSize);
     m_feedback->setFocus();
 }
 
@@ -114,7 +114,7 @@ QWidget* FeedbackDialogView::makeForm() {
     column->addWidget(m_bar);
 
     column->addSpacing(Style::grid);
-    column->addLayout(makeButtons(form));
+    DialogParts::addButtons(*form, makeButtons(form));
     return form;
 }
 
@@ -140,7 +140,7 @@ QWidget* FeedbackDialogView::makeText(QWidget* form) {
     return part;
 }
 
-QLayout* FeedbackDialogView::makeButtons(QWidget* form) {
+QHBoxLayout* FeedbackDialogView::makeButtons(QWidget* form) {
     m_send = new QPushButton(sendingTitle(), form);
     m_send->setDefault(true);
     Style::markPrimary(*m_send);
@@ -156,7 +156,6 @@ QLayout* FeedbackDialogView::makeButtons(QWidget* form) {
     connect(m_send, &QPushButton::clicked, this, &FeedbackDialogView::accept);
     connect(cancel, &QPushButton::clicked, this, &FeedbackDialogView::reject);
     auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(Style::grid);
     buttons->addStretch();
     buttons->addWidget(cancel);
     buttons->addWidget(m_send);

@@ -13,7 +13,7 @@
 #include <optional>
 
 class QLabel;
-class QLayout;
+class QHBoxLayout;
 class QPlainTextEdit;
 class QPushButton;
 class QStackedLayout;
@@ -67,7 +67,7 @@ protected:
 private:
     QWidget* makeForm();
     QWidget* makeText(QWidget* form);
-    QLayout* makeButtons(QWidget* form);
+    QHBoxLayout* makeButtons(QWidget* form);
     QWidget* makeConfirmation();
     void showLength();
     void chooseImage();

@@ -90,7 +90,7 @@ GenerativeFillDialog::GenerativeFillDialog(store::ProjectStore& store, QWidget* 
     column->addWidget(m_working);
     column->addWidget(m_bar);
     column->addSpacing(Style::grid);
-    column->addLayout(DialogParts::makeButtons(*this, tr("Generate")));
+    DialogParts::addButtons(*this, tr("Generate"));
     m_accept = findChild<QPushButton*>(QStringLiteral("accept"));
 
     connect(&m_barTimer, &QTimer::timeout, m_bar, [this] { m_bar->showFraction(m_fraction); });

@@ -49,7 +49,7 @@ LayerPropertiesDialog::LayerPropertiesDialog(const store::LayerPropertiesDialogR
     switches->addStretch();
     column->addLayout(switches);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
+    DialogParts::addButtons(*this, tr("Apply"));
     m_name->setFocus();
     m_name->selectAll();
 }

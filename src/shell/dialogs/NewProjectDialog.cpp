@@ -62,7 +62,7 @@ NewProjectDialog::NewProjectDialog(QSizeF size, QWidget* parent) : QDialog(paren
     m_need->setObjectName(QStringLiteral("canvasNeed"));
     column->addWidget(m_need);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Create")));
+    DialogParts::addButtons(*this, tr("Create"));
     m_create = findChild<QPushButton*>(QStringLiteral("accept"));
     for (const NumberField* field : {m_width, m_height})
         connect(field, &NumberField::valueChanged, this, &NewProjectDialog::showNeed);

@@ -12,28 +12,36 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QTreeView>
+
+#include <algorithm>
 
 namespace quillabrae::shell {
 namespace {
 
 constexpr QSize dialogSize{760, 520};
+constexpr int widestPlaces = 140;
 
 } // namespace
 
 PackageFileDialog::PackageFileDialog(const QString& title, const QString& folder, AcceptMode mode,
                                      QWidget* parent)
     : QFileDialog(parent, title, folder) {
-    setOptions(DontUseNativeDialog | DontConfirmOverwrite | DontUseCustomDirectoryIcons);
+    setOptions(DontUseNativeDialog | DontConfirmOverwrite | DontUseCustomDirectoryIcons |
+               HideNameFilterDetails);
     setAcceptMode(mode);
     setFileMode(mode == AcceptOpen ? ExistingFile : AnyFile);
     setProxyModel(new PackageModel(this));
     setDirectory(folder);
     m_nameField = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     shareColumns();
+    showPlacesWhole();
     pickPackagesAsFiles();
-    resize(TextSize::scaled(dialogSize.width(), *this),
-           TextSize::scaled(dialogSize.height(), *this));
+    TextSize::limitSize(*this, {});
+    resize(QSize(TextSize::scaled(dialogSize.width(), *this),
+                 TextSize::scaled(dialogSize.height(), *this))
+               .boundedTo(TextSize::roomFor(*this)));
 }
 
 /// Names take what the other columns leave, which are as wide as what is in them.
@@ -42,6 +50,16 @@ void PackageFileDialog::shareColumns() {
     header->setStretchLastSection(false);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
+/// The list of places is as wide as they are, within reason.
+void PackageFileDialog::showPlacesWhole() {
+    auto* places = findChild<QListView*>(QStringLiteral("sidebar"));
+    TextSize::follow(*places, [places] {
+        const int widest = TextSize::scaled(widestPlaces, *places);
+        places->setMinimumWidth(
+            std::min(places->sizeHintForColumn(0) + 2 * places->frameWidth(), widest));
+    });
 }
 
 void PackageFileDialog::pickPackagesAsFiles() {

@@ -27,6 +27,7 @@ protected:
 
 private:
     void shareColumns();
+    void showPlacesWhole();
     void pickPackagesAsFiles();
     void activate(const QModelIndex& index);
     void showSelection(const QModelIndex& index);

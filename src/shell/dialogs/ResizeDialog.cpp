@@ -55,16 +55,14 @@ QVBoxLayout* addSection(QVBoxLayout& column, const QString& title, QWidget* sect
 ResizeDialog::ResizeDialog(const ResizeDialogRequest& request, QWidget* parent)
     : QDialog(parent), m_request(request), m_fields(request) {
     TextSize::fixSize(*this, dialogSize);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
-    column->setSpacing(3 * Style::grid);
+    QVBoxLayout* column = DialogParts::makeBody(*this, 3 * Style::grid);
     addModes(*column);
     addBasis(*column);
     addPixelSize(*column);
     addPrintSize(*column);
     addAnchor(*column);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
+    DialogParts::addButtons(*this, tr("Apply"));
     refresh();
     m_percentage->setFocus();
     m_percentage->selectAll();

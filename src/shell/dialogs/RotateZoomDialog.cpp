@@ -29,7 +29,7 @@ RotateZoomDialog::RotateZoomDialog(QWidget* parent) : QDialog(parent) {
     column->addWidget(m_angle);
     column->addWidget(m_zoom);
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Apply")));
+    DialogParts::addButtons(*this, tr("Apply"));
 }
 
 store::RotateZoomDialogResult RotateZoomDialog::answer() const {

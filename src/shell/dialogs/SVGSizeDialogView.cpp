@@ -55,7 +55,7 @@ SVGSizeDialogView::SVGSizeDialogView(QSizeF naturalSize, QWidget* parent)
         showFields(m_height);
     });
     column->addStretch();
-    column->addLayout(DialogParts::makeButtons(*this, tr("Import")));
+    DialogParts::addButtons(*this, tr("Import"));
     m_width->setFocus();
     m_width->selectAll();
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr QSize stackSize{60, 56};
 constexpr QRect primaryPlace{0, 0, 36, 36};
 constexpr QRect secondaryPlace{24, 20, 36, 36};
-constexpr QPoint swapPlace{39, -2};
+constexpr QPoint swapPlace{38, -2};
 constexpr int swapExtent = 22;
 constexpr int swapIconExtent = 16;
 

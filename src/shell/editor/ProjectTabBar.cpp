@@ -7,7 +7,7 @@
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandTable.h"
 #include "shell/controls/IconButton.h"
-#include "shell/controls/ScrollHints.h"
+#include "shell/controls/SidewaysScroller.h"
 #include "shell/controls/TextSize.h"
 #include "shell/editor/ProjectTab.h"
 #include "shell/editor/ProjectThumbnail.h"
@@ -17,9 +17,6 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QStyle>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -34,27 +31,6 @@ constexpr int tabHeight = 40;
 constexpr int hintedEdge = 40;
 /// Pictures follow a little behind the work, so that a run of edits makes one.
 constexpr std::chrono::milliseconds thumbnailDelay{60};
-
-/// As wide as its content, where there is room.
-class FittingScroller final : public QScrollArea {
-public:
-    using QScrollArea::QScrollArea;
-    QSize sizeHint() const override { return widget()->sizeHint(); }
-};
-
-QScrollArea* makeScroller(QWidget* content, QWidget* parent) {
-    auto* scroller = new FittingScroller(parent);
-    scroller->setWidget(content);
-    scroller->setWidgetResizable(true);
-    scroller->setFrameShape(QFrame::NoFrame);
-    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroller->setFocusPolicy(Qt::NoFocus);
-    scroller->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
-    scroller->viewport()->setAutoFillBackground(false);
-    content->setAutoFillBackground(false);
-    return scroller;
-}
 
 } // namespace
 
@@ -74,8 +50,7 @@ ProjectTabBar::ProjectTabBar(const store::ProjectStore& store, WindowCoordinator
     m_row->setContentsMargins(0, 0, 0, 0);
     m_row->setSpacing(Style::grid / 2);
     m_row->setSizeConstraint(QLayout::SetMinAndMaxSize);
-    m_scroller = makeScroller(content, this);
-    new ScrollHints(*m_scroller);
+    m_scroller = new SidewaysScroller(content, this);
 
     const Command& newProject = command(CommandID::newProject);
     auto* create = new IconButton({.symbolName = QStringLiteral("plus"),
@@ -173,18 +148,7 @@ void ProjectTabBar::refreshTabs() {
     });
     m_row->activate();
     m_scroller->updateGeometry();
-    if (active != m_tabs.end()) bringIntoSight(**active);
-}
-
-/// The scroller's own way forgets that its bar counts from where text begins.
-void ProjectTabBar::bringIntoSight(const ProjectTab& tab) {
-    const QWidget& row = *m_scroller->widget();
-    const QRect place = QStyle::visualRect(layoutDirection(), row.rect(), tab.geometry())
-                            .adjusted(-hintedEdge, 0, hintedEdge, 0)
-                            .intersected(row.rect());
-    QScrollBar* bar = m_scroller->horizontalScrollBar();
-    const int last = place.right() + 1 - m_scroller->viewport()->width();
-    bar->setValue(std::min(std::max(bar->value(), last), place.left()));
+    if (active != m_tabs.end()) m_scroller->bringIntoSight(**active, hintedEdge);
 }
 
 void ProjectTabBar::projectChanged(const QUuid& id) {
@@ -236,11 +200,7 @@ void ProjectTabBar::paintEvent(QPaintEvent*) {
 }
 
 void ProjectTabBar::wheelEvent(QWheelEvent* event) {
-    const QPoint turn = event->angleDelta();
-    // The bar counts from where text begins.
-    const int sideways = layoutDirection() == Qt::RightToLeft ? -turn.x() : turn.x();
-    QScrollBar* bar = m_scroller->horizontalScrollBar();
-    bar->setValue(bar->value() - (sideways != 0 ? sideways : turn.y()) / 2);
+    m_scroller->turn(*event);
     event->accept();
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QScrollArea>
 #include <QTimer>
 #include <QUuid>
 #include <QWidget>
@@ -27,6 +26,7 @@ namespace quillabrae::shell {
 
 class LayerPictureCache;
 class ProjectTab;
+class SidewaysScroller;
 class WindowCoordinator;
 
 /// The open projects as a row of tabs that scrolls sideways, and a button for a new one. At the end
@@ -48,7 +48,6 @@ private:
     void matchProjects();
     ProjectTab* makeTab(const QUuid& id);
     void refreshTabs();
-    void bringIntoSight(const ProjectTab& tab);
     void refreshThumbnails();
     struct Thumbnail;
     void takeThumbnails(const std::vector<Thumbnail>& thumbnails);
@@ -56,7 +55,7 @@ private:
 
     const store::ProjectStore& m_store;
     WindowCoordinator& m_windows;
-    QScrollArea* m_scroller;
+    SidewaysScroller* m_scroller;
     QHBoxLayout* m_row;
     std::vector<ProjectTab*> m_tabs;
     /// Tabs whose picture is behind their project.

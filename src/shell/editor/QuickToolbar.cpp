@@ -3,6 +3,7 @@
 
 #include "shell/controls/Divider.h"
 #include "shell/controls/IconButton.h"
+#include "shell/controls/SidewaysScroller.h"
 #include "shell/controls/TextSize.h"
 #include "shell/editor/ToolOptions.h"
 #include "shell/looks/Style.h"
@@ -25,15 +26,25 @@ QuickToolbar::QuickToolbar(CommandContext context, QWidget* parent)
     : QWidget(parent), m_context(context) {
     TextSize::follow(*this, [this] { setFixedHeight(TextSize::rowHeight(*this, barHeight)); });
     setAccessibleName(tr("Quick toolbar"));
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Style::grid, 0, Style::grid, 1);
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(Style::grid, 0, Style::grid, 0);
     layout->setSpacing(buttonSpacing);
     for (const ToolbarItem& item : quickToolbarItems()) add(item, layout);
     layout->addWidget(new Divider(this));
     layout->addWidget(new ToolOptions(m_context.store, this));
     layout->addStretch();
+    m_scroller = new SidewaysScroller(row, this);
+    m_scroller->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    auto* whole = new QHBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 1);
+    whole->addWidget(m_scroller);
     followStore();
     refresh();
+}
+
+QSize QuickToolbar::minimumSizeHint() const {
+    return {m_scroller->widget()->minimumSizeHint().width(), height()};
 }
 
 void QuickToolbar::add(const ToolbarItem& item, QHBoxLayout* layout) {

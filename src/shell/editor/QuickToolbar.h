@@ -12,6 +12,7 @@ class QHBoxLayout;
 namespace quillabrae::shell {
 
 class IconButton;
+class SidewaysScroller;
 class ToolOptions;
 
 /// One button of the quick toolbar, which shows and does what its command's row says; or a divider.
@@ -31,12 +32,16 @@ struct ToolbarItem {
 
 std::span<const ToolbarItem> quickToolbarItems();
 
-/// The row of buttons under the tabs, followed by the options of the selected tool.
+/// The row of buttons under the tabs, followed by the options of the selected tool. On a screen
+/// that is too narrow for it, it scrolls.
 class QuickToolbar final : public QWidget {
     Q_OBJECT
 
 public:
     explicit QuickToolbar(CommandContext context, QWidget* parent = nullptr);
+
+    /// So wide that nothing of it has to be scrolled.
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -53,6 +58,7 @@ private:
 
     CommandContext m_context;
     std::vector<Entry> m_entries;
+    SidewaysScroller* m_scroller = nullptr;
 };
 
 } // namespace quillabrae::shell

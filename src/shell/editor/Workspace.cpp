@@ -82,7 +82,8 @@ void Workspace::showProject() {
 
 void Workspace::addPanel(FloatingPanel* panel, PanelCorner corner) {
     const PanelCorner own = layoutDirection() == Qt::RightToLeft ? mirrored(corner) : corner;
-    m_panels.push_back({panel, {own, {panelMargin, panelMargin}}});
+    const PanelPlace home{own, {panelMargin, panelMargin}};
+    m_panels.push_back({panel, home, home});
     connect(panel, &FloatingPanel::sizeChanged, this, &Workspace::placePanels);
     connect(panel, &FloatingPanel::sizeChanged, this, &QWidget::updateGeometry);
     connect(panel, &FloatingPanel::moveRequested, this,
@@ -127,11 +128,32 @@ QSize Workspace::room() const {
     return size() - QSize(bar, bar);
 }
 
+/// A panel that is higher than the room scrolls, and gets room for the bar.
+QSize Workspace::fittingSize(const FloatingPanel& panel) const {
+    const QSize wanted =
+        panel.sizeHint().expandedTo(panel.minimumSize()).boundedTo(panel.maximumSize());
+    const int highest = std::max(room().height() - 2 * panelMargin, panel.minimumSize().height());
+    if (wanted.height() <= highest) return wanted;
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    return {wanted.width() + bar, highest};
+}
+
+/// Until it is moved, a panel that the room is too low for stands beside the one that is there.
+QRect Workspace::beside(const FloatingPanel& other, QRect panel) const {
+    if (!panel.intersects(other.geometry())) return panel;
+    if (layoutDirection() == Qt::RightToLeft)
+        panel.moveRight(other.geometry().left() - 1 - panelMargin);
+    else
+        panel.moveLeft(other.geometry().right() + 1 + panelMargin);
+    return insideRoom(panel, room());
+}
+
 void Workspace::placePanels() {
-    for (const auto& [panel, place] : m_panels) {
-        const QSize wanted =
-            panel->sizeHint().expandedTo(panel->minimumSize()).boundedTo(panel->maximumSize());
-        panel->setGeometry(panelRect(place, wanted, room()));
+    for (const Floating& floating : m_panels) {
+        const auto& [panel, place, home] = floating;
+        QRect rect = panelRect(place, fittingSize(*panel), room());
+        if (panel == m_colors && place == home) rect = beside(*m_tools, rect);
+        panel->setGeometry(rect);
     }
 }
 

@@ -48,6 +48,8 @@ private:
     struct Floating {
         FloatingPanel* panel = nullptr;
         PanelPlace place;
+        /// Where it stands until it is moved.
+        PanelPlace home;
     };
 
     /// `corner` is where it stands while text runs from left to right.
@@ -55,6 +57,8 @@ private:
     void showProject();
     QSize room() const;
     void shareHeight();
+    QSize fittingSize(const FloatingPanel& panel) const;
+    QRect beside(const FloatingPanel& other, QRect panel) const;
     void placePanels();
     void movePanel(FloatingPanel* panel, QPoint topLeft);
 

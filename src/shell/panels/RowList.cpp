@@ -7,6 +7,12 @@
 #include <QPainter>
 
 namespace quillabrae::shell::RowList {
+namespace {
+
+/// So that a list in a low window still shows a row.
+constexpr int leastHeight = 48;
+
+} // namespace
 
 void prepare(QListView& list) {
     list.setFrameShape(QFrame::NoFrame);
@@ -16,6 +22,7 @@ void prepare(QListView& list) {
     list.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     list.setFocusPolicy(Qt::TabFocus);
     list.setMouseTracking(true);
+    list.setMinimumHeight(leastHeight);
     list.viewport()->setAutoFillBackground(false);
 }
 

@@ -116,7 +116,6 @@ void PluginLibraryView::buildContent() {
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_content = new QWidget;
     auto* column = new QVBoxLayout(m_content);
     column->setContentsMargins(margin, margin, margin, margin);

@@ -2,6 +2,7 @@
 #include "shell/quickstart/PaintNetQuickStartView.h"
 
 #include "shell/commands/CommandActions.h"
+#include "shell/controls/BodyScroller.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/TextSize.h"
@@ -42,7 +43,8 @@ PaintNetQuickStartView::PaintNetQuickStartView(const CommandActions& actions)
     row->addWidget(makeSteps());
     auto* column = new QVBoxLayout;
     column->setSpacing(0);
-    for (const TourPage& page : tourPages()) m_pages->addWidget(new TourPageView(page));
+    for (const TourPage& page : tourPages())
+        m_pages->addWidget(new BodyScroller(new TourPageView(page)));
     column->addWidget(m_pages, 1);
     column->addWidget(makeFooter());
     row->addLayout(column, 1);

@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QScrollBar>
@@ -46,8 +47,11 @@ QWidget* makeTool(model::PaintTool tool, QWidget* parent) {
     return row;
 }
 
+/// Keys are in one order in every language, those that end with a sign too.
 QString keysText(const QKeySequence& keys) {
-    return keys.toString(QKeySequence::NativeText);
+    constexpr QChar leftToRightMark(0x200e);
+    const QString text = keys.toString(QKeySequence::NativeText);
+    return text.isEmpty() || !QGuiApplication::isRightToLeft() ? text : text + leftToRightMark;
 }
 
 QTreeWidgetItem* addSection(QTreeWidget& table, const QString& title) {

@@ -22,7 +22,7 @@ constexpr QSize tallRoom{244, 430};
 
 } // namespace
 
-TourPageView::TourPageView(const TourPage& page, QWidget* parent) : QWidget(parent) {
+TourPageView::TourPageView(const TourPage& page, QWidget* parent) : ScrolledBody(parent) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(sideMargin, topMargin, sideMargin, 2 * Style::grid);
     column->setSpacing(2 * Style::grid);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QWidget>
+#include "shell/controls/BodyScroller.h"
 
 class QVBoxLayout;
 
@@ -11,7 +11,7 @@ struct TourPage;
 struct TourPoint;
 
 /// One page of the tour: its heading, its figure and its points.
-class TourPageView final : public QWidget {
+class TourPageView final : public ScrolledBody {
     Q_OBJECT
 
 public:

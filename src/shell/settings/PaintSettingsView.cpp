@@ -47,7 +47,6 @@ QScrollArea* makeFrame(QWidget* parent) {
     frame->setFrameShape(QFrame::NoFrame);
     frame->setWidgetResizable(true);
     frame->setFocusPolicy(Qt::NoFocus);
-    frame->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     return frame;
 }
 

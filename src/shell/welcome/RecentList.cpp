@@ -52,9 +52,13 @@ QWidget* RecentList::makeEmptyRecents() {
     auto* layout = new QVBoxLayout(empty);
     layout->setContentsMargins(0, 3 * Style::grid, 0, 3 * Style::grid);
     layout->setSpacing(Style::grid / 2);
-    layout->addWidget(Labels::body(tr("No recent projects yet"), empty), 0, Qt::AlignHCenter);
-    layout->addWidget(Labels::muted(tr("Saved and opened projects will appear here."), empty), 0,
-                      Qt::AlignHCenter);
+    for (QLabel* label :
+         {Labels::body(tr("No recent projects yet"), empty),
+          Labels::muted(tr("Saved and opened projects will appear here."), empty)}) {
+        label->setWordWrap(true);
+        label->setAlignment(Qt::AlignHCenter);
+        layout->addWidget(label);
+    }
     return empty;
 }
 

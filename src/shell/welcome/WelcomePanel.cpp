@@ -4,6 +4,7 @@
 #include "platform/QtMimeSource.h"
 #include "shell/app/WindowCoordinator.h"
 #include "shell/commands/CommandActions.h"
+#include "shell/controls/BodyScroller.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SymbolLabel.h"
@@ -21,6 +22,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -28,6 +30,7 @@ namespace quillabrae::shell {
 namespace {
 
 constexpr int sideMargin = 28;
+constexpr int topMargin = 40;
 constexpr int closeExtent = 28;
 constexpr int buttonHeight = 36;
 constexpr int logoExtent = 56;
@@ -44,33 +47,46 @@ QPushButton* makeButton(const QString& title, QWidget* parent) {
 
 WelcomePanel::WelcomePanel(store::ProjectStore& store, WindowCoordinator& windows,
                            const CommandActions& actions)
-    : m_store(store), m_windows(windows) {
+    : m_store(store), m_windows(windows), m_closeButton(makeCloseButton()) {
     setAcceptDrops(true);
     actions.addKeysTo(*this);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(sideMargin, 40, sideMargin, 2 * Style::grid);
-    layout->setSpacing(0);
-    build(*layout);
+    auto* body = new ScrolledBody;
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(new BodyScroller(body, this));
+    m_closeButton->raise();
+
+    auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(sideMargin, topMargin, sideMargin, 2 * Style::grid);
+    column->setSpacing(0);
+    build(*column);
     followStore();
     refresh();
 }
 
-void WelcomePanel::build(QVBoxLayout& layout) {
-    m_closeButton = new IconButton({.symbolName = QStringLiteral("xmark"),
-                                    .title = tr("Close"),
-                                    .help = tr("Closes this panel."),
-                                    .extent = closeExtent,
-                                    .iconExtent = Style::smallIcon},
-                                   this);
-    m_closeButton->setObjectName(QStringLiteral("closeWelcome"));
-    connect(static_cast<QAbstractButton*>(m_closeButton), &QAbstractButton::clicked, this,
-            &QWidget::close, Qt::QueuedConnection);
+QWidget* WelcomePanel::makeCloseButton() {
+    auto* button = new IconButton({.symbolName = QStringLiteral("xmark"),
+                                   .title = tr("Close"),
+                                   .help = tr("Closes this panel."),
+                                   .extent = closeExtent,
+                                   .iconExtent = Style::smallIcon},
+                                  this);
+    button->setObjectName(QStringLiteral("closeWelcome"));
+    connect(button, &QAbstractButton::clicked, this, &QWidget::close, Qt::QueuedConnection);
+    return button;
+}
 
+void WelcomePanel::build(QVBoxLayout& layout) {
     buildHeader(layout);
     layout.addSpacing(3 * Style::grid);
     buildButtons(layout);
     layout.addSpacing(2 * Style::grid);
+    buildOffers(layout);
+    layout.addSpacing(2 * Style::grid);
+    buildRecents(layout);
+}
 
+void WelcomePanel::buildOffers(QVBoxLayout& layout) {
     auto* tour =
         new ActionRow({.symbolName = QStringLiteral("graduationcap"),
                        .heading = tr("Coming from Paint.NET?"),
@@ -79,9 +95,6 @@ void WelcomePanel::build(QVBoxLayout& layout) {
                        .help = tr("Open the Paint.NET quick-start guide")},
                       this);
     connect(tour, &QAbstractButton::clicked, this, [this] { m_windows.showPaintNetQuickStart(); });
-    layout.addWidget(tour);
-    layout.addSpacing(Style::grid);
-
     m_closedWork =
         new ActionRow({.symbolName = QStringLiteral("clock.arrow.circlepath"),
                        .heading = tr("Reopen Closed Work"),
@@ -93,17 +106,21 @@ void WelcomePanel::build(QVBoxLayout& layout) {
     connect(
         m_closedWork, &QAbstractButton::clicked, this, [this] { m_windows.reopenClosedWork(); },
         Qt::QueuedConnection);
+    layout.addWidget(tour);
+    layout.addSpacing(Style::grid);
     layout.addWidget(m_closedWork);
-    layout.addSpacing(2 * Style::grid);
+}
 
-    layout.addWidget(Labels::heading(tr("Recent"), this));
-    layout.addSpacing(Style::grid / 2);
+/// What was open lately, and under it why something could not be opened.
+void WelcomePanel::buildRecents(QVBoxLayout& layout) {
     m_recents = new RecentList(m_store, m_windows, this);
-    layout.addWidget(m_recents, 1);
     m_status = Labels::muted({}, this);
     m_status->setObjectName(QStringLiteral("welcomeStatus"));
     m_status->setWordWrap(true);
     m_status->setContentsMargins(0, Style::grid, 0, 0);
+    layout.addWidget(Labels::heading(tr("Recent"), this));
+    layout.addSpacing(Style::grid / 2);
+    layout.addWidget(m_recents, 1);
     layout.addWidget(m_status);
 }
 
@@ -153,7 +170,8 @@ void WelcomePanel::refresh() {
 }
 
 void WelcomePanel::resizeEvent(QResizeEvent*) {
-    m_closeButton->move(width() - closeExtent - Style::grid, Style::grid);
+    const QRect corner(width() - closeExtent - Style::grid, Style::grid, closeExtent, closeExtent);
+    m_closeButton->setGeometry(QStyle::visualRect(layoutDirection(), rect(), corner));
 }
 
 void WelcomePanel::paintEvent(QPaintEvent*) {

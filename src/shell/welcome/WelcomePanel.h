@@ -40,16 +40,19 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    QWidget* makeCloseButton();
     void build(QVBoxLayout& layout);
     void buildHeader(QVBoxLayout& layout);
     void buildButtons(QVBoxLayout& layout);
+    void buildOffers(QVBoxLayout& layout);
+    void buildRecents(QVBoxLayout& layout);
     void followStore();
     void refresh();
     void markDropTarget(bool isTargeted);
 
     store::ProjectStore& m_store;
     WindowCoordinator& m_windows;
-    QWidget* m_closeButton = nullptr;
+    QWidget* m_closeButton;
     ActionRow* m_closedWork = nullptr;
     RecentList* m_recents = nullptr;
     QLabel* m_status = nullptr;

@@ -1,0 +1,270 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every window and dialog on a screen that is smaller than it wants to be, with large letters and
+// with longer words: nothing reaches beyond the screen, and all of it can be got at.
+#include "effects/OpenAIKeychainService.h"
+#include "platform/PackageInstaller.h"
+#include "platform/Translations.h"
+#include "platform/WorkRunner.h"
+#include "services/AppUpdateService.h"
+#include "services/FeedbackAttachmentService.h"
+#include "services/FeedbackService.h"
+#include "shell/ClippedTexts.h"
+#include "shell/ShellTest.h"
+#include "shell/TestAccount.h"
+#include "shell/app/DesktopWindows.h"
+#include "shell/controls/BodyScroller.h"
+#include "shell/controls/SidewaysScroller.h"
+#include "shell/controls/TextSize.h"
+#include "shell/dialogs/Alert.h"
+#include "shell/dialogs/AlignObjectDialog.h"
+#include "shell/dialogs/ColorRemovalDialog.h"
+#include "shell/dialogs/FeedbackDialogView.h"
+#include "shell/dialogs/GenerativeFillDialog.h"
+#include "shell/dialogs/LayerPropertiesDialog.h"
+#include "shell/dialogs/NewProjectDialog.h"
+#include "shell/dialogs/PackageFileDialog.h"
+#include "shell/dialogs/ProgressDialog.h"
+#include "shell/dialogs/ResizeDialog.h"
+#include "shell/dialogs/RotateZoomDialog.h"
+#include "shell/dialogs/SVGSizeDialogView.h"
+#include "shell/editor/ToolsPalette.h"
+#include "shell/editor/Workspace.h"
+#include "shell/looks/SystemFontSize.h"
+#include "shell/looks/SystemMotion.h"
+#include "shell/panels/ColorPanel.h"
+#include "shell/panels/HistoryPanel.h"
+#include "shell/panels/LayersPanel.h"
+#include "shell/settings/PaintSettingsView.h"
+#include "store/PromptTexts.h"
+#include "support/PseudoLanguages.h"
+#include "support/ScriptedHttpClient.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace quillabrae::shell {
+namespace {
+
+struct Reader {
+    const char* name = "";
+    QString language;
+    double letters = 1.0;
+};
+
+class SmallScreenTest : public ShellTest, public testing::WithParamInterface<Reader> {
+protected:
+    class NoInstaller final : public platform::PackageInstaller {
+    public:
+        HandOver install(const QString&) override { return HandOver::noInstaller; }
+    };
+
+    SmallScreenTest() {
+        letters.use(GetParam().letters);
+        makeProject(*store);
+        updates = std::make_unique<services::AppUpdateService>(
+            services::UpdateSource::from(QUrl(QStringLiteral("https://example.org/feed")),
+                                         QString::fromLatin1(QByteArray(32, 'k').toBase64()),
+                                         QStringLiteral("1.0")),
+            services::AppUpdater::Environment{http, installer, folder.filePath(QStringLiteral("u")),
+                                              platform::makeDirectLatestWork},
+            preferences, clock);
+        desktop = std::make_unique<DesktopWindows>(
+            SettingsContext{*store, preferences, keychain, [](const QUrl&) {}, *account.none},
+            motion, *updates);
+        host.setScreen(screen);
+        host.setGeometry(screen->availableGeometry());
+        host.show();
+    }
+    ~SmallScreenTest() override { letters.use(1.0); }
+
+    std::unique_ptr<QWidget> makeWindow(WindowRole role) {
+        auto window = desktop->makeWindow(role, *coordinator);
+        window->setScreen(screen);
+        window->move(screen->availableGeometry().topLeft());
+        window->show();
+        runDeferred();
+        window->resize(window->minimumSize());
+        return window;
+    }
+
+    void expectReachable(QWidget& window, const QString& name) const {
+        // Where windows are put is the desktop's to say.
+        if (!window.isVisible()) window.move(screen->availableGeometry().topLeft());
+        window.show();
+        runDeferred();
+        SCOPED_TRACE(name.toStdString());
+        EXPECT_EQ(window.screen(), screen);
+        const QRect frame = window.frameGeometry();
+        EXPECT_TRUE(screen->availableGeometry().contains(frame))
+            << frame.x() << ' ' << frame.y() << ' ' << frame.width() << ' ' << frame.height();
+        EXPECT_EQ(clippedTexts(window).join(u'\n').toStdString(), "");
+        for (const QScrollArea* area : window.findChildren<QScrollArea*>()) {
+            if (!area->isVisible()) continue;
+            EXPECT_TRUE(showsAll(*area)) << area->widget()->width();
+        }
+    }
+    /// From side to side, where it is not scrolled by the wheel.
+    static bool showsAll(const QScrollArea& area) {
+        if (area.horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) return true;
+        if (qobject_cast<const SidewaysScroller*>(&area) != nullptr) return true;
+        // The bar of a body lies over the margin.
+        const bool isBody = qobject_cast<const BodyScroller*>(&area) != nullptr;
+        return area.widget()->width() <= (isBody ? area.width() : area.viewport()->width());
+    }
+    void expectReachable(const Alert& alert) {
+        QTimer::singleShot(0, qApp, [this, &alert] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            expectReachable(*dialog, alert.message);
+            EXPECT_EQ(dialog->findChildren<QPushButton*>().size(), alert.buttons.size());
+            dialog->close();
+        });
+        runAlert(alert, &host);
+    }
+
+    QScreen* screen = QGuiApplication::screens().at(1);
+    platform::Translations language{{GetParam().language}};
+    SystemFontSize letters;
+    tests::ScriptedHttpClient http;
+    NoInstaller installer;
+    TestAccount account;
+    effects::OpenAIKeychainService keychain{account.secrets};
+    SystemMotion motion;
+    std::unique_ptr<services::AppUpdateService> updates;
+    std::unique_ptr<DesktopWindows> desktop;
+    /// What dialogs belong to.
+    QWidget host;
+};
+
+TEST_P(SmallScreenTest, TheEditorFitsWithEveryToolsOptions) {
+    const auto window = makeWindow(WindowRole::editor);
+    for (const model::PaintTool tool : model::allPaintTools()) {
+        store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
+        expectReachable(*window, model::title(tool));
+    }
+}
+
+TEST_P(SmallScreenTest, NoPanelHidesToolsOrReachesBeyondTheRoom) {
+    const auto window = makeWindow(WindowRole::editor);
+    expectReachable(*window, QStringLiteral("editor"));
+    const auto* workspace = window->findChild<Workspace*>();
+    const auto* tools = window->findChild<ToolsPalette*>();
+    const auto* colors = window->findChild<ColorPanel*>();
+    EXPECT_FALSE(tools->geometry().intersects(colors->geometry()));
+    for (const FloatingPanel* panel : window->findChildren<FloatingPanel*>())
+        EXPECT_TRUE(workspace->rect().contains(panel->geometry()))
+            << qPrintable(panel->accessibleName());
+    const auto* layers = window->findChild<LayersPanel*>();
+    const auto* history = window->findChild<HistoryPanel*>();
+    EXPECT_FALSE(layers->geometry().intersects(history->geometry()));
+}
+
+TEST_P(SmallScreenTest, TheOtherWindowsFit) {
+    saveTo(*store, QStringLiteral("boat.quillabrae"));
+    expectReachable(*makeWindow(WindowRole::welcome), QStringLiteral("welcome"));
+    expectReachable(*makeWindow(WindowRole::pluginLibrary), QStringLiteral("library"));
+    const auto tour = makeWindow(WindowRole::paintNetQuickStart);
+    auto* steps = tour->findChild<QListWidget*>();
+    for (int step = 0; step < steps->count(); ++step) {
+        steps->setCurrentRow(step);
+        expectReachable(*tour, steps->item(step)->text());
+    }
+    const auto settings = makeWindow(WindowRole::settings);
+    for (const auto section : allPaintSettingsSections()) {
+        dynamic_cast<PaintSettingsView&>(*settings).showSection(section);
+        expectReachable(*settings, title(section));
+    }
+}
+
+TEST_P(SmallScreenTest, TheDialogsFit) {
+    NewProjectDialog project({90'000, 62'000}, &host);
+    expectReachable(project, QStringLiteral("new project"));
+    for (const auto mode : {ResizeDialogMode::image, ResizeDialogMode::canvas}) {
+        ResizeDialog resize({.mode = mode,
+                             .canvasSize = {900, 620},
+                             .resolutionDPI = 96,
+                             .anchor = model::CanvasAnchor::center},
+                            &host);
+        expectReachable(resize, QStringLiteral("resize"));
+    }
+    AlignObjectDialog align([](store::AlignObjectAction) {}, &host);
+    expectReachable(align, QStringLiteral("align"));
+    ColorRemovalDialog removal(
+        store->settings(), [](const store::ColorRemovalSettings&) {}, &host);
+    expectReachable(removal, QStringLiteral("color removal"));
+    RotateZoomDialog rotate(&host);
+    expectReachable(rotate, QStringLiteral("rotate"));
+    LayerPropertiesDialog layer(store::LayerPropertiesDialogResult{}, &host);
+    expectReachable(layer, QStringLiteral("layer properties"));
+    GenerativeFillDialog fill(*store, &host);
+    expectReachable(fill, QStringLiteral("generative fill"));
+    SVGSizeDialogView svg({900, 620}, &host);
+    expectReachable(svg, QStringLiteral("import svg"));
+    const services::FeedbackService service(http, services::WebService({}), {});
+    services::FeedbackAttachmentService attachments({});
+    FeedbackDialogView feedback({service, attachments, [](QWidget*) { return std::nullopt; }},
+                                &host);
+    expectReachable(feedback, QStringLiteral("feedback"));
+    PackageFileDialog file(QStringLiteral("Open"), folder.path(), QFileDialog::AcceptOpen, &host);
+    expectReachable(file, QStringLiteral("open"));
+    platform::WorkControl control;
+    ProgressDialog progress(QStringLiteral("Saving a project of a name that is not short"), control,
+                            &host);
+    expectReachable(progress, QStringLiteral("progress"));
+}
+
+TEST_P(SmallScreenTest, TheAlertsFit) {
+    expectReachable(Alerts::flattenBeforeSaving(3));
+    expectReachable(Alerts::replaceFile(QStringLiteral("a picture of the lake.quillabrae")));
+    expectReachable(Alerts::saveBeforeClosing(QStringLiteral("a picture of the lake")));
+    expectReachable(Alerts::pasteImage({640, 480}, store::PasteTarget::smallerCanvas));
+}
+
+TEST_P(SmallScreenTest, TheButtonsOfATallDialogStayWhileItsBodyScrolls) {
+    ResizeDialog resize({.mode = ResizeDialogMode::canvas,
+                         .canvasSize = {900, 620},
+                         .resolutionDPI = 96,
+                         .anchor = model::CanvasAnchor::center},
+                        &host);
+    expectReachable(resize, QStringLiteral("resize"));
+    const auto* body = resize.findChild<BodyScroller*>();
+    EXPECT_GT(body->verticalScrollBar()->maximum(), 0);
+    const auto* accept = resize.findChild<QPushButton*>(QStringLiteral("accept"));
+    EXPECT_FALSE(body->isAncestorOf(accept));
+    EXPECT_TRUE(resize.rect().contains(accept->geometry()));
+}
+
+TEST(WindowsAndScreens, AWindowThatComesToASmallScreenIsCutToItAndGrowsAgain) {
+    const auto screens = QGuiApplication::screens();
+    QWidget window;
+    auto* tall = new ScrolledBody;
+    tall->setMinimumSize(700, 900);
+    auto* layout = new QVBoxLayout(&window);
+    layout->addWidget(new BodyScroller(tall, &window));
+    TextSize::fixSize(window, {});
+    window.show();
+    EXPECT_GE(window.height(), 900);
+    for (const int number : {1, 0}) {
+        window.setScreen(screens.at(number));
+        window.move(screens.at(number)->availableGeometry().topLeft());
+        QCoreApplication::processEvents();
+        EXPECT_EQ(window.height() < 600, number == 1);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Readers, SmallScreenTest,
+                         testing::Values(Reader{"Usual", QStringLiteral("en"), 1.0},
+                                         Reader{"LargeLetters", QStringLiteral("en"), 2.0},
+                                         Reader{"LongWords", longLanguage(), 1.0},
+                                         Reader{"LargeLettersAndLongWords", longLanguage(), 2.0},
+                                         Reader{"RightToLeft", rightToLeftLanguage(), 1.5}),
+                         [](const auto& reader) { return std::string(reader.param.name); });
+
+} // namespace
+} // namespace quillabrae::shell
