@@ -86,6 +86,7 @@ const std::vector<Hostile> hostileInputs{
     {"Steps", [] { return "file:///" + repeated("a/../"); }},
     {"HandOverOfLines", [] { return handOverOf("", "file:///a\n"); }},
     {"HandOverOfSteps", [] { return handOverOf("file:///", "a/../"); }},
+    {"HandOverOfSlashes", [] { return handOverOf("file://", "/"); }},
     {"HandOver",
      [] { return "quillabrae 1\n" + QByteArray::fromHex("7fffffff") + repeated("file:///a\n"); }},
 };

@@ -22,8 +22,8 @@ public:
     bool isThere() const { return !m_folder.isEmpty(); }
     /// Puts this process, and those that it starts, into it. Whether it is there then.
     bool enter() const;
-    /// The most that was held at once so far, in bytes, with what is read and written through it; 0
-    /// where the kernel does not tell.
+    /// The most that was held at once so far, in bytes, the kernel's pages of files included; 0
+    /// where it does not tell.
     qint64 peak() const;
 
 private:
