@@ -21,9 +21,12 @@ using model::PaintHistoryState;
 using model::PaintLayer;
 using model::PaintProject;
 
-Moment Moment::of(const Session& session) {
+Moment Moment::of(Session& session) {
     const store::ProjectStore& store = session.store();
-    Moment moment{store.openProjects(), store.activeProjectID(), {}};
+    const canvas::CanvasView& view = session.canvas().view();
+    const bool hasDraft =
+        view.shapeDraft().activeShapeDraft() || view.textDraft().activeTextDraft();
+    Moment moment{store.openProjects(), store.activeProjectID(), {}, hasDraft};
     for (const PaintProject& project : moment.projects)
         moment.histories.insert(project.id, store.history(project.id));
     return moment;
@@ -284,8 +287,10 @@ bool putsDownAndGoesOn(const Step& step) {
     // The keyboard presses a tool that only clicks and lets it go in one.
     const bool mayClick = step.verb() == QLatin1StringView("canvas.key") &&
                           step.line.value(QStringLiteral("key")) == QStringLiteral("space");
-    return mayClick || isOneOf(step.verb(), {"store.flattenLayerDown", "store.invertActiveImage",
-                                             "store.trimTransparentWhitespace"});
+    // A draft outlives undo and redo, which can bring floating pixels back under it.
+    return mayClick || step.before.hasDraft ||
+           isOneOf(step.verb(), {"store.flattenLayerDown", "store.invertActiveImage",
+                                 "store.trimTransparentWhitespace"});
 }
 
 /// The definition of putting down, pixel by pixel: nearest neighbour, source over.

@@ -22,8 +22,10 @@ struct Moment {
     std::vector<model::PaintProject> projects;
     std::optional<QUuid> activeProjectID;
     QHash<QUuid, model::PaintHistoryState> histories;
+    /// Whether the canvas shows a shape or a text that can still be changed.
+    bool hasDraft = false;
 
-    static Moment of(const Session& session);
+    static Moment of(Session& session);
     /// Null for a project that is not open.
     const model::PaintProject* project(const QUuid& id) const;
     const model::PaintProject* activeProject() const;
