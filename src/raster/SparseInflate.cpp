@@ -208,17 +208,19 @@ public:
     std::size_t at() const { return m_at; }
     std::size_t room() const { return m_out.size() - m_at; }
 
+    // What is written is live before, so that it is known should there be no memory to say so.
+
     void putByte(std::uint8_t byte) {
         if (byte != 0) {
-            m_out[m_at] = byte;
             addLive(1);
+            m_out[m_at] = byte;
         }
         ++m_at;
     }
     void putBytes(ByteSpan bytes) {
         if (bytes.empty()) return;
-        std::memcpy(m_out.data() + m_at, bytes.data(), bytes.size());
         addLive(bytes.size());
+        std::memcpy(m_out.data() + m_at, bytes.data(), bytes.size());
         m_at += bytes.size();
     }
     /// Whether what is at that distance, at most `at()`, and goes on from there is zero.
@@ -227,10 +229,10 @@ public:
 
     /// `distance` is at most `at()`.
     void repeat(std::size_t distance, std::size_t length) {
-        std::uint8_t* const to = m_out.data() + m_at;
         if (!isRunOfZeros(distance)) {
-            for (std::size_t i = 0; i < length; ++i) to[i] = *(to + i - distance);
             addLive(length);
+            std::uint8_t* const to = m_out.data() + m_at;
+            for (std::size_t i = 0; i < length; ++i) to[i] = *(to + i - distance);
         }
         m_at += length;
     }
