@@ -57,14 +57,14 @@ private:
     struct Source {
         const model::PngBytes& bytes;
         QRectF target;
-        std::uint8_t fraction;
+        std::uint8_t fraction = 255;
     };
     /// The pixels of a picture that are sampled, and whether every device pixel samples one.
     struct Window {
         QRectF target;
         QSize wholeSize;
         QRect pixels;
-        bool isEverywhere;
+        bool isEverywhere = false;
     };
 
     void readTop();

@@ -124,7 +124,7 @@ protected:
     }
 
     /// What may be remembered and what is composed at once, and something for threads and tables.
-    static constexpr auto bound = static_cast<qint64>(24 * layerBytes);
+    static constexpr qint64 bound = 24 * static_cast<qint64>(layerBytes);
 
     PaintProject m_project;
 };
