@@ -3,9 +3,9 @@
 #include "raster/DeflateBlock.h"
 #include "raster/LiteralDeflate.h"
 #include "raster/SparseDeflate.h"
+#include "support/ZlibInflate.h"
 
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +14,7 @@
 namespace quillabrae::raster {
 namespace {
 
+using tests::zlibInflated;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes deflatedBy(BandDeflater& deflater, const Bytes& bytes) {
@@ -27,24 +28,6 @@ Bytes deflatedBy(BandDeflater& deflater, const Bytes& bytes) {
 Bytes literallyDeflated(const Bytes& bytes) {
     Bytes out(deflatedSizeBound(bytes.size()));
     out.resize(deflateLiterals(bytes, out));
-    return out;
-}
-
-/// What zlib makes of a run of blocks, after an end has been put to it.
-Bytes zlibInflated(Bytes deflated, std::size_t size) {
-    deflated.push_back(0x03);
-    deflated.push_back(0x00);
-    Bytes out(size + 1);
-    z_stream stream{};
-    inflateInit2(&stream, -15);
-    stream.next_in = deflated.data();
-    stream.avail_in = static_cast<uInt>(deflated.size());
-    stream.next_out = out.data();
-    stream.avail_out = static_cast<uInt>(out.size());
-    const int result = inflate(&stream, Z_FINISH);
-    inflateEnd(&stream);
-    if (result != Z_STREAM_END || stream.avail_in != 0) return {};
-    out.resize(stream.total_out);
     return out;
 }
 

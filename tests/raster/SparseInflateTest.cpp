@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/Deflate.h"
 #include "raster/SparseInflate.h"
+#include "support/ZlibInflate.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -129,23 +130,6 @@ TEST(SparseInflate, RefusesWhatIsNotAsLongAsSaid) {
     }
 }
 
-/// What zlib makes of it, after an end has been put to it; nothing when it is damaged.
-std::optional<Bytes> zlibInflated(Bytes deflated, std::size_t size) {
-    deflated.insert(deflated.end(), {0x03, 0x00});
-    Bytes out(size + 1);
-    z_stream stream{};
-    inflateInit2(&stream, -15);
-    stream.next_in = deflated.data();
-    stream.avail_in = static_cast<uInt>(deflated.size());
-    stream.next_out = out.data();
-    stream.avail_out = static_cast<uInt>(out.size());
-    const int result = inflate(&stream, Z_FINISH);
-    inflateEnd(&stream);
-    if (result != Z_STREAM_END || stream.avail_in != 0) return std::nullopt;
-    out.resize(stream.total_out);
-    return out;
-}
-
 TEST(SparseInflate, TakesNoDamagedBytesForGood) {
     std::mt19937 random(44);
     int goodOnes = 0;
@@ -160,7 +144,7 @@ TEST(SparseInflate, TakesNoDamagedBytesForGood) {
         Bytes out(bytes.size());
         std::vector<ByteRange> live;
         const bool isGood = inflateSparse(deflated, out, live);
-        const std::optional<Bytes> expected = zlibInflated(deflated, bytes.size());
+        const std::optional<Bytes> expected = tests::zlibInflated(deflated, bytes.size());
         if (isGood) {
             ASSERT_EQ(out, expected) << round;
         } else {

@@ -7,22 +7,15 @@
 #include "services/FeedbackAttachmentService.h"
 #include "services/FeedbackService.h"
 #include "shell/ClippedTexts.h"
+#include "shell/EveryDialog.h"
 #include "shell/ShellTest.h"
 #include "shell/TestAccount.h"
 #include "shell/app/DesktopWindows.h"
 #include "shell/dialogs/Alert.h"
-#include "shell/dialogs/AlignObjectDialog.h"
-#include "shell/dialogs/ColorRemovalDialog.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
 #include "shell/dialogs/FeedbackDialogView.h"
-#include "shell/dialogs/GenerativeFillDialog.h"
-#include "shell/dialogs/LayerPropertiesDialog.h"
-#include "shell/dialogs/NewProjectDialog.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
-#include "shell/dialogs/ResizeDialog.h"
-#include "shell/dialogs/RotateZoomDialog.h"
-#include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/looks/SystemMotion.h"
 #include "shell/plugins/PluginLibraryView.h"
 #include "shell/quickstart/PaintNetQuickStartView.h"
@@ -146,29 +139,8 @@ TEST_P(PseudoLanguageTest, ThePluginLibraryShowsItsTexts) {
 }
 
 TEST_P(PseudoLanguageTest, TheDialogsShowTheirTexts) {
-    NewProjectDialog project({900, 620});
-    expectWhole(project, QStringLiteral("new project"));
-    NewProjectDialog tooLarge({90'000, 62'000});
-    expectWhole(tooLarge, QStringLiteral("new project, too large"));
-    for (const auto mode : {ResizeDialogMode::image, ResizeDialogMode::canvas}) {
-        ResizeDialog resize({.mode = mode,
-                             .canvasSize = {900, 620},
-                             .resolutionDPI = 96,
-                             .anchor = model::CanvasAnchor::center});
-        expectWhole(resize, QStringLiteral("resize"));
-    }
-    AlignObjectDialog align([](store::AlignObjectAction) {});
-    expectWhole(align, QStringLiteral("align"));
-    ColorRemovalDialog removal(store->settings(), [](const store::ColorRemovalSettings&) {});
-    expectWhole(removal, QStringLiteral("color removal"));
-    RotateZoomDialog rotate;
-    expectWhole(rotate, QStringLiteral("rotate"));
-    LayerPropertiesDialog layer(store::LayerPropertiesDialogResult{});
-    expectWhole(layer, QStringLiteral("layer properties"));
-    GenerativeFillDialog fill(*store);
-    expectWhole(fill, QStringLiteral("generative fill"));
-    SVGSizeDialogView svg({900, 620});
-    expectWhole(svg, QStringLiteral("import svg"));
+    visitDialogs(*store, nullptr,
+                 [](QWidget& dialog, const QString& name) { expectWhole(dialog, name); });
 }
 
 TEST_P(PseudoLanguageTest, TheFeedbackDialogShowsItsTexts) {

@@ -9,6 +9,7 @@
 #include "services/FeedbackAttachmentService.h"
 #include "services/FeedbackService.h"
 #include "shell/ClippedTexts.h"
+#include "shell/EveryDialog.h"
 #include "shell/ShellTest.h"
 #include "shell/TestAccount.h"
 #include "shell/app/DesktopWindows.h"
@@ -16,17 +17,10 @@
 #include "shell/controls/SidewaysScroller.h"
 #include "shell/controls/TextSize.h"
 #include "shell/dialogs/Alert.h"
-#include "shell/dialogs/AlignObjectDialog.h"
-#include "shell/dialogs/ColorRemovalDialog.h"
 #include "shell/dialogs/FeedbackDialogView.h"
-#include "shell/dialogs/GenerativeFillDialog.h"
-#include "shell/dialogs/LayerPropertiesDialog.h"
-#include "shell/dialogs/NewProjectDialog.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
-#include "shell/dialogs/RotateZoomDialog.h"
-#include "shell/dialogs/SVGSizeDialogView.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/editor/Workspace.h"
 #include "shell/looks/SystemFontSize.h"
@@ -183,29 +177,8 @@ TEST_P(SmallScreenTest, TheOtherWindowsFit) {
 }
 
 TEST_P(SmallScreenTest, TheDialogsFit) {
-    NewProjectDialog project({90'000, 62'000}, &host);
-    expectReachable(project, QStringLiteral("new project"));
-    for (const auto mode : {ResizeDialogMode::image, ResizeDialogMode::canvas}) {
-        ResizeDialog resize({.mode = mode,
-                             .canvasSize = {900, 620},
-                             .resolutionDPI = 96,
-                             .anchor = model::CanvasAnchor::center},
-                            &host);
-        expectReachable(resize, QStringLiteral("resize"));
-    }
-    AlignObjectDialog align([](store::AlignObjectAction) {}, &host);
-    expectReachable(align, QStringLiteral("align"));
-    ColorRemovalDialog removal(
-        store->settings(), [](const store::ColorRemovalSettings&) {}, &host);
-    expectReachable(removal, QStringLiteral("color removal"));
-    RotateZoomDialog rotate(&host);
-    expectReachable(rotate, QStringLiteral("rotate"));
-    LayerPropertiesDialog layer(store::LayerPropertiesDialogResult{}, &host);
-    expectReachable(layer, QStringLiteral("layer properties"));
-    GenerativeFillDialog fill(*store, &host);
-    expectReachable(fill, QStringLiteral("generative fill"));
-    SVGSizeDialogView svg({900, 620}, &host);
-    expectReachable(svg, QStringLiteral("import svg"));
+    visitDialogs(*store, &host,
+                 [this](QWidget& dialog, const QString& name) { expectReachable(dialog, name); });
     const services::FeedbackService service(http, services::WebService({}), {});
     services::FeedbackAttachmentService attachments({});
     FeedbackDialogView feedback({service, attachments, [](QWidget*) { return std::nullopt; }},
