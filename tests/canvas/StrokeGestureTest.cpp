@@ -1,17 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "canvas/CanvasFixture.h"
-#include "raster/DecodeCache.h"
-#include "raster/LayerRasterService.h"
-#include "raster/PixelMemory.h"
+#include "canvas/StrokeFixture.h"
 #include "raster/PngCodec.h"
 
-#include <QColor>
-#include <QImage>
-
-#include <array>
-#include <random>
 #include <utility>
-#include <vector>
 
 namespace quillabrae::canvas {
 namespace {
@@ -20,58 +11,6 @@ using model::CanvasPoint;
 using model::PaintTool;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const model::ColorValue red{1.0, 0.0, 0.0, 1.0};
-const model::ColorValue blue{0.0, 0.0, 1.0, 1.0};
-const QColor clear(0, 0, 0, 0);
-
-class Stroke : public CanvasFixture {
-protected:
-    Stroke() {
-        host.tools.selectedTool = PaintTool::paintbrush;
-        host.tools.primaryColor = red;
-        host.tools.secondaryColor = blue;
-        host.tools.brushSize = 6.0;
-    }
-
-    static model::PngBytes solid(double width, double height, const QColor& color) {
-        auto image = raster::LayerRasterService::transparentImage(width, height);
-        image.paintTarget().fill(color);
-        return raster::encodedImage(image);
-    }
-    void fillLayer(const QColor& color) { layer().bitmapPNGData = solid(200.0, 100.0, color); }
-
-    void press(CanvasPoint at) {
-        m_start = local(at);
-        moveTo(at);
-    }
-    void moveTo(CanvasPoint at) {
-        view.dragChanged(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
-    void release(CanvasPoint at) {
-        view.dragEnded(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
-    void draw(std::vector<CanvasPoint> points) {
-        press(points.front());
-        for (const CanvasPoint point : points) moveTo(point);
-        release(points.back());
-    }
-    bool right(RightMousePhase phase, CanvasPoint at) {
-        return view.handleRightMouseEvent({phase, inDocument(at)});
-    }
-
-    static QColor pixel(const raster::RasterImage& image, int x, int y) {
-        return image.toQImage().pixelColor(x, y);
-    }
-    QColor pixel(int x, int y) {
-        if (!layer().bitmapPNGData) return clear;
-        return pixel(raster::decodedImage(*layer().bitmapPNGData), x, y);
-    }
-    QColor livePixel(int x, int y) const { return pixel(view.drawing().liveDrawingImage(), x, y); }
-
-private:
-    QPointF m_start;
-};
 
 TEST_F(Stroke, APressAndReleaseMakesADotAndOneHistoryEntry) {
     press({50.0, 40.0});
@@ -413,53 +352,6 @@ TEST_F(Stroke, AStrokeAtHighZoomGoesWhereThePointerIs) {
     EXPECT_EQ(pixel(52, 40), QColor(255, 0, 0));
     EXPECT_EQ(pixel(52, 39).alpha(), 0);
     EXPECT_EQ(pixel(52, 41).alpha(), 0);
-}
-
-/// Many drawings on a canvas that is large enough for its memory to be used again.
-class ManyStrokes : public Stroke {
-protected:
-    enum class EarlierPixels { kept, forgotten };
-
-    ManyStrokes() {
-        project().canvasWidth = 1200.0;
-        project().canvasHeight = 900.0;
-        view.projectChanged();
-    }
-    ~ManyStrokes() override { raster::releaseKeptPixelMemory(); }
-
-    /// What the layer holds after each of them.
-    std::vector<model::PngBytes> drawings(EarlierPixels earlier) {
-        layer().bitmapPNGData.reset();
-        std::mt19937 random(17);
-        std::vector<model::PngBytes> stored;
-        for (int drawing = 0; drawing < 40; ++drawing) {
-            if (earlier == EarlierPixels::forgotten) raster::releaseKeptPixelMemory();
-            host.tools.selectedTool = tools[random() % tools.size()];
-            host.tools.primaryColor = random() % 2 == 0 ? red : blue;
-            std::vector<CanvasPoint> points;
-            for (int point = 0; point < 3; ++point)
-                points.push_back({double(random() % 1200), double(random() % 900)});
-            draw(points);
-            stored.push_back(*layer().bitmapPNGData);
-            // Now and then back to what was there some drawings ago.
-            if (random() % 5 == 0) layer().bitmapPNGData = stored[random() % stored.size()];
-        }
-        return stored;
-    }
-
-    static constexpr std::array tools{PaintTool::paintbrush, PaintTool::pencil, PaintTool::eraser,
-                                      PaintTool::lineCurve, PaintTool::rectangle};
-};
-
-TEST_F(ManyStrokes, NothingShowsThroughOfPixelsThatAreUsedAgain) {
-    const auto kept = drawings(EarlierPixels::kept);
-    raster::clearDecodeCache();
-    const auto forgotten = drawings(EarlierPixels::forgotten);
-    ASSERT_EQ(kept.size(), forgotten.size());
-    for (std::size_t i = 0; i < kept.size(); ++i) {
-        EXPECT_TRUE(kept[i] == forgotten[i]) << i;
-        EXPECT_TRUE(kept[i] == raster::encodePng(raster::decodePng(kept[i]))) << i;
-    }
 }
 
 } // namespace
