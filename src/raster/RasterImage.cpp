@@ -13,7 +13,7 @@
 namespace quillabrae::raster {
 
 /// A block of pixel memory, or the memory of a picture that was handed over.
-struct RasterImage::Pixels {
+struct RasterImage::Pixels : QSharedData {
     Pixels(std::uint8_t* memory, std::size_t size) : data(memory), byteCount(size) {
         if (data == nullptr) throw std::bad_alloc();
     }
@@ -55,9 +55,16 @@ void copyBytes(const std::uint8_t* from, std::uint8_t* to, std::size_t count) {
 
 } // namespace
 
-RasterImage RasterImage::withPixels(std::shared_ptr<Pixels> pixels, int width, int height) {
+RasterImage::RasterImage() = default;
+RasterImage::RasterImage(const RasterImage& other) = default;
+RasterImage::RasterImage(RasterImage&& other) noexcept = default;
+RasterImage& RasterImage::operator=(const RasterImage& other) = default;
+RasterImage& RasterImage::operator=(RasterImage&& other) noexcept = default;
+RasterImage::~RasterImage() = default;
+
+RasterImage RasterImage::withPixels(Pixels* pixels, int width, int height) {
     RasterImage image;
-    image.m_pixels = std::move(pixels);
+    image.m_pixels.reset(pixels);
     image.m_width = width;
     image.m_height = height;
     image.m_logicalSize = QSizeF(width, height);
@@ -68,8 +75,7 @@ RasterImage RasterImage::uninitialized(int pixelWidth, int pixelHeight) {
     if (pixelWidth < 1 || pixelHeight < 1) return {};
     const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
     try {
-        return withPixels(std::make_shared<Pixels>(allocatePixels(size), size), pixelWidth,
-                          pixelHeight);
+        return withPixels(new Pixels(allocatePixels(size), size), pixelWidth, pixelHeight);
     } catch (const std::bad_alloc&) {
         return {};
     }
@@ -79,8 +85,7 @@ RasterImage::RasterImage(int pixelWidth, int pixelHeight) {
     if (pixelWidth < 1 || pixelHeight < 1) return;
     const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
     try {
-        *this = withPixels(std::make_shared<Pixels>(allocateClearPixels(size), size), pixelWidth,
-                           pixelHeight);
+        *this = withPixels(new Pixels(allocateClearPixels(size), size), pixelWidth, pixelHeight);
     } catch (const std::bad_alloc&) {
         // Null, as announced.
     }
@@ -91,7 +96,7 @@ RasterImage RasterImage::takenBack(std::uint64_t contentsID, int pixelWidth, int
     const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
     std::uint8_t* const memory = takeBackPixels(contentsID, size);
     if (memory == nullptr) return {};
-    return withPixels(std::make_shared<Pixels>(memory, size), pixelWidth, pixelHeight);
+    return withPixels(new Pixels(memory, size), pixelWidth, pixelHeight);
 }
 
 RasterImage RasterImage::fromQImage(QImage&& picture) {
@@ -102,7 +107,7 @@ RasterImage RasterImage::fromQImage(QImage&& picture) {
     if (picture.isNull()) countRefusedPixelRequest();
     if (picture.isNull() || picture.bytesPerLine() != qsizetype{4} * width) return {};
     try {
-        return withPixels(std::make_shared<Pixels>(std::move(picture)), width, height);
+        return withPixels(new Pixels(std::move(picture)), width, height);
     } catch (const std::bad_alloc&) {
         return {};
     }
@@ -129,15 +134,14 @@ std::span<std::uint8_t> RasterImage::mutableBytes() {
 }
 
 void RasterImage::detach() {
-    if (m_pixels.use_count() == 1) {
-        // What another thread read through its copy, it read before we write.
-        std::atomic_thread_fence(std::memory_order_acquire);
+    // What another thread read through its copy, it read before we write.
+    if (m_pixels->ref.loadAcquire() == 1) {
         if (m_pixels->contentsID.load(std::memory_order_relaxed) != 0) m_pixels->contentsID = 0;
         return;
     }
-    auto copy = std::make_shared<Pixels>(allocatePixels(byteCount()), byteCount());
+    QExplicitlySharedDataPointer copy(new Pixels(allocatePixels(byteCount()), byteCount()));
     copyBytes(m_pixels->data, copy->data, byteCount());
-    m_pixels = std::move(copy);
+    m_pixels.swap(copy);
 }
 
 std::uint64_t RasterImage::contentsID() const {
@@ -149,11 +153,12 @@ std::uint64_t RasterImage::contentsID() const {
 
 QImage RasterImage::toQImage() const {
     if (!m_pixels) return {};
-    auto* keepAlive = new std::shared_ptr<Pixels>(m_pixels);
+    auto* keepAlive = new QExplicitlySharedDataPointer<Pixels>(m_pixels);
     return QImage(
         std::as_const(m_pixels->data), m_width, m_height, static_cast<qsizetype>(stride()),
         QImage::Format_RGBA8888_Premultiplied,
-        [](void* kept) { delete static_cast<std::shared_ptr<Pixels>*>(kept); }, keepAlive);
+        [](void* kept) { delete static_cast<QExplicitlySharedDataPointer<Pixels>*>(kept); },
+        keepAlive);
 }
 
 QImage RasterImage::paintTarget() {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QExplicitlySharedDataPointer>
 #include <QImage>
 #include <QSizeF>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 namespace quillabrae::raster {
@@ -18,7 +18,12 @@ namespace quillabrae::raster {
 /// that was asked for, unrounded.
 class RasterImage {
 public:
-    RasterImage() = default;
+    RasterImage();
+    RasterImage(const RasterImage& other);
+    RasterImage(RasterImage&& other) noexcept;
+    RasterImage& operator=(const RasterImage& other);
+    RasterImage& operator=(RasterImage&& other) noexcept;
+    ~RasterImage();
     /// A fully transparent image of `pixelWidth` by `pixelHeight`, each at least 1. Null when the
     /// pixels cannot be allocated.
     RasterImage(int pixelWidth, int pixelHeight);
@@ -62,10 +67,10 @@ public:
 private:
     struct Pixels;
 
-    static RasterImage withPixels(std::shared_ptr<Pixels> pixels, int width, int height);
+    static RasterImage withPixels(Pixels* pixels, int width, int height);
     void detach();
 
-    std::shared_ptr<Pixels> m_pixels;
+    QExplicitlySharedDataPointer<Pixels> m_pixels;
     int m_width = 0;
     int m_height = 0;
     QSizeF m_logicalSize;
