@@ -1,26 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Every window and dialog in languages with longer words, one of which runs from right to left.
-#include "effects/OpenAIKeychainService.h"
-#include "platform/PackageInstaller.h"
-#include "platform/Translations.h"
-#include "services/AppUpdateService.h"
-#include "services/FeedbackAttachmentService.h"
-#include "services/FeedbackService.h"
 #include "shell/ClippedTexts.h"
 #include "shell/EveryDialog.h"
-#include "shell/ShellTest.h"
-#include "shell/TestAccount.h"
-#include "shell/app/DesktopWindows.h"
-#include "shell/dialogs/Alert.h"
+#include "shell/EveryWindow.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
-#include "shell/dialogs/FeedbackDialogView.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
-#include "shell/looks/SystemMotion.h"
-#include "shell/plugins/PluginLibraryView.h"
-#include "shell/quickstart/PaintNetQuickStartView.h"
 #include "shell/settings/PaintSettingsView.h"
-#include "store/PromptTexts.h"
 #include "support/PseudoLanguages.h"
 
 #include <QApplication>
@@ -33,30 +19,9 @@
 namespace quillabrae::shell {
 namespace {
 
-class PseudoLanguageTest : public ShellTest, public testing::WithParamInterface<QString> {
+class PseudoLanguageTest : public EveryWindow, public testing::WithParamInterface<QString> {
 protected:
-    class NoInstaller final : public platform::PackageInstaller {
-    public:
-        HandOver install(const QString&) override { return HandOver::noInstaller; }
-    };
-
-    PseudoLanguageTest() {
-        makeShell();
-        makeProject(*store);
-        store->addLayer();
-        updates = std::make_unique<services::AppUpdateService>(
-            services::UpdateSource::from(QUrl(QStringLiteral("https://example.org/feed")),
-                                         QString::fromLatin1(QByteArray(32, 'k').toBase64()),
-                                         QStringLiteral("1.0")),
-            services::AppUpdater::Environment{http, installer, folder.filePath(QStringLiteral("u")),
-                                              platform::makeDirectLatestWork},
-            preferences, clock);
-        screen = std::make_unique<DesktopWindows>(settings(), motion, *updates);
-    }
-
-    SettingsContext settings() {
-        return {*store, preferences, keychain, [](const QUrl&) {}, *account.none};
-    }
+    PseudoLanguageTest() : EveryWindow(GetParam()) { store->addLayer(); }
 
     /// Shows it and looks for texts that are cut off.
     static void expectWhole(QWidget& window, const QString& name) {
@@ -74,19 +39,10 @@ protected:
         });
         runAlert(alert, nullptr);
     }
-
-    platform::Translations language{{GetParam()}};
-    tests::ScriptedHttpClient http;
-    NoInstaller installer;
-    TestAccount account;
-    effects::OpenAIKeychainService keychain{account.secrets};
-    SystemMotion motion;
-    std::unique_ptr<services::AppUpdateService> updates;
-    std::unique_ptr<DesktopWindows> screen;
 };
 
 TEST_P(PseudoLanguageTest, TheEditorShowsEveryToolsTexts) {
-    const auto window = screen->makeWindow(WindowRole::editor, *coordinator);
+    const auto window = makeWindow(WindowRole::editor);
     for (const model::PaintTool tool : model::allPaintTools()) {
         store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
         expectWhole(*window, model::title(tool));
@@ -100,12 +56,12 @@ TEST_P(PseudoLanguageTest, TheEditorShowsEveryToolsTexts) {
 
 TEST_P(PseudoLanguageTest, TheEmptyEditorShowsItsTexts) {
     store->closeProject(*store->activeProjectID());
-    const auto window = screen->makeWindow(WindowRole::editor, *coordinator);
+    const auto window = makeWindow(WindowRole::editor);
     expectWhole(*window, QStringLiteral("empty"));
 }
 
 TEST_P(PseudoLanguageTest, TheWelcomeWindowShowsItsTexts) {
-    const auto window = screen->makeWindow(WindowRole::welcome, *coordinator);
+    const auto window = makeWindow(WindowRole::welcome);
     expectWhole(*window, QStringLiteral("first"));
     store->setStatusMessage(QStringLiteral("Open failed: image could not be read"),
                             store::StatusKind::failure);
@@ -114,7 +70,7 @@ TEST_P(PseudoLanguageTest, TheWelcomeWindowShowsItsTexts) {
 }
 
 TEST_P(PseudoLanguageTest, TheTourShowsItsTexts) {
-    const auto window = screen->makeWindow(WindowRole::paintNetQuickStart, *coordinator);
+    const auto window = makeWindow(WindowRole::paintNetQuickStart);
     auto* steps = window->findChild<QListWidget*>();
     ASSERT_NE(steps, nullptr);
     for (int step = 0; step < steps->count(); ++step) {
@@ -124,7 +80,7 @@ TEST_P(PseudoLanguageTest, TheTourShowsItsTexts) {
 }
 
 TEST_P(PseudoLanguageTest, TheSettingsShowTheirTexts) {
-    const auto window = screen->makeWindow(WindowRole::settings, *coordinator);
+    const auto window = makeWindow(WindowRole::settings);
     for (const auto section : allPaintSettingsSections()) {
         dynamic_cast<PaintSettingsView&>(*window).showSection(section);
         expectWhole(*window, title(section));
@@ -132,7 +88,7 @@ TEST_P(PseudoLanguageTest, TheSettingsShowTheirTexts) {
 }
 
 TEST_P(PseudoLanguageTest, ThePluginLibraryShowsItsTexts) {
-    const auto window = screen->makeWindow(WindowRole::pluginLibrary, *coordinator);
+    const auto window = makeWindow(WindowRole::pluginLibrary);
     expectWhole(*window, QStringLiteral("library"));
     window->resize(window->minimumSize());
     expectWhole(*window, QStringLiteral("the smallest library"));
@@ -143,20 +99,8 @@ TEST_P(PseudoLanguageTest, TheDialogsShowTheirTexts) {
                  [](QWidget& dialog, const QString& name) { expectWhole(dialog, name); });
 }
 
-TEST_P(PseudoLanguageTest, TheFeedbackDialogShowsItsTexts) {
-    const services::FeedbackService service(http, services::WebService({}), {});
-    services::FeedbackAttachmentService attachments({});
-    FeedbackDialogView dialog({service, attachments, [](QWidget*) { return std::nullopt; }});
-    expectWhole(dialog, QStringLiteral("feedback"));
-}
-
 TEST_P(PseudoLanguageTest, TheAlertsShowTheirTexts) {
-    expectWhole(Alerts::flattenBeforeSaving(3));
-    expectWhole(Alerts::replaceFile(QStringLiteral("boat.quillabrae")));
-    expectWhole(Alerts::saveBeforeClosing(QStringLiteral("boat")));
-    expectWhole(Alerts::pasteImage({640, 480}, store::PasteTarget::noProject));
-    expectWhole(Alerts::pasteImage({640, 480}, store::PasteTarget::smallerCanvas));
-    expectWhole(pluginFailureAlert(QStringLiteral("The disk is full.")));
+    for (const Alert& alert : everyAlert()) expectWhole(alert);
 }
 
 TEST_P(PseudoLanguageTest, OurOwnFileDialogShowsItsTexts) {

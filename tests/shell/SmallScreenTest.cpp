@@ -1,37 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Every window and dialog on a screen that is smaller than it wants to be, with large letters and
 // with longer words: nothing reaches beyond the screen, and all of it can be got at.
-#include "effects/OpenAIKeychainService.h"
-#include "platform/PackageInstaller.h"
-#include "platform/Translations.h"
-#include "platform/WorkRunner.h"
-#include "services/AppUpdateService.h"
-#include "services/FeedbackAttachmentService.h"
-#include "services/FeedbackService.h"
 #include "shell/ClippedTexts.h"
 #include "shell/EveryDialog.h"
-#include "shell/ShellTest.h"
-#include "shell/TestAccount.h"
-#include "shell/app/DesktopWindows.h"
+#include "shell/EveryWindow.h"
 #include "shell/controls/BodyScroller.h"
 #include "shell/controls/SidewaysScroller.h"
 #include "shell/controls/TextSize.h"
-#include "shell/dialogs/Alert.h"
-#include "shell/dialogs/FeedbackDialogView.h"
 #include "shell/dialogs/PackageFileDialog.h"
-#include "shell/dialogs/ProgressDialog.h"
 #include "shell/dialogs/ResizeDialog.h"
 #include "shell/editor/ToolsPalette.h"
 #include "shell/editor/Workspace.h"
 #include "shell/looks/SystemFontSize.h"
-#include "shell/looks/SystemMotion.h"
 #include "shell/panels/ColorPanel.h"
 #include "shell/panels/HistoryPanel.h"
 #include "shell/panels/LayersPanel.h"
 #include "shell/settings/PaintSettingsView.h"
-#include "store/PromptTexts.h"
 #include "support/PseudoLanguages.h"
-#include "support/ScriptedHttpClient.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -51,34 +36,18 @@ struct Reader {
     double letters = 1.0;
 };
 
-class SmallScreenTest : public ShellTest, public testing::WithParamInterface<Reader> {
+class SmallScreenTest : public EveryWindow, public testing::WithParamInterface<Reader> {
 protected:
-    class NoInstaller final : public platform::PackageInstaller {
-    public:
-        HandOver install(const QString&) override { return HandOver::noInstaller; }
-    };
-
-    SmallScreenTest() {
+    SmallScreenTest() : EveryWindow(GetParam().language) {
         letters.use(GetParam().letters);
-        makeProject(*store);
-        updates = std::make_unique<services::AppUpdateService>(
-            services::UpdateSource::from(QUrl(QStringLiteral("https://example.org/feed")),
-                                         QString::fromLatin1(QByteArray(32, 'k').toBase64()),
-                                         QStringLiteral("1.0")),
-            services::AppUpdater::Environment{http, installer, folder.filePath(QStringLiteral("u")),
-                                              platform::makeDirectLatestWork},
-            preferences, clock);
-        desktop = std::make_unique<DesktopWindows>(
-            SettingsContext{*store, preferences, keychain, [](const QUrl&) {}, *account.none},
-            motion, *updates);
         host.setScreen(screen);
         host.setGeometry(screen->availableGeometry());
         host.show();
     }
     ~SmallScreenTest() override { letters.use(1.0); }
 
-    std::unique_ptr<QWidget> makeWindow(WindowRole role) {
-        auto window = desktop->makeWindow(role, *coordinator);
+    std::unique_ptr<QWidget> makeSmallWindow(WindowRole role) {
+        auto window = makeWindow(role);
         window->setScreen(screen);
         window->move(screen->availableGeometry().topLeft());
         window->show();
@@ -123,21 +92,13 @@ protected:
     }
 
     QScreen* screen = QGuiApplication::screens().at(1);
-    platform::Translations language{{GetParam().language}};
     SystemFontSize letters;
-    tests::ScriptedHttpClient http;
-    NoInstaller installer;
-    TestAccount account;
-    effects::OpenAIKeychainService keychain{account.secrets};
-    SystemMotion motion;
-    std::unique_ptr<services::AppUpdateService> updates;
-    std::unique_ptr<DesktopWindows> desktop;
     /// What dialogs belong to.
     QWidget host;
 };
 
 TEST_P(SmallScreenTest, TheEditorFitsWithEveryToolsOptions) {
-    const auto window = makeWindow(WindowRole::editor);
+    const auto window = makeSmallWindow(WindowRole::editor);
     for (const model::PaintTool tool : model::allPaintTools()) {
         store->editSettings([tool](auto& settings) { settings.selectedTool = tool; });
         expectReachable(*window, model::title(tool));
@@ -145,7 +106,7 @@ TEST_P(SmallScreenTest, TheEditorFitsWithEveryToolsOptions) {
 }
 
 TEST_P(SmallScreenTest, NoPanelHidesToolsOrReachesBeyondTheRoom) {
-    const auto window = makeWindow(WindowRole::editor);
+    const auto window = makeSmallWindow(WindowRole::editor);
     expectReachable(*window, QStringLiteral("editor"));
     const auto* workspace = window->findChild<Workspace*>();
     const auto* tools = window->findChild<ToolsPalette*>();
@@ -161,15 +122,15 @@ TEST_P(SmallScreenTest, NoPanelHidesToolsOrReachesBeyondTheRoom) {
 
 TEST_P(SmallScreenTest, TheOtherWindowsFit) {
     saveTo(*store, QStringLiteral("boat.quillabrae"));
-    expectReachable(*makeWindow(WindowRole::welcome), QStringLiteral("welcome"));
-    expectReachable(*makeWindow(WindowRole::pluginLibrary), QStringLiteral("library"));
-    const auto tour = makeWindow(WindowRole::paintNetQuickStart);
+    expectReachable(*makeSmallWindow(WindowRole::welcome), QStringLiteral("welcome"));
+    expectReachable(*makeSmallWindow(WindowRole::pluginLibrary), QStringLiteral("library"));
+    const auto tour = makeSmallWindow(WindowRole::paintNetQuickStart);
     auto* steps = tour->findChild<QListWidget*>();
     for (int step = 0; step < steps->count(); ++step) {
         steps->setCurrentRow(step);
         expectReachable(*tour, steps->item(step)->text());
     }
-    const auto settings = makeWindow(WindowRole::settings);
+    const auto settings = makeSmallWindow(WindowRole::settings);
     for (const auto section : allPaintSettingsSections()) {
         dynamic_cast<PaintSettingsView&>(*settings).showSection(section);
         expectReachable(*settings, title(section));
@@ -179,24 +140,12 @@ TEST_P(SmallScreenTest, TheOtherWindowsFit) {
 TEST_P(SmallScreenTest, TheDialogsFit) {
     visitDialogs(*store, &host,
                  [this](QWidget& dialog, const QString& name) { expectReachable(dialog, name); });
-    const services::FeedbackService service(http, services::WebService({}), {});
-    services::FeedbackAttachmentService attachments({});
-    FeedbackDialogView feedback({service, attachments, [](QWidget*) { return std::nullopt; }},
-                                &host);
-    expectReachable(feedback, QStringLiteral("feedback"));
     PackageFileDialog file(QStringLiteral("Open"), folder.path(), QFileDialog::AcceptOpen, &host);
     expectReachable(file, QStringLiteral("open"));
-    platform::WorkControl control;
-    ProgressDialog progress(QStringLiteral("Saving a project of a name that is not short"), control,
-                            &host);
-    expectReachable(progress, QStringLiteral("progress"));
 }
 
 TEST_P(SmallScreenTest, TheAlertsFit) {
-    expectReachable(Alerts::flattenBeforeSaving(3));
-    expectReachable(Alerts::replaceFile(QStringLiteral("a picture of the lake.quillabrae")));
-    expectReachable(Alerts::saveBeforeClosing(QStringLiteral("a picture of the lake")));
-    expectReachable(Alerts::pasteImage({640, 480}, store::PasteTarget::smallerCanvas));
+    for (const Alert& alert : everyAlert()) expectReachable(alert);
 }
 
 TEST_P(SmallScreenTest, TheButtonsOfATallDialogStayWhileItsBodyScrolls) {

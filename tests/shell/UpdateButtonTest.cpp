@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PackageInstaller.h"
-#include "services/AppUpdateService.h"
 #include "shell/ShellTest.h"
+#include "shell/TestUpdates.h"
 #include "shell/editor/ProjectTabBar.h"
 #include "shell/editor/UpdateButton.h"
 #include "shell/looks/Symbols.h"
-#include "support/ScriptedHttpClient.h"
 
 #include <QTest>
 
@@ -17,20 +15,8 @@ using services::AppUpdateState;
 
 class UpdateButtonTest : public ShellTest {
 protected:
-    class NoInstaller final : public platform::PackageInstaller {
-    public:
-        HandOver install(const QString&) override { return HandOver::noInstaller; }
-    };
-
     void makeUpdates(const QString& feed) {
-        updates = std::make_unique<AppUpdateService>(
-            services::UpdateSource::from(QUrl(feed),
-                                         QString::fromLatin1(QByteArray(32, 'k').toBase64()),
-                                         QStringLiteral("1.0")),
-            services::AppUpdater::Environment{http, installer,
-                                              folder.filePath(QStringLiteral("Updates")),
-                                              platform::makeDirectLatestWork},
-            preferences, clock);
+        updates = source.make(feed, folder.filePath(QStringLiteral("Updates")), preferences, clock);
     }
     void makeButton() {
         makeUpdates(QStringLiteral("https://example.org/feed"));
@@ -45,8 +31,8 @@ protected:
                QByteArray(64, 's').toBase64() + "\"/></item>";
     }
 
-    tests::ScriptedHttpClient http;
-    NoInstaller installer;
+    TestUpdates source;
+    tests::ScriptedHttpClient& http = source.http;
     std::unique_ptr<AppUpdateService> updates;
     std::unique_ptr<UpdateButton> button;
 };
