@@ -15,6 +15,7 @@ namespace quillabrae::persistence::ImageCodecs {
 std::optional<raster::RasterImage> read(Bytes file, Decoding decoding, raster::ImageRefusal&,
                                         const platform::WorkControl&) {
     fuzz::CheckedPicture picture;
+    const fuzz::LibraryMayGiveUp mayGiveUp;
     try {
         (decoding == Decoding::heif ? codecs::readHeif : codecs::readJpeg2000)(file, picture);
     } catch (const codecs::CodecError&) {
@@ -36,6 +37,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const QCoreApplication application(argumentCount, arguments);
     const auto picture = persistence::loadImage(
         QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
-    if (picture && !raster::isDecodableSize(picture->width(), picture->height())) std::abort();
+    fuzz::require(!picture || raster::isDecodableSize(picture->width(), picture->height()));
     return 0;
 }

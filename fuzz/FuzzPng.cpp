@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes are a PNG, whose picture comes back the same when it is encoded and decoded again, or
 // no picture.
+#include "FuzzInput.h"
 #include "raster/PngCodec.h"
-
-#include <cstdint>
-#include <cstdlib>
 
 using namespace quillabrae;
 
@@ -13,10 +11,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
     const raster::RasterImage picture = raster::decodePng(file);
     if (picture.isNull()) return 0;
-    if (!raster::isDecodableSize(picture.width(), picture.height())) std::abort();
+    fuzz::require(raster::isDecodableSize(picture.width(), picture.height()));
     // Larger ones are only slow.
     constexpr std::size_t enoughBytes = std::size_t{1} << 22U;
     if (picture.byteCount() > enoughBytes) return 0;
-    if (!(raster::decodePng(raster::encodePng(picture)) == picture)) std::abort();
+    fuzz::require(raster::decodePng(raster::encodePng(picture)) == picture);
     return 0;
 }

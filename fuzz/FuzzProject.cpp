@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes are a project, which can be written and read again as the same, or one JsonError.
+#include "FuzzInput.h"
 #include "model/RecordCoding.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
 using namespace quillabrae;
 
@@ -17,6 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const QByteArray json = model::encodedJson(project);
-    if (model::encodedJson(model::decodedJson<model::PaintProject>(json)) != json) std::abort();
+    fuzz::require(model::encodedJson(model::decodedJson<model::PaintProject>(json)) == json);
     return 0;
 }

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes are a recovery session, which can be restored, written and read again as the same, or
 // one JsonError.
+#include "FuzzInput.h"
 #include "persistence/RecoverySessionCoding.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
 using namespace quillabrae;
 
@@ -26,12 +23,11 @@ void restore(const persistence::PaintAutosaveSession& session) {
         if (history != session.histories.constEnd())
             kept = persistence::trimmedForRecovery(*history, 10);
         const auto state = persistence::normalizedRecoveredHistory(project, kept);
-        if (state.selectedIndex < 0 || state.selectedIndex >= std::ssize(state.entries))
-            std::abort();
+        fuzz::require(state.selectedIndex >= 0 && state.selectedIndex < std::ssize(state.entries));
     }
     const auto histories = persistence::recoveryHistories(session.histories, session.projects,
                                                           session.savedProjectFingerprints, 5, 500);
-    if (histories.size() > std::ssize(session.projects)) std::abort();
+    fuzz::require(histories.size() <= std::ssize(session.projects));
 }
 
 } // namespace
@@ -45,6 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     restore(session);
     const QByteArray json = model::encodedJson(session);
-    if (model::encodedJson(decoded(json)) != json) std::abort();
+    fuzz::require(model::encodedJson(decoded(json)) == json);
     return 0;
 }

@@ -7,9 +7,10 @@ using namespace quillabrae;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr int side = 24;
     fuzz::CheckedPicture picture;
+    const fuzz::LibraryMayGiveUp mayGiveUp;
     try {
         const codecs::DrawingSize drawing = codecs::sizeOfSvg({data, size});
-        if (!(drawing.width > 0.0) || !(drawing.height > 0.0)) std::abort();
+        fuzz::require(drawing.width > 0.0 && drawing.height > 0.0);
         codecs::drawSvg({data, size}, side, side, picture);
     } catch (const codecs::CodecError&) {
     }

@@ -129,6 +129,22 @@ TEST_F(ImageLoading, WhatIsBrokenIsNotCalledTooLarge) {
     EXPECT_EQ(refusal, raster::ImageRefusal::unreadable);
 }
 
+TEST_F(ImageLoading, WhatALibraryEndsItsProcessOverIsUnreadable) {
+    // A picture that is said to be one derived from others and is coded itself.
+    const QByteArray heic = QByteArray::fromBase64(
+        "AAAAGGZ0eXBoZWljAAAAAG1pZjFoZWljAAABrW1ldGEAAAAAAAAAIWhkbHIAAAAAAAAAAHBpY3QAAAAAAAEA"
+        "AAAAAAAAAAAADnBpdG0AAAAAAAIAAAAQaWRhdAAAAAAAGAARAAAAOGlsb2MBAAAAREAAAgABAAAAAAAAAc0A"
+        "AQAAAAAAAAJkAAIAAQAAAAAAAAABAAAAAAAAAAgAAAA4aWluZgAAAAAAAgAAABVpZgACZW4AAQABAABodmMx"
+        "AAAAABVpbmZlAgAAAAACAABpZGVuAAAAANhpcHJwAAAAtmlwY28AAAB2aHZjQwEDcAAAAAAAAAAAAB7wAPz9"
+        "+PgAAA8DIAABABhAAQwB//8DcAAAAwCQAAADAAADAB66AkAhAAEAKkIBAQNwAAADAJAAAF0AAAMAHqAggQWW"
+        "6W6S5uBAQMCAAAADAIAAAAMAhCIAAQAGRAHAcYMSAAAAFGlzcGUAAAAAAAAAQAAAAEAAAAAUaXNwZQAAAAAA"
+        "AAAYAAAAEQAAABBwaXhpAAAAAAMICAgAAAAaaXBtYQAAAAAAAAACAAECgQIAAgIDhAAAABppcmVmAAAAAAAA"
+        "AA5kaW1nAAIBAAEAAQB0w7NNMA==");
+    auto refusal = raster::ImageRefusal::beyondLimits;
+    EXPECT_FALSE(loadImage(heic, {}, &refusal));
+    EXPECT_EQ(refusal, raster::ImageRefusal::unreadable);
+}
+
 /// Red at the top left, blue at the top right, white below, as a HEIC that others made.
 class TurnedHeic : public ImageLoading {
 protected:
