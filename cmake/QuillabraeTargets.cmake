@@ -55,9 +55,7 @@ if(QUILLABRAE_SANITIZE)
     target_link_options(quillabrae_build INTERFACE -fsanitize=address,undefined)
 endif()
 if(QUILLABRAE_SANITIZE_THREADS)
-    # GCC has no model of fences; what they order here is told by the atomics beside them.
-    target_compile_options(quillabrae_build INTERFACE
-        -fsanitize=thread -fno-omit-frame-pointer -Wno-tsan)
+    target_compile_options(quillabrae_build INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(quillabrae_build INTERFACE -fsanitize=thread)
 endif()
 
@@ -78,6 +76,9 @@ function(quillabrae_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE quillabrae_build ${ARG_LINKS} GTest::gmock)
+    if(QUILLABRAE_SANITIZE_THREADS)
+        target_sources(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/CopiedChildren.cpp")
+    endif()
     gtest_discover_tests(${name}
         PROPERTIES LABELS unit ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
         DISCOVERY_TIMEOUT 60)

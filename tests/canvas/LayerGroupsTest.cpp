@@ -5,6 +5,7 @@
 #include "canvas/CanvasRenderer.h"
 #include "raster/DecodeCache.h"
 #include "support/PeakMemory.h"
+#include "support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -130,17 +131,13 @@ protected:
 };
 
 TEST_F(LayerGroupsMemory, AFrameHoldsFewPicturesOfManyLayers) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     const CanvasFrame frame = frameOf(m_project, 0.5, 1.0, {300, 300}, {0, 0});
     EXPECT_LT(growthOf([&] { painted(frame); }), bound);
 }
 
 TEST_F(LayerGroupsMemory, AFrameWithALiveImageHoldsFewPicturesOfManyLayers) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     const RasterImage live = filledImage(side, side, Qt::red);
     CanvasFrame frame = frameOf(m_project, 0.5, 1.0, {300, 300}, {0, 0});
     frame.liveLayerID = m_project.layers[layerCount / 2].id;
@@ -149,9 +146,7 @@ TEST_F(LayerGroupsMemory, AFrameWithALiveImageHoldsFewPicturesOfManyLayers) {
 }
 
 TEST_F(LayerGroupsMemory, TheColourOfAPlaceHoldsFewPicturesOfManyLayers) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     EXPECT_LT(growthOf([&] { shownColor(m_project, {5.0, 5.0}); }), bound);
 }
 

@@ -5,6 +5,7 @@
 #include "raster/CodecCounts.h"
 #include "raster/DecodeCache.h"
 #include "support/PeakMemory.h"
+#include "support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -127,9 +128,7 @@ TEST_F(LayerPicturesTest, WhatIsOutOfSightIsDecodedOnce) {
 }
 
 TEST_F(LayerPicturesTest, ManySparseLayersAreHeldForWhatTheyShow) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     PaintProject project = projectOf(width, height, {});
     for (int i = 0; i < 30; ++i)
         project.layers.push_back(sparseLayer({250 * i, 100 + i, 200, 200}, m_random));

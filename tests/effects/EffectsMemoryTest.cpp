@@ -5,6 +5,7 @@
 #include "effects/PluginEffectService.h"
 #include "raster/PixelMemory.h"
 #include "support/PeakMemory.h"
+#include "support/Sanitizer.h"
 
 namespace quillabrae::effects {
 namespace {
@@ -23,9 +24,7 @@ struct Share {
 class EffectsMemory : public testing::TestWithParam<Share> {};
 
 TEST_P(EffectsMemory, IsBounded) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     // Half of it translucent: what is opaque needs less.
     RasterImage image = raster::filledImage(side, side, {200, 160, 90, 255});
     for (int y = 0; y < side; y += 2)

@@ -4,6 +4,7 @@
 #include "model/RecordCoding.h"
 #include "support/PeakMemory.h"
 #include "support/RandomRecords.h"
+#include "support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -208,12 +209,8 @@ TEST(JsonReader, AChangedDocumentIsReadOrRefused) {
 class HostileDocument : public testing::TestWithParam<const char*> {
 protected:
     static constexpr qint64 size = 4 * megabyte;
-#ifdef __SANITIZE_ADDRESS__
-    // Freed memory is kept aside for a while there.
-    static constexpr qint64 largestMultiple = 24;
-#else
-    static constexpr qint64 largestMultiple = 8;
-#endif
+    // A sanitizer keeps freed memory aside for a while.
+    static constexpr qint64 largestMultiple = tests::hasSanitizer ? 24 : 8;
 };
 
 INSTANTIATE_TEST_SUITE_P(Pieces, HostileDocument,

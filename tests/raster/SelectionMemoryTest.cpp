@@ -7,6 +7,7 @@
 #include "raster/PixelMemory.h"
 #include "raster/RasterFixtures.h"
 #include "support/PeakMemory.h"
+#include "support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -25,9 +26,7 @@ constexpr Pixel ink{200, 0, 0, 255};
 class SelectionMemory : public testing::Test {
 protected:
     void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
-        GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+        if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
         // Each thread keeps the encoder that its first band makes, for the life of the process.
         LayerRasterService::ellipseSelectionMask(1024, 1024);
     }

@@ -7,6 +7,7 @@
 #include "store/LayerRewriting.h"
 #include "store/ProjectLayers.h"
 #include "support/PeakMemory.h"
+#include "support/Sanitizer.h"
 
 #include <gtest/gtest.h>
 
@@ -102,9 +103,7 @@ TEST(LayerRewriting, ALayerThatComesToNothingFailsTheWhole) {
 }
 
 TEST(LayerRewriting, HoldsNoMoreThanTwoPicturesForEachThread) {
-#ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "a sanitizer keeps memory of its own";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer keeps memory of its own";
     // Below the size of which freed memory is kept for the next picture.
     constexpr int side = 512;
     constexpr std::size_t pictureBytes = std::size_t{side} * side * 4;

@@ -20,6 +20,7 @@
 #include "services/Appcast.h"
 #include "store/ClipboardImageService.h"
 #include "support/MemoryGroup.h"
+#include "support/Sanitizer.h"
 
 #include <QDir>
 #include <QFile>
@@ -176,9 +177,7 @@ protected:
 };
 
 TEST_P(ReaderLimits, HoldForWhateverIsRead) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitizer takes more room than the limit leaves";
-#endif
+    if (tests::hasSanitizer) GTEST_SKIP() << "a sanitizer takes more room than the limit leaves";
     const tests::MemoryGroup group(gigabyte);
     for (const Hostile& hostile : hostileInputs) {
         const auto readWithinLimits = [&] {
