@@ -33,6 +33,15 @@ struct ProjectStore::AdjustmentPreviews {
     std::unique_ptr<platform::LatestWork> coarseWork;
     std::unique_ptr<platform::LatestWork> wholeWork;
 
+    /// A command that completes while a dialog tries its effect is not for the dialog to take back:
+    /// its tries start from there.
+    void startFrom(const model::PaintProject& completed) {
+        for (auto* original : {&align.original, &colorRemoval.original}) {
+            if (*original && (*original)->id == completed.id)
+                *original = model::PaintProject(completed);
+        }
+    }
+
     void dropWork() {
         coarseWork->drop();
         wholeWork->drop();

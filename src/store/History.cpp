@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Undo as whole snapshots: a snapshot shares every layer that the edit did not touch.
+#include "store/AdjustmentPreviews.h"
 #include "store/Attempt.h"
 #include "store/ProjectStore.h"
 
@@ -27,6 +28,7 @@ void ProjectStore::recordHistory(QUuid projectID, const QString& title, const QS
     // Whatever takes memory comes before anything changes.
     model::PaintHistoryEntry entry{QUuid::createUuid(), title, symbolName, *present};
     if (entries.size() == entries.capacity()) entries.reserve(2 * entries.size() + 1);
+    m_previews->startFrom(*present);
     if (dropsRedo) entries.erase(entries.begin() + state.selectedIndex + 1, entries.end());
     if (!entries.empty() && entries.back().project == *present) {
         if (dropsRedo) Q_EMIT historyChanged(projectID);
@@ -67,6 +69,7 @@ void ProjectStore::restoreHistory(QUuid projectID, QUuid entryID) {
             restored.id = projectID;
             restored.fileURL = m_openProjects[*index].fileURL;
             m_openProjects[*index] = std::move(restored);
+            m_previews->startFrom(m_openProjects[*index]);
             state->selectedIndex = static_cast<int>(entry - state->entries.begin());
             Q_EMIT projectChanged(projectID);
             setActiveProjectID(projectID);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "persistence/AppPersistenceService.h"
 #include "raster/DecodeCache.h"
 #include "store/StoreTest.h"
 
@@ -179,6 +180,26 @@ TEST_F(Adjustments, ACancelledAlignmentLeavesTheProjectExactlyAsItWas) {
     EXPECT_EQ(entryCount(), entries);
     EXPECT_EQ(status(), QStringLiteral("Align cancelled"));
     EXPECT_FALSE(store->alignPreviewAction());
+}
+
+TEST_F(Adjustments, WhatCompletesMeanwhileIsNotTakenBack) {
+    const auto recovered = [this] {
+        const auto session =
+            persistence::AppPersistenceService::loadAutosavedSession(recoveryFile());
+        return session.value().projects.front().layers;
+    };
+    store->beginAlignObjectPreview();
+    store->beginColorRemovalPreview();
+    store->addLayer();
+    const PaintProject withLayer = project();
+    EXPECT_EQ(recovered(), withLayer.layers);
+    store->cancelAlignObjectPreview();
+    EXPECT_EQ(project(), withLayer);
+    store->undo(id);
+    const PaintProject undone = project();
+    store->cancelColorRemovalPreview();
+    EXPECT_EQ(project(), undone);
+    EXPECT_EQ(recovered(), undone.layers);
 }
 
 TEST_F(Adjustments, ACommittedAlignmentIsOneEntryAndCanBeRepeated) {
