@@ -25,6 +25,11 @@ double wholeAtLeastOne(double value) {
     return std::max(1.0, std::round(value));
 }
 
+/// When nobody holds a picture of what was closed any more.
+void returnMemoryLater(ProjectStore& store) {
+    QMetaObject::invokeMethod(&store, &raster::returnUnusedMemory, Qt::QueuedConnection);
+}
+
 } // namespace
 
 void ProjectStore::appendProject(model::PaintProject project) {
@@ -97,14 +102,14 @@ void ProjectStore::closeProject(QUuid id) {
     Q_EMIT openProjectsChanged();
     setActiveProjectID(active);
     persistAutosavedSession();
-    // Later, when nobody holds a picture of it any more.
-    QMetaObject::invokeMethod(this, &raster::returnUnusedMemory, Qt::QueuedConnection);
+    if (m_autosaveHolds == 0) returnMemoryLater(*this);
 }
 
 void ProjectStore::closeAllProjects() {
     const AutosaveScope autosave(*this);
     const std::vector<model::PaintProject> projects = m_openProjects;
     for (const model::PaintProject& project : projects) closeProject(project.id);
+    returnMemoryLater(*this);
 }
 
 void ProjectStore::forgetProject(QUuid id) {
