@@ -129,7 +129,7 @@ void ClipboardImageService::removeOldFiles(const QDateTime& now) const {
     const QDir folder(m_folder);
     const QFileInfoList files =
         folder.entryInfoList({QStringLiteral("*.png"), u'*' + platform::unfinishedSuffix},
-                             QDir::Files | QDir::NoSymLinks);
+                             QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& file : files) {
         if (file.lastModified() < now.addDays(-1)) QFile::remove(file.filePath());
     }

@@ -224,6 +224,7 @@ TEST_F(ClipboardImages, FilesOlderThanADayAreRemoved) {
         ASSERT_TRUE(file.setFileTime(then, QFileDevice::FileModificationTime));
     };
     age(service.writeTemporaryPNGFile("old", QStringLiteral("old"))->toLocalFile());
+    age(service.writeTemporaryPNGFile("old", QStringLiteral(".hidden"))->toLocalFile());
     age(QDir(clipboardFolder).filePath(QStringLiteral("half.png.part")));
     age(QDir(clipboardFolder).filePath(QStringLiteral("letter.txt")));
     service.removeOldFiles(QDateTime::currentDateTimeUtc());
