@@ -18,8 +18,7 @@ class ApplicationService final : public QObject {
     Q_OBJECT
 
 public:
-    /// URLs and their length together that one call may open.
-    static constexpr qsizetype maximumUrlCount = 100'000;
+    /// The length of all URLs together that one call may open.
     static constexpr qsizetype maximumUrlLength = qsizetype{16} * 1024 * 1024;
 
     explicit ApplicationService(QObject* parent = nullptr);

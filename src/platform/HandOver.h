@@ -11,8 +11,8 @@
 namespace quillabrae::platform::HandOver {
 
 constexpr qsizetype maximumPayload = qsizetype{16} * 1024 * 1024;
-/// As many as the bus may name.
-constexpr qsizetype maximumLineCount = 100'000;
+/// One for each URL, and the token's.
+constexpr qsizetype maximumLineCount = maximumUrlCount + 1;
 inline constexpr char answer[] = "taken\n";
 
 QByteArray message(const StartRequest& request);

@@ -110,7 +110,8 @@ bool isSame(const Values& written, const Values& read) {
 bool isWrittenTo(const QString& path, const Values& values) {
     // What QSettings puts in its place is closed to others from the beginning as well.
     try {
-        createPrivateFile(path, QByteArray());
+        createPrivateFile(path, QByteArray(),
+                          values.isEmpty() ? Reaching::atOnce : Reaching::later);
     } catch (const FileOperationError&) {
         return false;
     }

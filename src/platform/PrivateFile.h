@@ -28,7 +28,8 @@ void createPrivateFile(const QString& path, const QByteArray& bytes,
 inline constexpr QLatin1StringView unfinishedSuffix(".part");
 
 /// As `createPrivateFile`, but nobody sees half a file at `path`: it is made beside it, as
-/// PATH.part, and takes its place whole, also that of a file that is there.
+/// PATH.part, and takes its place whole, also that of a file that is there. What is there as
+/// PATH.part, from a program that was killed for one, is an error too.
 void placePrivateFile(const QString& path, const QByteArray& bytes,
                       Reaching disk = Reaching::atOnce);
 

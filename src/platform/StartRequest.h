@@ -27,6 +27,8 @@ struct StartRequest {
     bool operator==(const StartRequest&) const = default;
 };
 
+/// Of files, links and actions together.
+constexpr qsizetype maximumUrlCount = 100'000;
 constexpr qsizetype maximumActionLength = 64;
 constexpr qsizetype maximumTokenLength = 512;
 

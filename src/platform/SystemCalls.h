@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <utility>
 
-/// What everything that calls the system for files needs.
+/// For those who call the system for files and throw what goes wrong.
 namespace quillabrae::platform {
 
 /// Throws the reason that `errno` has.

@@ -42,9 +42,10 @@ TEST(HandOver, ALengthBeyondTheLimitIsMalformedBeforeThePayloadArrives) {
 
 TEST(HandOver, MoreLinesThanAnybodyHasFilesAreMalformed) {
     StartRequest request;
-    request.files = QList<QUrl>(maximumLineCount, twoFiles.files[0]);
+    request.files = QList<QUrl>(maximumUrlCount, twoFiles.files[0]);
+    request.activationToken = "editor_TIME123";
     EXPECT_EQ(read(message(request)).request, request);
-    request.activationToken = "one-more";
+    request.files.append(twoFiles.files[1]);
     EXPECT_EQ(read(message(request)).progress, Progress::malformed);
 }
 

@@ -112,8 +112,7 @@ TEST(BusCalls, TakeNoTokenOfAnotherTypeOrForm) {
 
 TEST(BusCalls, BeyondTheBoundsAreRefusedWhole) {
     const QString uri = photo.toString();
-    EXPECT_FALSE(ApplicationService::opening(
-        QStringList(ApplicationService::maximumUrlCount + 1, QString()), {}));
+    EXPECT_FALSE(ApplicationService::opening(QStringList(maximumUrlCount + 1, QString()), {}));
     EXPECT_FALSE(ApplicationService::opening(
         {uri, QString(ApplicationService::maximumUrlLength, u'a')}, {}));
     EXPECT_EQ(ApplicationService::actionCall(QString(100'000, u'a'), {}), StartRequest());
