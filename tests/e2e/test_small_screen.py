@@ -39,7 +39,7 @@ class SmallScreen(ScreensCase):
     def assert_fits(self, name, title):
         self.capture(name, title)
         left, top, right, bottom = self.frame_of(self.window_number(title))
-        self.assertGreaterEqual((left, top), (0, 0), name)
+        self.assertGreaterEqual(min(left, top), 0, name)
         self.assertLessEqual(right, SMALL[0], name)
         self.assertLessEqual(bottom, SMALL[1], name)
 
@@ -50,7 +50,7 @@ class SmallScreen(ScreensCase):
         self.assertTrue(found, f"{window}: none of {names}")
         for button in found:
             left, top, width, height = button.box
-            self.assertGreaterEqual((left, top), (0, 0), f"{window}: {button.name}")
+            self.assertGreaterEqual(min(left, top), 0, f"{window}: {button.name}")
             self.assertLessEqual(left + width, SMALL[0], f"{window}: {button.name}")
             self.assertLessEqual(top + height, SMALL[1], f"{window}: {button.name}")
 

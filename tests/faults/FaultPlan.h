@@ -11,18 +11,16 @@
 /// they are unless the process is told otherwise, by its environment:
 ///
 /// QUILLABRAE_FAULTS_BELOW  the folder, absolute
-/// QUILLABRAE_FAULTS_LOG    a file outside of it; each call adds a line "NUMBER CALL MODE PATH",
-/// the
-///                          mode in octal digits of what is made or linked, 0 for other calls
+/// QUILLABRAE_FAULTS_LOG    a file outside of it; each call adds "NUMBER CALL MODE PATH", MODE in
+///                          octal digits that of what is made or linked, 0 for other calls
+/// QUILLABRAE_FAULTS_FROM   "start" to count from the start of the process on
 /// QUILLABRAE_FAULTS_PLAN   "WHAT@NUMBER", what the call of that number comes to:
 ///     an errno's name     it fails so, and nothing is done
 ///     "short"             it reads or writes half of what it was asked for
 ///     "full"              it and all later calls that need room fail with ENOSPC
 ///     "kill-before", "kill-after"   the process is killed instead of it, or when it is done
 ///
-/// QUILLABRAE_FAULTS_FROM   "start" to count from the start of the process on
-///
-/// Otherwise it counts from the first call of `quillabraeFaultsBegin` to that of
+/// Unless it is told FROM, it counts from the first call of `quillabraeFaultsBegin` to that of
 /// `quillabraeFaultsEnd`. A program finds both with dlsym(3).
 ///
 /// It runs within the C library's own functions, so what it does for itself are bare system calls.
