@@ -53,7 +53,8 @@ QRgb sampled(const CanvasPicture& picture, const DeviceView& view, QPoint device
     if (column.isEmpty() || row.isEmpty()) return 0;
     const QPoint place(column.source.front(), row.source.front());
     if (!picture.pixels.part().contains(place)) return 0;
-    return qPremultiply(picture.pixels.image.toQImage().pixel(place - picture.pixels.origin));
+    // Of premultiplied pixels this is the value as it is stored.
+    return picture.pixels.image.toQImage().pixel(place - picture.pixels.origin);
 }
 
 QString place(const model::PaintProject& project, model::CanvasPoint point) {

@@ -130,8 +130,14 @@ TEST_F(AccessibleCanvas, SaysNothingWhenNobodyListens) {
     EXPECT_TRUE(announced.empty());
 }
 
-TEST(ShownColor, IsThatOfTheLayersOneOverTheOther) {
-    const auto layerOf = [](const QColor& color, double opacity) {
+class ShownColor : public testing::Test {
+protected:
+    ShownColor() {
+        project.canvasWidth = 4.0;
+        project.canvasHeight = 3.0;
+    }
+
+    static model::PaintLayer layerOf(const QColor& color, double opacity = 1.0) {
         auto image = raster::LayerRasterService::transparentImage(4.0, 3.0);
         image.paintTarget().fill(color);
         model::PaintLayer layer;
@@ -139,10 +145,20 @@ TEST(ShownColor, IsThatOfTheLayersOneOverTheOther) {
         layer.bitmapPNGData = raster::encodedImage(image);
         layer.opacity = opacity;
         return layer;
-    };
+    }
+
     model::PaintProject project;
-    project.canvasWidth = 4.0;
-    project.canvasHeight = 3.0;
+};
+
+TEST_F(ShownColor, OfATranslucentPixelIsWhatWasPainted) {
+    project.layers = {layerOf(QColor(255, 0, 0, 128))};
+    EXPECT_EQ(shownColor(project, {1.5, 1.5}), (model::ColorValue{1.0, 0.0, 0.0, 128 / 255.0F}));
+    project.layers = {layerOf(Qt::white), layerOf(QColor(255, 0, 0, 128))};
+    EXPECT_EQ(shownColor(project, {1.5, 1.5}),
+              (model::ColorValue{1.0, 127 / 255.0F, 127 / 255.0F, 1.0}));
+}
+
+TEST_F(ShownColor, IsThatOfTheLayersOneOverTheOther) {
     EXPECT_FALSE(shownColor(project, {1.0, 1.0}));
     project.layers = {layerOf(QColor(255, 0, 0), 1.0), layerOf(QColor(0, 0, 255), 0.2)};
     EXPECT_EQ(shownColor(project, {1.5, 1.5}), (model::ColorValue{204 / 255.0F, 0.0, 51 / 255.0F}));
