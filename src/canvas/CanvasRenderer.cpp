@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -158,6 +159,7 @@ void CanvasRenderer::paint(QPainter& painter, const CanvasFrame& frame, const QR
     if (device.isEmpty()) return;
     if (m_strip.width() < device.width())
         m_strip = QImage(device.width(), stripRows, QImage::Format_RGB32);
+    if (m_strip.isNull()) throw std::bad_alloc();
 
     painter.save();
     // Device pixels one to one: a strip is copied, not scaled.

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/FrameUnderOverlays.h"
 
+#include "raster/PixelMemory.h"
+
+#include <cstddef>
+
 namespace quillabrae::canvas {
 
 const QImage& FrameUnderOverlays::image(QSize viewportSize, double devicePixelRatio,
@@ -14,9 +18,11 @@ const QImage& FrameUnderOverlays::image(QSize viewportSize, double devicePixelRa
     }
     const QRegion missing = needed - m_valid;
     if (!missing.isEmpty()) {
+        const std::size_t refusedBefore = raster::refusedPixelRequests();
         QPainter painter(&m_image);
         for (const QRect& rect : missing) paint(painter, rect);
-        m_valid += missing;
+        // A layer that there was no memory for is missing.
+        if (raster::refusedPixelRequests() == refusedBefore) m_valid += missing;
     }
     return m_image;
 }

@@ -16,6 +16,7 @@ namespace quillabrae::canvas {
 class FrameUnderOverlays {
 public:
     /// The frame, complete inside `needed`; `paint` is asked for the rectangles that are missing.
+    /// What it was refused memory for it is asked for again the next time.
     const QImage& image(QSize viewportSize, double devicePixelRatio, const QRegion& needed,
                         const std::function<void(QPainter&, const QRect&)>& paint);
     /// What shows there has changed.

@@ -4,6 +4,7 @@
 #include "canvas/LayerPictures.h"
 #include "raster/BlendKernels.h"
 #include "raster/Parallel.h"
+#include "raster/PixelMemory.h"
 
 #include <algorithm>
 #include <iterator>
@@ -105,13 +106,14 @@ bool LiveSurroundings::startFor(const CanvasFrame& frame) {
     if (!makeSurface(m_below, layersBelow(frame, m_liveIndex)) ||
         !makeSurface(m_above, layersAbove(frame, m_liveIndex)))
         return false;
+    const QRect tiles = tilesOf(m_viewport);
+    m_tileColumns = static_cast<std::size_t>(tiles.width());
+    m_isTileMade.assign(m_tileColumns * static_cast<std::size_t>(tiles.height()), 0);
+    // Once all the rest is there: what has a key is gone on with.
     m_key = std::make_unique<Key>(
         Key{project.layers, project.floatingSelection, project.pixelSelection,
             QSizeF(project.canvasWidth, project.canvasHeight), frame.zoomScale, frame.canvasOrigin,
             frame.viewportSize, frame.devicePixelRatio});
-    const QRect tiles = tilesOf(m_viewport);
-    m_tileColumns = static_cast<std::size_t>(tiles.width());
-    m_isTileMade.assign(m_tileColumns * static_cast<std::size_t>(tiles.height()), 0);
     return true;
 }
 
@@ -124,6 +126,7 @@ bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
     const model::PaintProject& project = *frame.project;
     QRect bounds;
     for (const QRect& tile : missing) bounds |= tile;
+    const std::size_t refusedBefore = raster::refusedPixelRequests();
     const raster::DecodeCachePass pass;
     if (!m_below.isNull()) {
         LayerPictures below(project, layersBelow(frame, m_liveIndex), view, bounds, coverage);
@@ -133,24 +136,30 @@ bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
         LayerPictures above(project, layersAbove(frame, m_liveIndex), view, bounds, coverage);
         makeTiles(m_above, view, missing, above, false);
     }
+    // A layer that there was no memory for is missing: the next frame makes these tiles again.
+    if (raster::refusedPixelRequests() == refusedBefore) countAsMade(device);
     return true;
 }
 
-std::vector<QRect> LiveSurroundings::missingTiles(const DeviceView& view, const QRect& device) {
+std::vector<QRect> LiveSurroundings::missingTiles(const DeviceView& view,
+                                                  const QRect& device) const {
     Tiles missing;
     const QRect tiles = tilesOf(device);
     for (int row = tiles.top(); row <= tiles.bottom(); ++row) {
         for (int column = tiles.left(); column <= tiles.right(); ++column) {
-            unsigned char& isMade = m_isTileMade[static_cast<std::size_t>(row) * m_tileColumns +
-                                                 static_cast<std::size_t>(column)];
-            if (isMade) continue;
-            isMade = 1;
+            if (m_isTileMade[tileIndex(column, row)]) continue;
             const QRect tile(column * tileSide, row * tileSide, tileSide, tileSide);
             const QRect pixels = view.canvasPixels(tile & m_viewport);
             if (!pixels.isEmpty()) missing.push_back(pixels);
         }
     }
     return missing;
+}
+
+void LiveSurroundings::countAsMade(const QRect& device) {
+    const QRect tiles = tilesOf(device);
+    for (int row = tiles.top(); row <= tiles.bottom(); ++row)
+        std::fill_n(&m_isTileMade[tileIndex(tiles.left(), row)], tiles.width(), 1);
 }
 
 ComposerGround LiveSurroundings::ground() const {

@@ -24,7 +24,8 @@ public:
 
     /// Makes what `device`, pixels of the canvas within the viewport, shows. Starts anew when the
     /// frame shows other layers, or shows them elsewhere, than the frame before. False when there
-    /// is no memory for it: then there is nothing to show.
+    /// is no memory for it: then there is nothing to show. What it throws in, or leaves a layer
+    /// out of for want of memory, is made again the next time.
     bool prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
                  CoverageCache& coverage);
 
@@ -38,9 +39,12 @@ private:
 
     bool isFor(const CanvasFrame& frame) const;
     bool startFor(const CanvasFrame& frame);
-    /// The parts of the canvas that `device` shows in tiles that are not made yet; from now on they
-    /// count as made.
-    std::vector<QRect> missingTiles(const DeviceView& view, const QRect& device);
+    std::size_t tileIndex(int column, int row) const {
+        return static_cast<std::size_t>(row) * m_tileColumns + static_cast<std::size_t>(column);
+    }
+    /// The parts of the canvas that `device` shows in tiles that are not made yet.
+    std::vector<QRect> missingTiles(const DeviceView& view, const QRect& device) const;
+    void countAsMade(const QRect& device);
 
     std::unique_ptr<Key> m_key;
     std::size_t m_liveIndex = 0;
