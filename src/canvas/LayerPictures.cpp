@@ -1,25 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "canvas/LayerPictures.h"
 
+#include "canvas/SelectionHandle.h"
+#include "model/WholePixelRect.h"
 #include "raster/BlendKernels.h"
 #include "raster/Stretch.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace quillabrae::canvas {
-namespace {
-
-/// Where floating pixels stand: whole canvas pixels, as they are put down.
-QRectF floatingTarget(const model::PixelSelection& selection) {
-    const QRectF rect =
-        QRectF(selection.x, selection.y, selection.width, selection.height).normalized();
-    return {std::trunc(rect.x()), std::trunc(rect.y()), std::max(std::trunc(rect.width()), 1.0),
-            std::max(std::trunc(rect.height()), 1.0)};
-}
-
-} // namespace
 
 LayerPictures::LayerPictures(const model::PaintProject& project,
                              std::span<const model::PaintLayer> layers, const DeviceView& view,
@@ -33,40 +23,38 @@ LayerPictures::LayerPictures(const model::PaintProject& project,
         if (!layer.isVisible || fraction == 0) continue;
         if (layer.bitmapPNGData) m_sources.push_back({*layer.bitmapPNGData, canvas, fraction});
         if (floating && floating->layerID == layer.id && project.pixelSelection)
-            m_sources.push_back(
-                {floating->pngData, floatingTarget(*project.pixelSelection), fraction});
+            m_sources.push_back({floating->pngData,
+                                 model::wholePixelRect(rectOf(*project.pixelSelection)), fraction});
     }
     readTop();
 }
 
 void LayerPictures::readTop() {
-    std::size_t held = 0;
-    while (!m_sources.empty() && (m_top.empty() || held < groupBudget())) {
-        const Source& source = m_sources.back();
-        std::optional<CanvasPicture> picture = pictureOf(source);
-        if (picture && !raster::isRemembered(source.bytes))
-            held += picture->pixels.image.byteCount();
+    Group top;
+    while (!m_sources.empty() && top.hasRoom()) {
+        const Source source = m_sources.back();
         m_sources.pop_back();
-        if (!picture) continue;
-        if (!m_sources.empty() && hidesAll(*picture)) m_sources.clear();
-        m_top.push_back(std::move(*picture));
+        if (readInto(top, source) && !m_sources.empty() && hidesAll(top.pictures.back()))
+            m_sources.clear();
     }
-    std::ranges::reverse(m_top);
+    std::ranges::reverse(top.pictures);
+    m_top = std::move(top.pictures);
 }
 
 std::vector<CanvasPicture> LayerPictures::nextGroup() {
-    std::vector<CanvasPicture> group;
-    std::size_t held = 0;
-    while (m_next < m_sources.size() && (group.empty() || held < groupBudget())) {
-        const Source& source = m_sources[m_next++];
-        std::optional<CanvasPicture> picture = pictureOf(source);
-        if (!picture) continue;
-        if (!raster::isRemembered(source.bytes)) held += picture->pixels.image.byteCount();
-        group.push_back(std::move(*picture));
-    }
-    if (!group.empty()) return group;
+    Group group;
+    while (m_next < m_sources.size() && group.hasRoom()) readInto(group, m_sources[m_next++]);
+    if (!group.pictures.empty()) return std::move(group.pictures);
     m_isTopTaken = true;
     return std::move(m_top);
+}
+
+bool LayerPictures::readInto(Group& group, const Source& source) {
+    std::optional<CanvasPicture> picture = pictureOf(source);
+    if (!picture) return false;
+    if (!raster::isRemembered(source.bytes)) group.heldBytes += picture->pixels.image.byteCount();
+    group.pictures.push_back(std::move(*picture));
+    return true;
 }
 
 std::optional<CanvasPicture> LayerPictures::pictureOf(const Source& source) {

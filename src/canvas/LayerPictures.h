@@ -46,7 +46,7 @@ public:
 
     bool isAtEnd() const { return m_isTopTaken; }
 
-    /// The next pictures, not at the end. None when what was left cannot be read.
+    /// The next pictures, not at the end. None when nothing that was left can be seen.
     std::vector<CanvasPicture> nextGroup();
 
     /// A group is at an end when its pictures, beside those that the decode cache remembers, come
@@ -67,14 +67,25 @@ private:
         bool isEverywhere = false;
     };
 
+    /// Pictures that are held at the same time.
+    struct Group {
+        std::vector<CanvasPicture> pictures;
+        /// Of pixels that the decode cache does not remember.
+        std::size_t heldBytes = 0;
+
+        bool hasRoom() const { return pictures.empty() || heldBytes < groupBudget(); }
+    };
+
     void readTop();
+    /// Whether the picture shows something and is now the group's last.
+    bool readInto(Group& group, const Source& source);
     /// Nothing when it shows nothing.
     std::optional<CanvasPicture> pictureOf(const Source& source);
     const Window& windowOf(const QRectF& target, QSize wholeSize);
     bool hidesAll(const CanvasPicture& picture);
 
     raster::DecodeCachePass m_pass;
-    const DeviceView& m_view;
+    DeviceView m_view;
     QRect m_device;
     CoverageCache& m_coverage;
     std::vector<Source> m_sources;

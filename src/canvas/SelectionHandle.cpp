@@ -2,6 +2,7 @@
 #include "canvas/SelectionHandle.h"
 
 #include "canvas/CanvasGeometry.h"
+#include "model/WholePixelRect.h"
 
 #include <algorithm>
 #include <cmath>
@@ -106,10 +107,7 @@ model::PixelSelection withRect(const model::PixelSelection& selection, const QRe
 
 model::PixelSelection truncatedSelection(const model::PixelSelection& selection,
                                          const QRectF& rect) {
-    const QRectF standard = rect.normalized();
-    return {std::trunc(standard.x()), std::trunc(standard.y()),
-            std::max(std::trunc(standard.width()), 1.0),
-            std::max(std::trunc(standard.height()), 1.0), selection.maskPNGData};
+    return withRect(selection, model::wholePixelRect(rect));
 }
 
 QRectF draggedRect(const QRectF& start, SelectionDragMode mode, QPointF translation,

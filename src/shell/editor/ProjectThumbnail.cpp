@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/editor/ProjectThumbnail.h"
 
+#include "model/WholePixelRect.h"
 #include "raster/CroppedDrawing.h"
 #include "raster/DecodeCache.h"
+#include "store/SelectionState.h"
 
 #include <QPainter>
-
-#include <algorithm>
-#include <cmath>
 
 namespace quillabrae::shell {
 namespace {
@@ -31,19 +30,11 @@ QImage layerPicture(const model::PngBytes& bytes, QSize size) {
     return pixels.isNull() ? QImage() : shrunk(pixels, size);
 }
 
-/// Where floating pixels stand: whole canvas pixels, as they are put down.
-QRectF floatingTarget(const model::PixelSelection& selection) {
-    const QRectF rect =
-        QRectF(selection.x, selection.y, selection.width, selection.height).normalized();
-    return {std::trunc(rect.x()), std::trunc(rect.y()), std::max(1.0, std::trunc(rect.width())),
-            std::max(1.0, std::trunc(rect.height()))};
-}
-
 void paintFloating(QPainter& painter, const model::PaintProject& project, QSize size) {
     const raster::CroppedImage pixels = raster::decodedCrop(project.floatingSelection->pngData);
     if (pixels.isNull()) return;
     const double scale = size.width() / project.canvasWidth;
-    const QRectF target = floatingTarget(*project.pixelSelection);
+    const QRectF target = model::wholePixelRect(store::rectOf(*project.pixelSelection));
     const QRect place = QRectF(target.topLeft() * scale, target.size() * scale).toAlignedRect();
     painter.drawImage(place.topLeft(), shrunk(pixels, place.size()));
 }
