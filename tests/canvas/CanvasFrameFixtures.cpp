@@ -123,8 +123,13 @@ QImage blankTarget(const CanvasFrame& frame) {
 }
 
 QImage painted(const CanvasFrame& frame) {
+    CanvasRenderer renderer;
+    return painted(frame, renderer);
+}
+
+QImage painted(const CanvasFrame& frame, CanvasRenderer& renderer) {
     QImage target = blankTarget(frame);
-    CanvasRenderer().paint(target, frame, target.rect());
+    renderer.paint(target, frame, target.rect());
     return target;
 }
 

@@ -29,6 +29,8 @@ CanvasFrame frameOf(const model::PaintProject& project, double zoom, double rati
 /// The viewport, in magenta.
 QImage blankTarget(const CanvasFrame& frame);
 QImage painted(const CanvasFrame& frame);
+/// The same by a renderer that may have painted before.
+QImage painted(const CanvasFrame& frame, CanvasRenderer& renderer);
 /// What `painted` ought to be, without border and grid: every device pixel on its own, by its
 /// centre.
 QImage bookPainted(const CanvasFrame& frame);

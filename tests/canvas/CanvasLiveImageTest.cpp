@@ -56,9 +56,7 @@ TEST(CanvasRenderer, RepaintsWhatAStrokeTouchedAsIfAllWerePaintedAnew) {
         const QRect dirty = raster::LayerRasterService::drawStroke(stroke, live, 400, 300);
         renderer.paint(shown, frame, viewportRect(frame, dirty));
     }
-    QImage anew = blankTarget(frame);
-    CanvasRenderer().paint(anew, frame, anew.rect());
-    EXPECT_EQ(shown, anew);
+    EXPECT_EQ(shown, painted(frame));
 }
 
 TEST(CanvasRenderer, NoticesThatTheLayersAroundTheLiveOneChanged) {
@@ -70,11 +68,7 @@ TEST(CanvasRenderer, NoticesThatTheLayersAroundTheLiveOneChanged) {
     frame.liveLayerID = project.layers.back().id;
     frame.liveImage = &live;
     CanvasRenderer renderer;
-    const auto paintedAgain = [&] {
-        QImage target = blankTarget(frame);
-        renderer.paint(target, frame, target.rect());
-        return target;
-    };
+    const auto paintedAgain = [&] { return painted(frame, renderer); };
     EXPECT_EQ(paintedAgain(), painted(frame));
     project.layers[0].opacity = 0.1;
     EXPECT_EQ(paintedAgain(), painted(frame));
@@ -104,8 +98,7 @@ TEST(CanvasRenderer, KeepsNoShareOfTheLiveImage) {
     frame.liveLayerID = project.layers[3].id;
     frame.liveImage = &live;
     CanvasRenderer renderer;
-    QImage target = blankTarget(frame);
-    renderer.paint(target, frame, target.rect());
+    painted(frame, renderer);
     EXPECT_EQ(live.mutableRow(0), pixels);
 }
 

@@ -40,11 +40,7 @@ protected:
     LayerPicturesTest() { raster::clearDecodeCache(); }
     ~LayerPicturesTest() override { raster::clearDecodeCache(); }
 
-    QImage paint(const CanvasFrame& frame) {
-        QImage target = blankTarget(frame);
-        m_renderer.paint(target, frame, target.rect());
-        return target;
-    }
+    QImage paint(const CanvasFrame& frame) { return painted(frame, m_renderer); }
     /// How many layers that takes to be decoded, with nothing remembered.
     std::size_t decodedFor(const CanvasFrame& frame) {
         raster::clearDecodeCache();
