@@ -44,6 +44,9 @@ struct CanvasFrame {
 ///
 /// While a live image is shown, what lies below and above its layer is kept as composites of the
 /// viewport, made tile by tile where the dirty rectangles fall. A frame without one drops them.
+///
+/// A paint that there is not enough memory for leaves out what it cannot show, or throws
+/// std::bad_alloc; the next one is whole.
 class CanvasRenderer {
 public:
     CanvasRenderer();

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <random>
 #include <utility>
@@ -25,6 +26,11 @@ using raster::RasterImage;
 /// Just large enough to be read without margins, and low: the twin takes its time for every row.
 constexpr QSize wideSize(32'768, 128);
 
+/// floor((place + 0.5) * sources / places)
+int sourceAt(std::int64_t place, std::int64_t sources, std::int64_t places) {
+    return static_cast<int>((2 * place + 1) * sources / (2 * places));
+}
+
 /// Every pixel on its own: what its centre shows of each layer, one over the other.
 RasterImage bookRendered(const model::PaintProject& project, Background background) {
     const bool isWhite = background == Background::white;
@@ -35,10 +41,9 @@ RasterImage bookRendered(const model::PaintProject& project, Background backgrou
         const RasterImage pixels = raster::decodePng(*layer.bitmapPNGData);
         const int fraction = static_cast<int>(std::round(layer.opacity * 255));
         for (int y = 0; y < picture.height(); ++y) {
-            const int row = (2 * y + 1) * pixels.height() / (2 * picture.height());
+            const int row = sourceAt(y, pixels.height(), picture.height());
             for (int x = 0; x < picture.width(); ++x) {
-                const auto column =
-                    static_cast<int>((2 * x + 1LL) * pixels.width() / (2 * picture.width()));
+                const int column = sourceAt(x, pixels.width(), picture.width());
                 const Pixel source = raster::pixelAt(pixels, column, row);
                 // Most of a wide picture: over what is there it changes nothing.
                 if (source == Pixel{}) continue;
