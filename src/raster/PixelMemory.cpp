@@ -2,11 +2,12 @@
 #include "raster/PixelMemory.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
-#include <memory>
 #include <mutex>
-#include <vector>
+#include <span>
+#include <type_traits>
 
 #if defined(__unix__)
 #include <unistd.h>
@@ -24,6 +25,7 @@ namespace quillabrae::raster {
 namespace {
 
 constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
+constexpr std::size_t mostKeptMemory = 512 * mebibyte;
 constexpr std::size_t hugePageSize = 2 * mebibyte;
 
 #if QUILLABRAE_MAPPED_PIXELS
@@ -46,7 +48,8 @@ void unmap(std::uint8_t* pixels, std::size_t byteCount) {
     munmap(pixels, mappedSize(byteCount));
 }
 
-/// Blocks that were freed last, for requests of their size.
+/// Blocks that were freed last, for requests of their size. Asks for no memory: pixels are freed
+/// where nothing may fail, and when there is least of it.
 class KeptBlocks {
 public:
     /// A block of that size. Where there is none, makes room for a new one: memory of another size
@@ -54,8 +57,8 @@ public:
     std::uint8_t* take(std::size_t byteCount) {
         const std::size_t size = mappedSize(byteCount);
         const std::lock_guard lock(m_mutex);
-        const auto found = std::ranges::find(m_blocks, size, &Block::size);
-        if (found == m_blocks.end()) {
+        const auto found = std::ranges::find(blocks(), size, &Block::size);
+        if (found == blocks().end()) {
             giveBack([&](const Block& block) { return block.size / muchLarger < size; });
             return nullptr;
         }
@@ -65,8 +68,8 @@ public:
     /// The block that holds `contents`.
     std::uint8_t* takeBack(std::uint64_t contents, std::size_t byteCount) {
         const std::lock_guard lock(m_mutex);
-        const auto found = std::ranges::find(m_blocks, contents, &Block::contents);
-        const bool isKept = found != m_blocks.end() && found->size == mappedSize(byteCount);
+        const auto found = std::ranges::find(blocks(), contents, &Block::contents);
+        const bool isKept = found != blocks().end() && found->size == mappedSize(byteCount);
         return isKept ? take(found) : nullptr;
     }
 
@@ -76,14 +79,14 @@ public:
         if (size > most) return unmap(pixels, byteCount);
         const std::lock_guard lock(m_mutex);
         std::size_t total = size;
-        for (const Block& block : m_blocks) total += block.size;
+        for (const Block& block : blocks()) total += block.size;
         // The oldest go first.
         giveBack([&](const Block& block) {
             if (total <= most) return false;
             total -= block.size;
             return true;
         });
-        m_blocks.push_back({pixels, size, contents});
+        m_blocks[m_count++] = {pixels, size, contents};
     }
 
     /// Whether there was anything to give back.
@@ -94,37 +97,44 @@ public:
 
 private:
     struct Block {
-        std::uint8_t* pixels;
-        std::size_t size;
-        std::uint64_t contents;
+        std::uint8_t* pixels = nullptr;
+        std::size_t size = 0;
+        std::uint64_t contents = 0;
     };
+    using Blocks = std::span<Block>;
 
-    std::uint8_t* take(std::vector<Block>::iterator block) {
+    Blocks blocks() { return Blocks(m_blocks).first(m_count); }
+
+    std::uint8_t* take(Blocks::iterator block) {
         std::uint8_t* const pixels = block->pixels;
-        m_blocks.erase(block);
+        std::move(block + 1, blocks().end(), block);
+        --m_count;
         return pixels;
     }
 
     /// Asks about each block once, the oldest first; how many went.
     template <typename Predicate>
     std::size_t giveBack(Predicate isUnwanted) {
-        return std::erase_if(m_blocks, [&](const Block& block) {
+        const Blocks all = blocks();
+        const auto kept = std::remove_if(all.begin(), all.end(), [&](const Block& block) {
             if (!isUnwanted(block)) return false;
             unmap(block.pixels, block.size);
             return true;
         });
+        const auto gone = static_cast<std::size_t>(all.end() - kept);
+        m_count -= gone;
+        return gone;
     }
 
     std::mutex m_mutex;
-    /// Freed last comes last.
-    std::vector<Block> m_blocks;
+    /// Freed last comes last. There are no more than that: each takes a huge page or more.
+    std::array<Block, mostKeptMemory / hugePageSize> m_blocks;
+    std::size_t m_count = 0;
 };
 
-KeptBlocks& keptBlocks() {
-    // Never destroyed: images may outlive it among objects that end with the program.
-    static auto& blocks = *std::make_unique<KeptBlocks>().release();
-    return blocks;
-}
+// Images may outlive it among objects that end with the program.
+static_assert(std::is_trivially_destructible_v<KeptBlocks>);
+constinit KeptBlocks keptBlocks;
 
 /// Zero pages that begin on a huge page's border; null when the system has none.
 std::uint8_t* mapFresh(std::size_t byteCount) {
@@ -144,7 +154,7 @@ std::uint8_t* mapFresh(std::size_t byteCount) {
 /// The same, at the cost of what is kept.
 std::uint8_t* map(std::size_t byteCount) {
     std::uint8_t* const pixels = mapFresh(byteCount);
-    return pixels == nullptr && keptBlocks().clear() ? mapFresh(byteCount) : pixels;
+    return pixels == nullptr && keptBlocks.clear() ? mapFresh(byteCount) : pixels;
 }
 
 #endif
@@ -169,14 +179,14 @@ std::size_t machineMemory() {
 }
 
 std::size_t keptPixelMemory() {
-    static const std::size_t most = std::clamp(machineMemory() / 16, 72 * mebibyte, 512 * mebibyte);
+    static const std::size_t most = std::clamp(machineMemory() / 16, 72 * mebibyte, mostKeptMemory);
     return most;
 }
 
 std::uint8_t* allocatePixels(std::size_t byteCount) {
 #if QUILLABRAE_MAPPED_PIXELS
     if (isMapped(byteCount)) {
-        std::uint8_t* const kept = keptBlocks().take(byteCount);
+        std::uint8_t* const kept = keptBlocks.take(byteCount);
         return kept != nullptr ? kept : counted(map(byteCount));
     }
 #endif
@@ -193,7 +203,7 @@ std::uint8_t* allocateClearPixels(std::size_t byteCount) {
 void freePixels(std::uint8_t* pixels, [[maybe_unused]] std::size_t byteCount,
                 [[maybe_unused]] std::uint64_t contents) {
 #if QUILLABRAE_MAPPED_PIXELS
-    if (isMapped(byteCount)) return keptBlocks().keep(pixels, byteCount, contents);
+    if (isMapped(byteCount)) return keptBlocks.keep(pixels, byteCount, contents);
 #endif
     std::free(pixels);
 }
@@ -201,7 +211,7 @@ void freePixels(std::uint8_t* pixels, [[maybe_unused]] std::size_t byteCount,
 std::uint8_t* takeBackPixels([[maybe_unused]] std::uint64_t contents,
                              [[maybe_unused]] std::size_t byteCount) {
 #if QUILLABRAE_MAPPED_PIXELS
-    if (isMapped(byteCount)) return keptBlocks().takeBack(contents, byteCount);
+    if (isMapped(byteCount)) return keptBlocks.takeBack(contents, byteCount);
 #endif
     return nullptr;
 }
@@ -216,7 +226,7 @@ void countRefusedPixelRequest() {
 
 void releaseKeptPixelMemory() {
 #if QUILLABRAE_MAPPED_PIXELS
-    keptBlocks().clear();
+    keptBlocks.clear();
 #endif
 }
 

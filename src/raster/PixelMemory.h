@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Where the pixels of images live. Pages fresh from the system cost several times what copying
-/// their contents does, so large blocks come in huge pages, and some of what was freed last is kept
-/// for the next image of the same size, until one of another size is wanted. Safe on any thread.
+/// Where the pixels of images live. Fresh pages cost several times what copying does, so large
+/// blocks are in huge pages, and some of what was freed last is kept for requests of its size until
+/// `allocatePixels` grants one of another, more than an eighth of it. Safe on any thread.
 namespace quillabrae::raster {
 
 /// The bytes of memory that the machine has; 0 where nobody tells.

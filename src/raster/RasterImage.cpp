@@ -96,7 +96,12 @@ RasterImage RasterImage::takenBack(std::uint64_t contentsID, int pixelWidth, int
     const std::size_t size = byteCountOf(pixelWidth, pixelHeight);
     std::uint8_t* const memory = takeBackPixels(contentsID, size);
     if (memory == nullptr) return {};
-    return withPixels(new Pixels(memory, size), pixelWidth, pixelHeight);
+    try {
+        return withPixels(new Pixels(memory, size), pixelWidth, pixelHeight);
+    } catch (const std::bad_alloc&) {
+        freePixels(memory, size, contentsID);
+        return {};
+    }
 }
 
 RasterImage RasterImage::fromQImage(QImage&& picture) {

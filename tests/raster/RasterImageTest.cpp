@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "raster/KeptMemory.h"
 #include "raster/PixelMemory.h"
 #include "raster/PngFixtures.h"
 #include "raster/RasterImage.h"
@@ -9,13 +10,6 @@
 #include <algorithm>
 #include <cstring>
 #include <vector>
-
-#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
-#define QUILLABRAE_KEEPS_PIXELS 1
-#include <sys/mman.h>
-#else
-#define QUILLABRAE_KEEPS_PIXELS 0
-#endif
 
 namespace quillabrae::raster {
 namespace {
@@ -100,7 +94,13 @@ TEST(PixelMemory, ClearPixelsAreClearAfterReuse) {
     releaseKeptPixelMemory();
 }
 
-#if QUILLABRAE_KEEPS_PIXELS
+class KeptPixelMemory : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!isMemoryKept()) GTEST_SKIP() << "freed pixel memory is not kept here";
+    }
+    ~KeptPixelMemory() override { releaseKeptPixelMemory(); }
+};
 
 constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
@@ -111,16 +111,15 @@ std::uint8_t* filledPixels(std::size_t size) {
     return pixels;
 }
 
-TEST(PixelMemory, TheNextBlockOfASizeIsTheOneThatWasFreed) {
+TEST_F(KeptPixelMemory, TheNextBlockOfASizeIsTheOneThatWasFreed) {
     std::uint8_t* const pixels = filledPixels(40 * mebibyte);
     freePixels(pixels, 40 * mebibyte);
     std::uint8_t* const next = allocatePixels(40 * mebibyte);
     EXPECT_EQ(next, pixels);
     freePixels(next, 40 * mebibyte);
-    releaseKeptPixelMemory();
 }
 
-TEST(PixelMemory, AKeptBlockOutlivesSmallOnes) {
+TEST_F(KeptPixelMemory, AKeptBlockOutlivesSmallOnes) {
     std::uint8_t* const pixels = filledPixels(40 * mebibyte);
     freePixels(pixels, 40 * mebibyte);
     const tests::PeakMemory memory;
@@ -128,34 +127,51 @@ TEST(PixelMemory, AKeptBlockOutlivesSmallOnes) {
     freePixels(small, 4 * mebibyte);
     freePixels(filledPixels(40 * mebibyte), 40 * mebibyte);
     EXPECT_LT(memory.growth(), 6 << 20);
-    releaseKeptPixelMemory();
 }
 
-TEST(PixelMemory, AKeptBlockIsNoBurdenToOneOfAnotherSize) {
+TEST_F(KeptPixelMemory, AKeptBlockIsNoBurdenToOneOfAnotherSize) {
     std::uint8_t* const pixels = filledPixels(40 * mebibyte);
     freePixels(pixels, 40 * mebibyte);
     const tests::PeakMemory memory;
     freePixels(filledPixels(36 * mebibyte), 36 * mebibyte);
     EXPECT_LT(memory.growth(), 2 << 20);
-    releaseKeptPixelMemory();
 }
 
-TEST(PixelMemory, OfMoreThanMayBeKeptTheOldestGoes) {
-    constexpr std::size_t size = 8 * mebibyte;
+TEST_F(KeptPixelMemory, AKeptBlockOutlivesClearOnes) {
+    std::uint8_t* const pixels = filledPixels(8 * mebibyte);
+    freePixels(pixels, 8 * mebibyte);
+    std::uint8_t* const clear = allocateClearPixels(6 * mebibyte);
+    std::uint8_t* const next = allocatePixels(8 * mebibyte);
+    EXPECT_EQ(next, pixels);
+    freePixels(clear, 6 * mebibyte);
+    freePixels(next, 8 * mebibyte);
+}
+
+TEST_F(KeptPixelMemory, OfMoreThanMayBeKeptTheOldestGoes) {
+    // Those of the least size that is kept are the most.
+    for (const std::size_t size : {8 * mebibyte, 2 * mebibyte}) {
+        std::vector<std::uint8_t*> blocks;
+        while (blocks.size() * size <= keptPixelMemory()) blocks.push_back(allocatePixels(size));
+        for (std::uint8_t* const block : blocks) freePixels(block, size);
+        EXPECT_FALSE(isThere(blocks.front()));
+        EXPECT_TRUE(std::all_of(blocks.begin() + 1, blocks.end(), isThere));
+        releaseKeptPixelMemory();
+        EXPECT_TRUE(std::none_of(blocks.begin(), blocks.end(), isThere));
+    }
+}
+
+TEST_F(KeptPixelMemory, TakesBackEachBlockByWhatItHolds) {
+    constexpr std::size_t size = 2 * mebibyte;
     std::vector<std::uint8_t*> blocks;
-    while (blocks.size() * size <= keptPixelMemory()) blocks.push_back(allocatePixels(size));
+    for (int i = 0; i < 5; ++i) blocks.push_back(allocatePixels(size));
+    for (std::size_t i = 0; i < blocks.size(); ++i) freePixels(blocks[i], size, 100 + i);
+    for (const std::size_t i : {2U, 0U, 4U, 1U, 3U}) {
+        EXPECT_EQ(takeBackPixels(100 + i, 2 * size), nullptr);
+        EXPECT_EQ(takeBackPixels(100 + i, size), blocks[i]);
+        EXPECT_EQ(takeBackPixels(100 + i, size), nullptr);
+    }
     for (std::uint8_t* const block : blocks) freePixels(block, size);
-    const auto isThere = [](std::uint8_t* block) {
-        unsigned char isResident = 0;
-        return mincore(block, 1, &isResident) == 0;
-    };
-    EXPECT_FALSE(isThere(blocks.front()));
-    EXPECT_TRUE(std::all_of(blocks.begin() + 1, blocks.end(), isThere));
-    releaseKeptPixelMemory();
-    EXPECT_TRUE(std::none_of(blocks.begin(), blocks.end(), isThere));
 }
-
-#endif
 
 } // namespace
 } // namespace quillabrae::raster
