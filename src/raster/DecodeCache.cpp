@@ -58,15 +58,12 @@ public:
         image.setLogicalSize(QSizeF(image.width(), image.height()));
         const std::lock_guard lock(m_mutex);
         removeDead();
+        if (image.byteCount() + sizeOfThisPass(bytes.get()) > m_budget) return;
         if (const auto old = m_index.find(bytes.get()); old != m_index.end()) remove(old->second);
-        if (image.byteCount() > m_budget) return;
         m_size += image.byteCount();
         m_entries.push_front({bytes, bytes.get(), std::move(picture), ++m_uses});
         m_index[bytes.get()] = m_entries.begin();
-        while (m_size > m_budget && m_entries.back().lastUse < passBegin)
-            remove(std::prev(m_entries.end()));
-        // What is left is of this pass, which had better keep the earlier ones.
-        if (m_size > m_budget) remove(m_entries.begin());
+        while (m_size > m_budget) remove(std::prev(m_entries.end()));
     }
 
     void clear() {
@@ -116,6 +113,16 @@ private:
         m_size -= entry->picture.image.byteCount();
         m_index.erase(entry->key);
         m_entries.erase(entry);
+    }
+
+    /// What a pass had better keep for its next time, other than what is to be replaced.
+    std::size_t sizeOfThisPass(const QByteArray* replaced) const {
+        std::size_t size = 0;
+        for (const Entry& entry : m_entries) {
+            if (entry.lastUse < passBegin) break;
+            if (entry.key != replaced) size += entry.picture.image.byteCount();
+        }
+        return size;
     }
 
     void removeDead() {

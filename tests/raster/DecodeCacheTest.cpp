@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/DecodeCache.h"
+#include "raster/KeptMemory.h"
 #include "raster/PngFixtures.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <thread>
+#include <vector>
 
 namespace quillabrae::raster {
 namespace {
@@ -133,6 +136,60 @@ TEST_F(DecodeCache, AnImageBeyondTheBudgetIsDecodedButNotKept) {
     const RasterImage image = randomImage(50, 50, 6);
     EXPECT_TRUE(decodedImage(encodedImage(image)) == image);
     EXPECT_EQ(decodeCacheSize(), 0U);
+}
+
+TEST_F(DecodeCache, WhatDoesNotFitPushesOutNothing) {
+    // Large enough to be cropped, and nearly empty.
+    RasterImage large(2048, 2048);
+    std::memset(large.mutableRow(700) + 400, 255, 40);
+    const model::PngBytes bytes = encodePng(large);
+    const model::PngBytes other = encodePng(randomImage(50, 50, 8));
+    setDecodeCacheBudget(std::size_t{4} * 1024 * 1024);
+    decodedImage(other);
+    const CroppedImage cropped = decodedCrop(bytes);
+    ASSERT_FALSE(cropped.isWhole());
+    const std::size_t size = decodeCacheSize();
+    EXPECT_TRUE(decodedImage(bytes) == large);
+    EXPECT_TRUE(isRemembered(other));
+    EXPECT_TRUE(decodedCrop(bytes).image.sharesPixelsWith(cropped.image));
+    EXPECT_EQ(decodeCacheSize(), size);
+}
+
+TEST_F(DecodeCache, WhatDoesNotFitIntoAPassPushesOutNothing) {
+    RasterImage large(2048, 2048);
+    std::memset(large.mutableRow(700) + 400, 255, 40);
+    const model::PngBytes bytes = encodePng(large);
+    const model::PngBytes older = encodePng(randomImage(50, 50, 8));
+    const model::PngBytes other = encodePng(randomImage(500, 500, 9));
+    setDecodeCacheBudget(large.byteCount() + std::size_t{500} * 500);
+    decodedImage(older);
+    decodedCrop(bytes);
+    const std::size_t before = decodeCacheSize();
+    const DecodeCachePass pass;
+    const RasterImage first = decodedImage(other);
+    decodedImage(bytes);
+    EXPECT_TRUE(isRemembered(older));
+    EXPECT_TRUE(isRemembered(bytes));
+    EXPECT_EQ(decodeCacheSize(), before + first.byteCount());
+}
+
+TEST_F(DecodeCache, UnusedMemoryThatIsReturnedIsThatOfPicturesNobodyHolds) {
+    if (!isMemoryKept()) GTEST_SKIP() << "freed pixel memory is not kept here";
+    RasterImage gone(1024, 1024);
+    RasterImage freed(1024, 768);
+    RasterImage held(1024, 1024);
+    for (RasterImage* const image : {&gone, &freed, &held})
+        std::memset(image->mutableBytes().data(), 255, image->byteCount());
+    const model::PngBytes heldBytes = encodedImage(held);
+    model::PngBytes goneBytes = encodedImage(gone);
+    const std::vector<const std::uint8_t*> places{gone.row(0), freed.row(0), held.row(0)};
+    gone = freed = held = {};
+    goneBytes = {};
+    EXPECT_TRUE(std::ranges::all_of(places, isThere));
+    returnUnusedMemory();
+    EXPECT_FALSE(isThere(places[0]));
+    EXPECT_FALSE(isThere(places[1]));
+    EXPECT_EQ(decodedImage(heldBytes).row(0), places[2]);
 }
 
 TEST_F(DecodeCache, ForgetsImagesWhoseBytesAreGone) {
