@@ -11,9 +11,9 @@
 
 namespace quillabrae::raster {
 
-/// A picture without transparent margins: outside of `image`, which stands at `origin`, it is
-/// transparent. Pictures that show something nearly everywhere have their margins all the same, and
-/// `image` is all of them.
+/// A picture that may lack transparent margins: outside of `image`, which stands at `origin`, it is
+/// transparent. `image` is all of it where about half of it or more shows something, where it is
+/// small and where others encoded it (`decodeCroppedPng`).
 struct CroppedImage {
     RasterImage image;
     QPoint origin;

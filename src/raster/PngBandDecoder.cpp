@@ -21,8 +21,11 @@ RasterImage decodePngBands(const PngLayout& layout, const PngBands& bands) {
         if (!isWhole) return;
         const auto band = static_cast<std::size_t>(index);
         const std::optional<FilteredBand> filtered = readBand(layout, bands, band);
-        std::uint8_t* const target = pixels + rowsOfBand(header, bands, band).first * stride;
-        if (!filtered || !expandBand(*filtered, target, stride)) isWhole = false;
+        if (!filtered) {
+            isWhole = false;
+            return;
+        }
+        expandBand(*filtered, pixels + rowsOfBand(header, bands, band).first * stride, stride);
     });
     return isWhole ? image : RasterImage();
 }

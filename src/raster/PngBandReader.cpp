@@ -62,9 +62,14 @@ ByteRange liveWithin(std::span<const ByteRange>& live, std::size_t begin, std::s
     return bounds;
 }
 
-/// Whether a first row may have that filter: there is nothing above it to look at.
-bool isFilterOfFirstRow(std::uint8_t filter) {
-    return filter <= static_cast<std::uint8_t>(PngFilter::sub);
+/// Whether all filters are such, and that of the first row looks at nothing above it.
+bool hasGoodFilters(ByteSpan rows, std::size_t rowSize) {
+    PngFilter greatest = PngFilter::sub;
+    for (std::size_t at = 0; at < rows.size(); at += rowSize + 1) {
+        if (rows[at] > static_cast<std::uint8_t>(greatest)) return false;
+        greatest = PngFilter::paeth;
+    }
+    return true;
 }
 
 /// The first byte that is not zero, or `count`.
@@ -114,32 +119,48 @@ std::optional<FilteredBand> readBand(const PngLayout& layout, const PngBands& ba
     Workspace& workspace = workspaceOfThisThread();
     workspace.filtered.resize(rowsOfBand(layout.header, bands, band).count * (rowSize + 1));
     if (!workspace.inflater.inflate(chunk.data, workspace.filtered) ||
-        adlerOf(workspace.filtered) != bands.checksums[band])
+        adlerOf(workspace.filtered) != bands.checksums[band] ||
+        !hasGoodFilters(workspace.filtered, rowSize))
         return std::nullopt;
-    workspace.whole = {0, workspace.filtered.size()};
-    return FilteredBand{workspace.filtered, rowSize, {&workspace.whole, 1}};
+    return FilteredBand{workspace.filtered, rowSize};
 }
 
-std::optional<FilteredBand> readSparseBand(const PngLayout& layout, const PngBands& bands,
+namespace {
+
+/// A band that is not sparse as one that is, all of it live.
+std::optional<SparseBand> readBandAsSparse(const PngLayout& layout, const PngBands& bands,
                                            std::size_t band) {
+    const std::optional<FilteredBand> filtered = readBand(layout, bands, band);
+    if (!filtered) return std::nullopt;
+    ByteRange& whole = workspaceOfThisThread().whole;
+    whole = {0, filtered->bytes.size()};
+    return SparseBand{{filtered->bytes, {&whole, 1}}, filtered->rowSize};
+}
+
+} // namespace
+
+std::optional<SparseBand> readSparseBand(const PngLayout& layout, const PngBands& bands,
+                                         std::size_t band) {
     const PngChunk& chunk = layout.imageData[band + 1];
     const std::size_t rowSize = layout.header.rowByteCount();
     const std::size_t size = rowsOfBand(layout.header, bands, band).count * (rowSize + 1);
-    if (chunk.data.size() > size / sparseRatio) return readBand(layout, bands, band);
+    if (chunk.data.size() > size / sparseRatio) return readBandAsSparse(layout, bands, band);
     Workspace& workspace = workspaceOfThisThread();
     const std::span<std::uint8_t> bytes = clearedSparse(workspace, size);
     if (!chunk.hasValidCrc() || !inflateSparse(chunk.data, bytes, workspace.live) ||
         adlerOf(SparseBytes{bytes, workspace.live}) != bands.checksums[band])
-        return readBand(layout, bands, band);
-    return FilteredBand{bytes, rowSize, workspace.live};
+        return readBandAsSparse(layout, bands, band);
+    if (!hasGoodFilters(bytes, rowSize)) return std::nullopt;
+    return SparseBand{{bytes, workspace.live}, rowSize};
 }
 
-ColumnRange liveColumns(const FilteredBand& band) {
-    std::span<const ByteRange> live = band.live;
+ColumnRange liveColumns(const SparseBand& band) {
+    const ByteSpan rows = band.rows.bytes;
+    std::span<const ByteRange> live = band.rows.live;
     std::size_t first = band.rowSize;
     std::size_t end = 0;
-    for (std::size_t at = 0; at < band.bytes.size(); at += band.rowSize + 1) {
-        const std::uint8_t* const row = band.bytes.data() + at + 1;
+    for (std::size_t at = 0; at < rows.size(); at += band.rowSize + 1) {
+        const std::uint8_t* const row = rows.data() + at + 1;
         const ByteRange bounds = liveWithin(live, at + 1, at + 1 + band.rowSize);
         if (bounds.begin < bounds.end) {
             const std::size_t begin = bounds.begin - at - 1;
@@ -147,47 +168,42 @@ ColumnRange liveColumns(const FilteredBand& band) {
             const std::size_t last = begin + withoutTrailingZeros(row + begin, bounds.size());
             if (zeros != bounds.size()) {
                 first = std::min(first, begin + zeros);
-                end = std::max(end, unfilteredEnd(static_cast<PngFilter>(band.bytes[at]), row, last,
-                                                  band.rowSize));
+                end = std::max(
+                    end, unfilteredEnd(static_cast<PngFilter>(rows[at]), row, last, band.rowSize));
             }
         }
         // The others spread what is above them to the right.
-        if (first != band.rowSize && static_cast<PngFilter>(band.bytes[at]) > PngFilter::up)
+        if (first != band.rowSize && static_cast<PngFilter>(rows[at]) > PngFilter::up)
             end = band.rowSize;
     }
     if (first >= end) return {};
     return {first / bytesPerPixel, (end + bytesPerPixel - 1) / bytesPerPixel};
 }
 
-bool expandBand(const FilteredBand& band, std::uint8_t* pixels, std::size_t stride) {
+void expandBand(FilteredBand band, std::uint8_t* pixels, std::size_t stride) {
     const std::uint8_t* above = nullptr;
     for (std::size_t at = 0; at < band.bytes.size(); at += band.rowSize + 1, pixels += stride) {
-        const std::uint8_t filter = band.bytes[at];
         std::uint8_t* const row = band.bytes.data() + at + 1;
-        if (above == nullptr && !isFilterOfFirstRow(filter)) return false;
-        if (!unfilterRow(filter, row, above, band.rowSize, bytesPerPixel)) return false;
+        unfilterRow(band.bytes[at], row, above, band.rowSize, bytesPerPixel);
         premultiplyPixels(row, pixels, band.rowSize / bytesPerPixel);
         above = row;
     }
-    return true;
 }
 
-bool expandColumns(const FilteredBand& band, ColumnRange columns, std::uint8_t* pixels,
+void expandColumns(const SparseBand& band, ColumnRange columns, std::uint8_t* pixels,
                    std::size_t stride) {
     const std::size_t size = columns.size() * bytesPerPixel;
     auto& [row, above] = workspaceOfThisThread().rows;
     row.resize(size);
     above.resize(size);
     const std::size_t offset = 1 + columns.first * bytesPerPixel;
-    for (std::size_t at = 0; at < band.bytes.size(); at += band.rowSize + 1, pixels += stride) {
-        const std::uint8_t filter = band.bytes[at];
-        if (at == 0 && !isFilterOfFirstRow(filter)) return false;
-        std::memcpy(row.data(), band.bytes.data() + at + offset, size);
-        if (!unfilterRow(filter, row.data(), above.data(), size, bytesPerPixel)) return false;
+    const ByteSpan rows = band.rows.bytes;
+    for (std::size_t at = 0; at < rows.size(); at += band.rowSize + 1, pixels += stride) {
+        std::memcpy(row.data(), rows.data() + at + offset, size);
+        unfilterRow(rows[at], row.data(), above.data(), size, bytesPerPixel);
         premultiplyPixels(row.data(), pixels, columns.size());
         std::swap(row, above);
     }
-    return true;
 }
 
 } // namespace quillabrae::raster

@@ -22,14 +22,18 @@ struct ColumnRange {
     bool isEmpty() const { return first >= end; }
 };
 
-/// The rows of a band as they were filtered, each behind the number of its filter. In memory of
-/// this thread, valid until it reads the next band.
+/// The rows of a band as they were filtered, each behind the number of its filter, of which none
+/// looks above the band. In memory of this thread, valid until it reads the next band.
 struct FilteredBand {
     std::span<std::uint8_t> bytes;
     /// Of a row without the number of its filter.
     std::size_t rowSize = 0;
-    /// Outside of these all bytes are zero.
-    std::span<const ByteRange> live;
+};
+
+/// The same to look at only: the next band relies on what is zero here to be so still.
+struct SparseBand {
+    SparseBytes rows;
+    std::size_t rowSize = 0;
 };
 
 /// The rows of the band, in the order of the image.
@@ -39,25 +43,25 @@ struct BandRows {
 };
 BandRows rowsOfBand(const PngHeader& header, const PngBands& bands, std::size_t band);
 
-/// Inflates a band, all of it live. Nothing when it is not what the index says.
+/// Inflates a band. Nothing when it is not what the index says, when a filter is none, or when that
+/// of the first row looks above the band.
 std::optional<FilteredBand> readBand(const PngLayout& layout, const PngBands& bands,
                                      std::size_t band);
 
-/// The same, quick for a band that is mostly zeros, with the live ranges of that.
-std::optional<FilteredBand> readSparseBand(const PngLayout& layout, const PngBands& bands,
-                                           std::size_t band);
+/// The same, quick for a band that is mostly zeros.
+std::optional<SparseBand> readSparseBand(const PngLayout& layout, const PngBands& bands,
+                                         std::size_t band);
 
 /// Columns outside of which all pixels of the band are transparent; where it was filtered as ours
 /// are, the fewest.
-ColumnRange liveColumns(const FilteredBand& band);
+ColumnRange liveColumns(const SparseBand& band);
 
-/// Unfilters all rows in place and writes them premultiplied, one every `stride` bytes. False for a
-/// filter that is none, or that looks above the band.
-bool expandBand(const FilteredBand& band, std::uint8_t* pixels, std::size_t stride);
+/// Unfilters all rows in place and writes them premultiplied, one every `stride` bytes.
+void expandBand(FilteredBand band, std::uint8_t* pixels, std::size_t stride);
 
 /// Writes some columns, such that all to the left of them are transparent, and leaves the band as
 /// it is.
-bool expandColumns(const FilteredBand& band, ColumnRange columns, std::uint8_t* pixels,
+void expandColumns(const SparseBand& band, ColumnRange columns, std::uint8_t* pixels,
                    std::size_t stride);
 
 } // namespace quillabrae::raster

@@ -62,7 +62,11 @@ RasterImage decodePng(const model::PngBytes& bytes) {
 
 CroppedImage decodeCroppedPng(const model::PngBytes& bytes) {
     const std::optional<PngHeader> header = readPngHeader(bytes.bytes());
-    if (!header || !isWorthCropping(*header)) return CroppedImage(decodePng(bytes));
+    return header && isWorthCropping(*header) ? decodeCroppedPngOfAnySize(bytes)
+                                              : CroppedImage(decodePng(bytes));
+}
+
+CroppedImage decodeCroppedPngOfAnySize(const model::PngBytes& bytes) {
     detail::countDecodedFile();
     const std::optional<PngLayout> layout = decodableLayout(bytes);
     if (!layout) return {};

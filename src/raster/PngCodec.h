@@ -44,7 +44,7 @@ model::PngBytes encodePng(const RasterImage& image, const model::PngBytes& previ
 RasterImage decodePng(const model::PngBytes& bytes);
 
 /// The same without transparent margins, if the picture is one of ours, takes at least
-/// `leastCroppedBytes` of memory and its margins are half of it or more.
+/// `leastCroppedBytes` of memory and its margins are half of it or more, as a few bands tell.
 CroppedImage decodeCroppedPng(const model::PngBytes& bytes);
 
 constexpr std::size_t leastCroppedBytes = std::size_t{16} * 1024 * 1024;

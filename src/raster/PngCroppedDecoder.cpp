@@ -74,7 +74,7 @@ private:
         Part& part = m_parts[band];
         part.isRead = true;
         ++m_readCount;
-        const std::optional<FilteredBand> filtered = readSparseBand(m_layout, m_bands, band);
+        const std::optional<SparseBand> filtered = readSparseBand(m_layout, m_bands, band);
         if (!filtered) {
             m_isGood = false;
             return;
@@ -83,9 +83,11 @@ private:
         if (part.columns.isEmpty()) return;
         part.pixels = RasterImage::uninitialized(static_cast<int>(part.columns.size()),
                                                  static_cast<int>(rowsOf(band).count));
-        if (part.pixels.isNull() || !expandColumns(*filtered, part.columns,
-                                                   part.pixels.mutableRow(0), part.pixels.stride()))
+        if (part.pixels.isNull()) {
             m_isGood = false;
+            return;
+        }
+        expandColumns(*filtered, part.columns, part.pixels.mutableRow(0), part.pixels.stride());
         m_liveBytes += part.pixels.byteCount();
     }
 
@@ -126,7 +128,10 @@ private:
             if (m_parts[band].isRead) return put(band, target, stride, 0);
             if (!m_isGood) return;
             const std::optional<FilteredBand> filtered = readBand(m_layout, m_bands, band);
-            if (!filtered || !expandBand(*filtered, target, stride)) m_isGood = false;
+            if (filtered)
+                expandBand(*filtered, target, stride);
+            else
+                m_isGood = false;
         });
         return m_isGood ? CroppedImage(std::move(image)) : CroppedImage();
     }

@@ -2,7 +2,10 @@
 #include "raster/CodecCounts.h"
 #include "raster/DecodeCache.h"
 #include "raster/PngBandReader.h"
+#include "raster/PngBands.h"
 #include "raster/PngCodec.h"
+#include "raster/PngDecoder.h"
+#include "raster/PngFixtures.h"
 #include "raster/RasterFixtures.h"
 
 #include <gtest/gtest.h>
@@ -138,21 +141,88 @@ TEST(CroppedPng, LiveColumnsLeaveOutTransparentOnesOnly) {
         const std::size_t rows = 1 + random() % 6;
         const std::vector<std::uint8_t> filtered = randomBand(columns, rows, random);
         std::vector<std::uint8_t> forWhole = filtered;
-        std::vector<std::uint8_t> forPart = filtered;
         const ByteRange all{0, filtered.size()};
         std::vector<std::uint8_t> whole(rows * columns * 4);
-        ASSERT_TRUE(expandBand({forWhole, 4 * columns, {&all, 1}}, whole.data(), 4 * columns));
-        const FilteredBand band{forPart, 4 * columns, {&all, 1}};
+        expandBand({forWhole, 4 * columns}, whole.data(), 4 * columns);
+        const SparseBand band{{filtered, {&all, 1}}, 4 * columns};
         const ColumnRange live = liveColumns(band);
         if (!live.isEmpty() && live.size() < columns) ++narrowBands;
         std::vector<std::uint8_t> part(rows * columns * 4);
-        if (!live.isEmpty()) {
-            ASSERT_TRUE(expandColumns(band, live, part.data() + 4 * live.first, 4 * columns));
-        }
-        EXPECT_EQ(forPart, filtered);
+        if (!live.isEmpty()) expandColumns(band, live, part.data() + 4 * live.first, 4 * columns);
         ASSERT_EQ(part, whole) << round;
     }
     EXPECT_GT(narrowBands, 500);
+}
+
+/// Whether a file shows the same with and without a look for margins that may be left out.
+testing::AssertionResult showsTheSameBothWays(const QByteArray& file) {
+    const model::PngBytes bytes = fixtures::pngBytes(file);
+    const CroppedImage cropped = decodeCroppedPngOfAnySize(bytes);
+    const RasterImage whole = decodePng(bytes);
+    if (cropped.isNull() != whole.isNull())
+        return testing::AssertionFailure() << (whole.isNull() ? "a picture" : "none");
+    if (cropped.whole() != whole) return testing::AssertionFailure() << "another picture";
+    return testing::AssertionSuccess();
+}
+
+/// Where a row's filter stands among filtered rows.
+qsizetype filterPlace(int row) {
+    return row * (qsizetype{4} * width + 1);
+}
+
+TEST(CroppedPng, ABandOfZerosThatRepeatsTheOneAboveShowsIt) {
+    const int rows = rowsPerBand(width);
+    QByteArray filtered(filterPlace(height), '\0');
+    filtered.replace(filterPlace(rows - 1) + 1 + qsizetype{4} * 70, 4, "\x09\x08\x07\xff");
+    filtered[filterPlace(rows)] = 2;
+    const model::PngBytes file = fixtures::pngBytes(fixtures::bandedFile(width, height, filtered));
+    const CroppedImage cropped = decodeCroppedPng(file);
+    EXPECT_TRUE(cropped.whole() == decodePng(file));
+    EXPECT_EQ(pixelAt(cropped.whole(), 70, rows), (Pixel{9, 8, 7, 255}));
+}
+
+TEST(CroppedPng, ABandOfZerosWithAFilterThatIsNoneIsRefused) {
+    for (const int row : {rowsPerBand(width), 2 * rowsPerBand(width) - 1}) {
+        QByteArray filtered(filterPlace(height), '\0');
+        filtered[filterPlace(row)] = 9;
+        const model::PngBytes file =
+            fixtures::pngBytes(fixtures::bandedFile(width, height, filtered));
+        EXPECT_TRUE(decodePng(file).isNull()) << row;
+        EXPECT_TRUE(decodeCroppedPng(file).isNull()) << row;
+    }
+}
+
+TEST(CroppedPng, ShowsWhatTheWholePictureShowsWhateverItsFilters) {
+    std::mt19937 random(36);
+    constexpr std::size_t columns = 16'384;
+    constexpr std::size_t rows = 16;
+    ASSERT_EQ(rowsPerBand(columns), static_cast<int>(rows));
+    for (int round = 0; round < 40; ++round) {
+        QByteArray filtered;
+        for (std::size_t band = 0; band < 3; ++band) {
+            std::vector<std::uint8_t> bytes = randomBand(columns, rows, random);
+            if (random() % 3 == 0) std::ranges::fill(bytes, std::uint8_t{0});
+            if (random() % 3 == 0)
+                bytes[random() % rows * (4 * columns + 1)] =
+                    static_cast<std::uint8_t>(random() % 6);
+            filtered.append(reinterpret_cast<const char*>(bytes.data()),
+                            static_cast<qsizetype>(bytes.size()));
+        }
+        EXPECT_TRUE(showsTheSameBothWays(fixtures::bandedFile(columns, 3 * rows, filtered)))
+            << round;
+    }
+}
+
+TEST(CroppedPng, IsWholeOfALargeForeignPicture) {
+    constexpr int side = 2100;
+    static_assert(std::size_t{4} * side * side >= leastCroppedBytes);
+    for (const bool isInterlaced : {false, true}) {
+        const QByteArray file = fixtures::libpngFile({0, 1, isInterlaced, true}, side, side, 37);
+        const CroppedImage cropped = decodeCroppedPng(fixtures::pngBytes(file));
+        EXPECT_TRUE(cropped.isWhole());
+        EXPECT_TRUE(cropped.image ==
+                    fixtures::premultipliedImage(side, side, fixtures::libpngPixels(file)));
+    }
 }
 
 class DecodedCrop : public testing::Test {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/PngFixtures.h"
 
+#include "raster/Deflate.h"
+#include "raster/PngBands.h"
+
 #include <png.h>
 
 #include <algorithm>
@@ -19,6 +22,11 @@ struct Source {
     const QByteArray* file;
     qsizetype position;
 };
+
+ByteSpan spanOf(const QByteArray& bytes) {
+    return {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+            static_cast<std::size_t>(bytes.size())};
+}
 
 void readBytes(png_structp png, png_bytep data, png_size_t size) {
     auto* source = static_cast<Source*>(png_get_io_ptr(png));
@@ -200,6 +208,46 @@ QByteArray chunk(const char* type, const QByteArray& data) {
         for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1U) != 0 ? 0xedb88320U : 0U);
     }
     return bigEndian32(static_cast<std::uint32_t>(data.size())) + body + bigEndian32(~crc);
+}
+
+QByteArray header(std::uint32_t width, std::uint32_t height, int depth, int colorType,
+                  int interlacing) {
+    QByteArray data = bigEndian32(width) + bigEndian32(height);
+    data.append(static_cast<char>(depth)).append(static_cast<char>(colorType));
+    data.append('\0').append('\0').append(static_cast<char>(interlacing));
+    return chunk("IHDR", data);
+}
+
+QByteArray bandedFile(int width, int height, const std::vector<QByteArray>& bands,
+                      const std::vector<QByteArray>& parts) {
+    PngBands stated{.rows = rowsPerBand(width), .checksums = {}};
+    for (const QByteArray& band : bands) stated.checksums.push_back(adlerOf(spanOf(band)));
+    const std::vector<std::uint8_t> index = bandIndexData(stated);
+    const PngHeader form{.width = static_cast<std::uint32_t>(width),
+                         .height = static_cast<std::uint32_t>(height)};
+    QByteArray file = signature + header(form.width, form.height);
+    file += chunk("qbND", QByteArray(reinterpret_cast<const char*>(index.data()),
+                                     static_cast<qsizetype>(index.size())));
+    file += chunk("IDAT", QByteArray("\x78\x01", 2));
+    for (const QByteArray& part : parts) file += chunk("IDAT", part);
+    file += chunk("IDAT", QByteArray("\x03\0", 2) + bigEndian32(streamChecksum(form, stated)));
+    return file + chunk("IEND", {});
+}
+
+QByteArray bandedFile(int width, int height, const QByteArray& filteredRows) {
+    const qsizetype bandSize = rowsPerBand(width) * (qsizetype{4} * width + 1);
+    std::vector<QByteArray> bands;
+    std::vector<QByteArray> parts;
+    for (qsizetype at = 0; at < filteredRows.size(); at += bandSize) {
+        const QByteArray& band = bands.emplace_back(
+            filteredRows.sliced(at, std::min(bandSize, filteredRows.size() - at)));
+        const ByteSpan bytes = spanOf(band);
+        const ByteRange all{0, bytes.size()};
+        std::vector<std::uint8_t> out(deflatedSizeBound(bytes.size()));
+        const std::size_t size = BandDeflater().deflate({.bytes = bytes, .live = {&all, 1}}, out);
+        parts.emplace_back(reinterpret_cast<const char*>(out.data()), static_cast<qsizetype>(size));
+    }
+    return bandedFile(width, height, bands, parts);
 }
 
 } // namespace quillabrae::raster::fixtures

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/PngBytes.h"
+#include "raster/PngChunks.h"
 #include "raster/RasterImage.h"
 
 #include <QByteArray>
@@ -41,6 +42,18 @@ std::vector<std::uint8_t> libpngPixels(const QByteArray& file);
 /// A chunk with its length and CRC, computed bit by bit.
 QByteArray chunk(const char* type, const QByteArray& data);
 QByteArray bigEndian32(std::uint32_t value);
+
+inline const QByteArray signature(reinterpret_cast<const char*>(pngSignature.data()),
+                                  static_cast<qsizetype>(pngSignature.size()));
+/// The IHDR chunk, which comes behind the signature.
+QByteArray header(std::uint32_t width, std::uint32_t height, int depth = 8, int colorType = 6,
+                  int interlacing = 0);
+
+/// A PNG with the index of bands for these filtered rows, each band's compressed to one of `parts`.
+QByteArray bandedFile(int width, int height, const std::vector<QByteArray>& bands,
+                      const std::vector<QByteArray>& parts);
+/// The same of bands that stand one behind the other, compressed as ours are.
+QByteArray bandedFile(int width, int height, const QByteArray& filteredRows);
 
 inline model::PngBytes pngBytes(const QByteArray& file) {
     return model::PngBytes(file);

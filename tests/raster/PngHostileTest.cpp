@@ -15,17 +15,6 @@ namespace {
 
 using namespace fixtures;
 
-const QByteArray signature(reinterpret_cast<const char*>(pngSignature.data()),
-                           static_cast<qsizetype>(pngSignature.size()));
-
-QByteArray header(std::uint32_t width, std::uint32_t height, int depth = 8, int colorType = 6,
-                  int interlacing = 0) {
-    QByteArray data = bigEndian32(width) + bigEndian32(height);
-    data.append(static_cast<char>(depth)).append(static_cast<char>(colorType));
-    data.append('\0').append('\0').append(static_cast<char>(interlacing));
-    return chunk("IHDR", data);
-}
-
 QByteArray deflated(const QByteArray& bytes) {
     return qCompress(bytes, 9).sliced(4);
 }
@@ -65,12 +54,11 @@ QByteArray claimedFile(const RasterImage& image, bool isFirstRowOfBandSub, int f
         qsizetype{rowsPerBand(image.width())} * (qsizetype{4} * image.width() + 1);
     z_stream stream{};
     deflateInit2(&stream, 6, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY);
-    PngBands bands{.rows = rowsPerBand(image.width()), .checksums = {}};
+    std::vector<QByteArray> bands;
     std::vector<QByteArray> parts;
     for (qsizetype at = 0; at < filtered.size(); at += bandSize) {
-        QByteArray band = filtered.sliced(at, std::min(bandSize, filtered.size() - at));
-        bands.checksums.push_back(adlerOf({reinterpret_cast<const std::uint8_t*>(band.constData()),
-                                           static_cast<std::size_t>(band.size())}));
+        QByteArray& band =
+            bands.emplace_back(filtered.sliced(at, std::min(bandSize, filtered.size() - at)));
         QByteArray out(2 * band.size() + 1000, '\0');
         stream.next_in = reinterpret_cast<Bytef*>(band.data());
         stream.avail_in = static_cast<uInt>(band.size());
@@ -85,16 +73,7 @@ QByteArray claimedFile(const RasterImage& image, bool isFirstRowOfBandSub, int f
             parts[i + 1].prepend(parts[i].last(3));
             parts[i].chop(3);
         }
-    const PngHeader form{.width = static_cast<std::uint32_t>(image.width()),
-                         .height = static_cast<std::uint32_t>(image.height())};
-    const std::vector<std::uint8_t> index = bandIndexData(bands);
-    QByteArray file = signature + header(form.width, form.height);
-    file += chunk("qbND", QByteArray(reinterpret_cast<const char*>(index.data()),
-                                     static_cast<qsizetype>(index.size())));
-    file += chunk("IDAT", QByteArray("\x78\x01", 2));
-    for (const QByteArray& part : parts) file += chunk("IDAT", part);
-    file += chunk("IDAT", QByteArray("\x03\0", 2) + bigEndian32(streamChecksum(form, bands)));
-    return file + chunk("IEND", {});
+    return bandedFile(image.width(), image.height(), bands, parts);
 }
 
 /// Sets every chunk's CRC right, so that damage reaches what lies behind the CRC check.
