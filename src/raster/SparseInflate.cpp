@@ -39,15 +39,14 @@ public:
     }
 
     /// The next ready bits; zeros beyond the last one.
-    std::uint32_t peek(unsigned count) const {
-        return static_cast<std::uint32_t>(m_bits & ((std::uint64_t{1} << count) - 1));
-    }
+    std::uint64_t peek(unsigned count) const { return m_bits & ((std::uint64_t{1} << count) - 1); }
     void skip(unsigned count) {
         m_bits >>= count;
         m_count -= static_cast<int>(count);
     }
+    /// At most 32.
     std::uint32_t take(unsigned count) {
-        const std::uint32_t bits = peek(count);
+        const auto bits = static_cast<std::uint32_t>(peek(count));
         skip(count);
         return bits;
     }
@@ -147,7 +146,7 @@ private:
     }
 
     int decodeLong(BitReader& reader) const {
-        const std::uint32_t bits = reader.peek(greatestCodeLength);
+        const auto bits = static_cast<std::uint32_t>(reader.peek(greatestCodeLength));
         int code = 0;
         int first = 0;
         int index = 0;

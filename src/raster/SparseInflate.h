@@ -14,8 +14,8 @@ namespace quillabrae::raster {
 /// so that what is mostly zero costs little more than its compressed size. `live` becomes the
 /// ranges that may be anything else.
 ///
-/// False when it is not so, or when the codes are of a kind that only others make; then `out` and
-/// `live` hold what came before.
+/// False when it is not so, or when the codes are of a kind that only others make; then `out` holds
+/// what came before, and `live` still tells all bytes of it that may have been written.
 bool inflateSparse(ByteSpan deflated, std::span<std::uint8_t> out, std::vector<ByteRange>& live);
 
 } // namespace quillabrae::raster
