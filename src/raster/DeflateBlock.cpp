@@ -6,9 +6,6 @@
 namespace quillabrae::raster {
 namespace {
 
-/// A block's header states the codes' lengths in a row, runs of them shortened, by symbols of a
-/// third code.
-constexpr std::size_t lengthSymbolCount = 19;
 constexpr unsigned greatestLengthCodeLength = 7;
 
 constexpr std::size_t greatestSymbolCount = literalSymbolCount;
@@ -180,9 +177,7 @@ template struct PrefixCodes<distanceSymbolCount>;
 void putBlockHeader(BitWriter& writer, const LiteralCodes& literals,
                     const DistanceCodes& distances) {
     constexpr unsigned dynamicBlock = 0b100;
-    constexpr std::array<std::uint8_t, lengthSymbolCount> order = {
-        16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
-    const std::size_t literalCount = statedCount(literals.of, 257);
+    const std::size_t literalCount = statedCount(literals.of, firstLengthSymbol);
     const std::size_t distanceCount = statedCount(distances.of, 1);
     std::array<std::uint8_t, literalSymbolCount + distanceSymbolCount> lengths{};
     const auto lengthOf = [](PrefixCode code) { return static_cast<std::uint8_t>(code.length); };
@@ -201,14 +196,14 @@ void putBlockHeader(BitWriter& writer, const LiteralCodes& literals,
     std::array<PrefixCode, lengthSymbolCount> codes{};
     findCodeLengths(words.counts(), greatestLengthCodeLength, codes);
     numberCodes(codes);
-    std::size_t orderCount = order.size();
-    while (orderCount > 4 && codes[order[orderCount - 1]].length == 0) --orderCount;
+    std::size_t orderCount = lengthSymbolCount;
+    while (orderCount > 4 && codes[lengthSymbolOrder[orderCount - 1]].length == 0) --orderCount;
 
     writer.put(dynamicBlock, 3);
-    writer.put(literalCount - 257, 5);
+    writer.put(literalCount - firstLengthSymbol, 5);
     writer.put(distanceCount - 1, 5);
     writer.put(orderCount - 4, 4);
-    for (std::size_t i = 0; i < orderCount; ++i) writer.put(codes[order[i]].length, 3);
+    for (std::size_t i = 0; i < orderCount; ++i) writer.put(codes[lengthSymbolOrder[i]].length, 3);
     for (const LengthWords::Word& word : words.words()) {
         putCode(writer, codes[word.symbol]);
         writer.put(word.extra, word.extraBits);

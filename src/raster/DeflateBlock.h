@@ -2,6 +2,7 @@
 #pragma once
 
 #include "raster/BitWriter.h"
+#include "raster/DeflateFormat.h"
 
 #include <array>
 #include <cstddef>
@@ -11,11 +12,6 @@
 /// The parts that every deflate block of our own making has: prefix codes and the header that
 /// states them.
 namespace quillabrae::raster {
-
-/// Symbols below are bytes; those above are lengths of references.
-constexpr std::size_t endOfBlockSymbol = 256;
-constexpr std::size_t literalSymbolCount = 286;
-constexpr std::size_t distanceSymbolCount = 30;
 
 /// The longest code in our blocks, so that the codes of four bytes, or those of a reference with
 /// all that goes with them, make one `BitWriter::put`.

@@ -2,6 +2,7 @@
 #include "raster/SparseDeflate.h"
 
 #include "raster/DeflateBlock.h"
+#include "raster/DeflateFormat.h"
 
 #include <algorithm>
 #include <bit>
@@ -14,11 +15,7 @@ namespace {
 /// Spreads the bits of a word, 2^64 over the golden ratio.
 constexpr std::uint64_t hashFactor = 0x9e3779b97f4a7c15U;
 
-constexpr std::size_t leastLength = 3;
-constexpr std::size_t greatestReference = 258;
-constexpr std::size_t greatestDistance = 32'768;
-constexpr std::size_t firstLengthSymbol = 257;
-constexpr std::size_t greatestLengthSymbol = 285;
+constexpr std::size_t greatestLengthSymbol = literalSymbolCount - 1;
 
 /// The most tokens of a block.
 constexpr std::size_t tokensOfBlock = std::size_t{64} * 1024;
@@ -29,39 +26,46 @@ constexpr std::uint32_t repetitionToken = 0x40000000U;
 constexpr std::uint32_t referenceToken = 0x80000000U;
 
 /// How a length or a distance is told: a symbol for its class, and its place within it.
-struct ValueClass {
+struct ValueCode {
     std::uint8_t symbol;
     std::uint8_t extraBits;
     std::uint16_t extra;
 };
 
-/// Classes double in width after each `1 << fineBits` of them; the narrowest hold one value.
-constexpr ValueClass valueClass(unsigned value, unsigned fineBits) {
+/// By length, with symbols from `firstLengthSymbol` on.
+constexpr auto lengthCodes = [] {
+    std::array<ValueCode, greatestReference + 1> codes{};
+    for (std::size_t symbol = 0; symbol < lengthClasses.size(); ++symbol) {
+        const auto [base, extraBits] = lengthClasses[symbol];
+        for (std::size_t length = base; length <= greatestReference; ++length)
+            codes[length] = {static_cast<std::uint8_t>(symbol), extraBits,
+                             static_cast<std::uint16_t>(length - base)};
+    }
+    return codes;
+}();
+
+/// Without a look into a table: there are two classes of each width, but for the narrowest.
+constexpr ValueCode distanceCode(std::size_t distanceLess1) {
+    const auto value = static_cast<unsigned>(distanceLess1);
     const auto width = static_cast<unsigned>(std::bit_width(value));
-    if (width <= fineBits + 1) return {static_cast<std::uint8_t>(value), 0, 0};
-    const unsigned extraBits = width - fineBits - 1;
-    const unsigned symbol = (extraBits << fineBits) + (value >> extraBits);
+    if (width <= 2) return {static_cast<std::uint8_t>(value), 0, 0};
+    const unsigned extraBits = width - 2;
+    const unsigned symbol = 2 * extraBits + (value >> extraBits);
     return {static_cast<std::uint8_t>(symbol), static_cast<std::uint8_t>(extraBits),
             static_cast<std::uint16_t>(value & ((1U << extraBits) - 1U))};
 }
 
-constexpr ValueClass lengthClass(std::size_t length) {
-    // The greatest has a class of its own.
-    constexpr auto greatestClass = static_cast<std::uint8_t>(greatestLengthSymbol - 257);
-    return length == greatestReference ? ValueClass{greatestClass, 0, 0}
-                                       : valueClass(static_cast<unsigned>(length - 3), 2);
-}
-
-constexpr ValueClass distanceClass(std::size_t distanceLess1) {
-    return valueClass(static_cast<unsigned>(distanceLess1), 1);
-}
-
-constexpr auto lengthClasses = [] {
-    std::array<ValueClass, greatestReference + 1> classes{};
-    for (std::size_t length = 3; length <= greatestReference; ++length)
-        classes[length] = lengthClass(length);
-    return classes;
-}();
+static_assert([] {
+    for (std::size_t symbol = 0; symbol < distanceClasses.size(); ++symbol) {
+        const auto [base, extraBits] = distanceClasses[symbol];
+        const ValueCode first = distanceCode(base - 1U);
+        const ValueCode last = distanceCode(base - 1U + (1U << extraBits) - 1U);
+        if (first.symbol != symbol || first.extraBits != extraBits || first.extra != 0)
+            return false;
+        if (last.symbol != symbol || last.extra != (1U << extraBits) - 1U) return false;
+    }
+    return true;
+}());
 
 std::uint64_t load64(const std::uint8_t* bytes) {
     std::uint64_t word;
@@ -74,7 +78,7 @@ std::uint64_t load64(const std::uint8_t* bytes) {
 std::size_t zerosByThemselves(std::size_t count, bool isAfterZero) {
     const std::size_t first = isAfterZero ? 0 : 1;
     const std::size_t rest = (count - first) % greatestReference;
-    return rest < leastLength ? first + rest : first;
+    return rest < leastReference ? first + rest : first;
 }
 
 /// Tokens as they come, and how often each symbol does.
@@ -98,8 +102,8 @@ public:
         endBytes();
         m_tokens[m_size++] = referenceToken | static_cast<std::uint32_t>(length << 16) |
                              static_cast<std::uint32_t>(distance - 1);
-        ++m_literalCounts[firstLengthSymbol + lengthClasses[length].symbol];
-        ++m_distanceCounts[distanceClass(distance - 1).symbol];
+        ++m_literalCounts[firstLengthSymbol + lengthCodes[length].symbol];
+        ++m_distanceCounts[distanceCode(distance - 1).symbol];
     }
 
     /// Zeros, the last byte being zero or not.
@@ -113,7 +117,7 @@ public:
         m_literalCounts[greatestLengthSymbol] += static_cast<std::uint32_t>(whole);
         m_distanceCounts[0] += static_cast<std::uint32_t>(whole);
         if (rest == 0) return;
-        ++m_literalCounts[firstLengthSymbol + lengthClasses[rest].symbol];
+        ++m_literalCounts[firstLengthSymbol + lengthCodes[rest].symbol];
         ++m_distanceCounts[0];
     }
 
@@ -145,8 +149,8 @@ class TokenWriter {
 public:
     TokenWriter(BitWriter& writer, const LiteralCodes& literals, const DistanceCodes& distances)
         : m_writer(writer), m_literals(literals), m_distances(distances) {
-        for (std::size_t length = leastLength; length <= greatestReference; ++length) {
-            const ValueClass part = lengthClasses[length];
+        for (std::size_t length = leastReference; length <= greatestReference; ++length) {
+            const ValueCode part = lengthCodes[length];
             const PrefixCode code = literals.of[firstLengthSymbol + part.symbol];
             m_lengths[length] = {
                 code.bits | (static_cast<std::uint32_t>(part.extra) << code.length),
@@ -156,7 +160,7 @@ public:
 
     void putReference(std::size_t length, std::size_t distanceLess1) {
         const Bits bits = m_lengths[length];
-        const ValueClass part = distanceClass(distanceLess1);
+        const ValueCode part = distanceCode(distanceLess1);
         const PrefixCode code = m_distances.of[part.symbol];
         const std::uint64_t distance =
             code.bits | (static_cast<std::uint64_t>(part.extra) << code.length);

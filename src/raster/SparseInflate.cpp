@@ -1,202 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "raster/SparseInflate.h"
 
+#include "raster/BitReader.h"
+#include "raster/DeflateFormat.h"
+#include "raster/PrefixDecoder.h"
+
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <optional>
 
 namespace quillabrae::raster {
 namespace {
-
-constexpr unsigned greatestCodeLength = 15;
-constexpr std::size_t endOfBlock = 256;
-constexpr std::size_t greatestReference = 258;
-constexpr std::size_t literalSymbolCount = 288;
-constexpr std::size_t distanceSymbolCount = 32;
-/// Of the literal symbols, those that mean anything.
-constexpr std::size_t usedLiteralCount = 286;
-
-/// The bits of deflate, each byte's lowest first.
-class BitReader {
-public:
-    explicit BitReader(ByteSpan bytes) : m_next(bytes.data()), m_end(bytes.data() + bytes.size()) {}
-
-    /// Makes at least 56 bits ready, or all that are left.
-    void refill() {
-        if (m_end - m_next >= 8) {
-            std::uint64_t word;
-            std::memcpy(&word, m_next, 8);
-            m_bits |= word << m_count;
-            m_next += (63 - m_count) >> 3;
-            m_count |= 56;
-            return;
-        }
-        for (; m_count <= 56 && m_next != m_end; m_count += 8)
-            m_bits |= static_cast<std::uint64_t>(*m_next++) << m_count;
-    }
-
-    /// The next ready bits; zeros beyond the last one.
-    std::uint64_t peek(unsigned count) const { return m_bits & ((std::uint64_t{1} << count) - 1); }
-    void skip(unsigned count) {
-        m_bits >>= count;
-        m_count -= static_cast<int>(count);
-    }
-    /// At most 32.
-    std::uint32_t take(unsigned count) {
-        const auto bits = static_cast<std::uint32_t>(peek(count));
-        skip(count);
-        return bits;
-    }
-
-    /// How many bits are ready.
-    unsigned readyCount() const { return static_cast<unsigned>(m_count); }
-
-    /// Takes `bits`, that many, as often as they come one after another; how often that is.
-    std::size_t takeRepeats(std::uint64_t bits, unsigned count) {
-        for (unsigned width = count; width < 64; width *= 2) bits |= bits << width;
-        for (std::size_t repeats = 0;;) {
-            refill();
-            const unsigned ready = std::min(readyCount(), 56U);
-            const unsigned equal =
-                std::min(static_cast<unsigned>(std::countr_zero(m_bits ^ bits)), ready) / count;
-            skip(equal * count);
-            repeats += equal;
-            if (equal == 0 || equal < ready / count) return repeats;
-        }
-    }
-
-    /// Whether more was taken than there is.
-    bool isOverdrawn() const { return m_count < 0; }
-    bool isAtEnd() const { return m_count == 0 && m_next == m_end; }
-
-    /// Goes on to a byte boundary and takes whole bytes; nothing when there are not as many.
-    void alignToByte() { skip(static_cast<unsigned>(m_count) % 8); }
-    std::optional<ByteSpan> takeBytes(std::size_t count) {
-        // Back to the bytes that are ready.
-        m_next -= m_count / 8;
-        m_bits = 0;
-        m_count = 0;
-        if (static_cast<std::size_t>(m_end - m_next) < count) return std::nullopt;
-        const ByteSpan bytes(m_next, count);
-        m_next += count;
-        return bytes;
-    }
-
-private:
-    const std::uint8_t* m_next;
-    const std::uint8_t* m_end;
-    std::uint64_t m_bits = 0;
-    int m_count = 0;
-};
-
-/// A prefix code: short codes are looked up, longer ones counted out.
-class PrefixDecoder {
-public:
-    /// False when there are more codes than fit their lengths, or fewer, but for a single one.
-    bool build(std::span<const std::uint8_t> lengths) {
-        m_counts = {};
-        for (const std::uint8_t length : lengths) ++m_counts[length];
-        m_counts[0] = 0;
-        std::array<std::uint16_t, greatestCodeLength + 2> offsets{};
-        int left = 1;
-        unsigned greatest = 0;
-        for (unsigned length = 1; length <= greatestCodeLength; ++length) {
-            left = 2 * left - m_counts[length];
-            if (left < 0) return false;
-            if (m_counts[length] != 0) greatest = length;
-            offsets[length + 1] = static_cast<std::uint16_t>(offsets[length] + m_counts[length]);
-        }
-        if (left > 0 && greatest > 1) return false;
-        for (std::size_t symbol = 0; symbol < lengths.size(); ++symbol) {
-            if (lengths[symbol] != 0)
-                m_symbols[offsets[lengths[symbol]]++] = static_cast<std::uint16_t>(symbol);
-        }
-        fillTable();
-        return true;
-    }
-
-    /// The next symbol, or -1. At least 15 bits are ready, or all that are left.
-    int decode(BitReader& reader) const {
-        const std::uint16_t entry = m_table[reader.peek(tableBits)];
-        if (entry == 0) return decodeLong(reader);
-        reader.skip(entry & 15U);
-        return entry >> 4;
-    }
-
-private:
-    static constexpr unsigned tableBits = 10;
-
-    void fillTable() {
-        m_table.fill(0);
-        std::uint32_t code = 0;
-        std::size_t next = 0;
-        for (unsigned length = 1; length <= tableBits; ++length, code <<= 1) {
-            for (int i = 0; i < m_counts[length]; ++i, ++code, ++next) {
-                std::uint32_t reversed = 0;
-                for (unsigned bit = 0; bit < length; ++bit)
-                    reversed |= (code >> bit & 1U) << (length - 1 - bit);
-                const auto entry = static_cast<std::uint16_t>(m_symbols[next] << 4 | length);
-                for (; reversed < m_table.size(); reversed += 1U << length)
-                    m_table[reversed] = entry;
-            }
-        }
-    }
-
-    int decodeLong(BitReader& reader) const {
-        const auto bits = static_cast<std::uint32_t>(reader.peek(greatestCodeLength));
-        int code = 0;
-        int first = 0;
-        int index = 0;
-        for (unsigned length = 1; length <= greatestCodeLength; ++length) {
-            code |= static_cast<int>(bits >> (length - 1) & 1U);
-            const int count = m_counts[length];
-            if (code - first < count) {
-                reader.skip(length);
-                return m_symbols[static_cast<std::size_t>(index + code - first)];
-            }
-            index += count;
-            first = (first + count) << 1;
-            code <<= 1;
-        }
-        return -1;
-    }
-
-    std::array<std::uint16_t, greatestCodeLength + 1> m_counts{};
-    std::array<std::uint16_t, literalSymbolCount> m_symbols{};
-    /// By the next bits: the symbol, and the length of its code in the lowest four.
-    std::array<std::uint16_t, std::size_t{1} << tableBits> m_table{};
-};
-
-/// What a symbol begins with and how many bits say the rest.
-struct ValueClass {
-    std::uint16_t base;
-    std::uint8_t extraBits;
-};
-
-/// Classes double in width after each `1 << fineBits` of them.
-template <std::size_t count>
-constexpr std::array<ValueClass, count> valueClasses(unsigned least, unsigned fineBits) {
-    std::array<ValueClass, count> classes{};
-    unsigned base = least;
-    for (std::size_t i = 0; i < count; ++i) {
-        const unsigned step = static_cast<unsigned>(i) >> fineBits;
-        const unsigned extraBits = step > 1 ? step - 1 : 0;
-        classes[i] = {static_cast<std::uint16_t>(base), static_cast<std::uint8_t>(extraBits)};
-        base += 1U << extraBits;
-    }
-    return classes;
-}
-
-constexpr auto lengthClasses = [] {
-    auto classes = valueClasses<29>(3, 2);
-    // The greatest has a class of its own.
-    classes.back() = {greatestReference, 0};
-    return classes;
-}();
-constexpr auto distanceClasses = valueClasses<30>(1, 1);
 
 /// Writes what is not zero, and where.
 class SparseWriter {
@@ -285,10 +101,10 @@ private:
     }
 
     bool useFixedCodes() {
-        std::array<std::uint8_t, literalSymbolCount> literals{};
+        std::array<std::uint8_t, fixedLiteralSymbolCount> literals{};
         for (std::size_t i = 0; i < literals.size(); ++i)
             literals[i] = i < 144 ? 8 : i < 256 ? 9 : i < 280 ? 7 : 8;
-        std::array<std::uint8_t, distanceSymbolCount> distances{};
+        std::array<std::uint8_t, fixedDistanceSymbolCount> distances{};
         distances.fill(5);
         return m_literals.build(literals) && m_distances.build(distances);
     }
@@ -298,21 +114,19 @@ private:
         const std::size_t literalCount = 257 + m_reader.take(5);
         const std::size_t distanceCount = 1 + m_reader.take(5);
         const std::size_t lengthCount = 4 + m_reader.take(4);
-        constexpr std::array<std::uint8_t, 19> order{16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                                     11, 4,  12, 3, 13, 2, 14, 1, 15};
-        std::array<std::uint8_t, 19> lengthLengths{};
+        std::array<std::uint8_t, lengthSymbolCount> lengthLengths{};
         for (std::size_t i = 0; i < lengthCount; ++i) {
             m_reader.refill();
-            lengthLengths[order[i]] = static_cast<std::uint8_t>(m_reader.take(3));
+            lengthLengths[lengthSymbolOrder[i]] = static_cast<std::uint8_t>(m_reader.take(3));
         }
         // The code of lengths is done with before the one of literals begins.
         if (m_reader.isOverdrawn() || !m_literals.build(lengthLengths)) return false;
-        std::array<std::uint8_t, literalSymbolCount + 2 * distanceSymbolCount> lengths{};
-        if (literalCount > usedLiteralCount || distanceCount > distanceClasses.size() ||
+        std::array<std::uint8_t, literalSymbolCount + distanceSymbolCount> lengths{};
+        if (literalCount > literalSymbolCount || distanceCount > distanceSymbolCount ||
             !readLengths({lengths.data(), literalCount + distanceCount}))
             return false;
         const std::span<const std::uint8_t> all(lengths);
-        return lengths[endOfBlock] != 0 && m_literals.build(all.first(literalCount)) &&
+        return lengths[endOfBlockSymbol] != 0 && m_literals.build(all.first(literalCount)) &&
                m_distances.build(all.subspan(literalCount, distanceCount));
     }
 
@@ -344,12 +158,12 @@ private:
             const BitReader before = m_reader;
             const int symbol = m_literals.decode(m_reader);
             if (symbol < 0 || m_reader.isOverdrawn()) return false;
-            if (symbol < static_cast<int>(endOfBlock)) {
+            if (symbol < static_cast<int>(endOfBlockSymbol)) {
                 if (m_writer.room() == 0) return false;
                 m_writer.putByte(static_cast<std::uint8_t>(symbol));
-            } else if (symbol == static_cast<int>(endOfBlock)) {
+            } else if (symbol == static_cast<int>(endOfBlockSymbol)) {
                 return true;
-            } else if (!inflateReference(static_cast<std::size_t>(symbol) - endOfBlock - 1,
+            } else if (!inflateReference(static_cast<std::size_t>(symbol) - firstLengthSymbol,
                                          before)) {
                 return false;
             }
