@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/WhenShown.h"
 #include "shell/dialogs/Alert.h"
 #include "store/StoreTest.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +14,7 @@ namespace {
 
 /// Runs an alert and does something with its window once it is up.
 int runWith(const Alert& alert, const std::function<void(QWidget&)>& act) {
-    QTimer::singleShot(0, qApp, [act] { act(*QApplication::activeModalWidget()); });
+    const WhenShown shown(act);
     return runAlert(alert, nullptr);
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "shell/WhenShown.h"
 #include "shell/dialogs/DesktopWorkRunner.h"
 
 #include <QApplication>
@@ -26,18 +27,6 @@ QWidget* noWindow() {
     return nullptr;
 }
 
-/// Calls `then` with the dialog of the running work as soon as there is one.
-void whenShown(const std::function<void(QDialog&)>& then) {
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, then] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr) return;
-        timer->deleteLater();
-        then(*dialog);
-    });
-    timer->start(1ms);
-}
-
 /// Works until it is told to stop one way or the other, for ten seconds at most.
 void workUntil(const std::atomic<bool>& isEnough, const WorkControl& control) {
     for (int i = 0; i < 10000 && !isEnough; ++i) {
@@ -58,7 +47,7 @@ TEST(DesktopWorkRunner, LongWorkShowsWhatIsDoneAndHowFarItIsWhileTheProgramLives
     DesktopWorkRunner runner(noWindow, 1ms);
     std::atomic<bool> isEnough = false;
     QPointer<QDialog> shown;
-    whenShown([&](QDialog& dialog) {
+    const WhenShown dialogs([&](QDialog& dialog) {
         shown = &dialog;
         EXPECT_EQ(dialog.accessibleName(), QStringLiteral("Saving “a”"));
         EXPECT_EQ(dialog.windowModality(), Qt::ApplicationModal);
@@ -78,7 +67,7 @@ TEST(DesktopWorkRunner, LongWorkShowsWhatIsDoneAndHowFarItIsWhileTheProgramLives
 TEST(DesktopWorkRunner, WorkThatCannotTellHowFarItIsShowsSo) {
     DesktopWorkRunner runner(noWindow, 1ms);
     std::atomic<bool> isEnough = false;
-    whenShown([&](const QDialog& dialog) {
+    const WhenShown dialogs([&](const QDialog& dialog) {
         EXPECT_EQ(dialog.findChild<QProgressBar*>()->maximum(), 0);
         isEnough = true;
     });
@@ -90,7 +79,7 @@ TEST(DesktopWorkRunner, WorkThatCannotTellHowFarItIsShowsSo) {
 TEST(DesktopWorkRunner, CancelAndEscapeStopTheWork) {
     for (const bool byKey : {false, true}) {
         DesktopWorkRunner runner(noWindow, 1ms);
-        whenShown([&](QDialog& dialog) {
+        const WhenShown dialogs([&](QDialog& dialog) {
             if (byKey)
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             else

@@ -3,18 +3,17 @@
 #include "shell/ClippedTexts.h"
 #include "shell/EveryDialog.h"
 #include "shell/EveryWindow.h"
+#include "shell/WhenShown.h"
 #include "shell/dialogs/DesktopProjectPanels.h"
 #include "shell/dialogs/PackageFileDialog.h"
 #include "shell/dialogs/ProgressDialog.h"
 #include "shell/settings/PaintSettingsView.h"
 #include "support/PseudoLanguages.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTimer>
 
 namespace quillabrae::shell {
 namespace {
@@ -31,11 +30,9 @@ protected:
     }
 
     static void expectWhole(const Alert& alert) {
-        QTimer::singleShot(0, qApp, [&alert] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            ASSERT_NE(dialog, nullptr);
-            expectWhole(*dialog, alert.message);
-            dialog->close();
+        const WhenShown shown([&alert](QDialog& dialog) {
+            expectWhole(dialog, alert.message);
+            dialog.close();
         });
         runAlert(alert, nullptr);
     }
@@ -104,11 +101,9 @@ TEST_P(PseudoLanguageTest, TheAlertsShowTheirTexts) {
 }
 
 TEST_P(PseudoLanguageTest, OurOwnFileDialogShowsItsTexts) {
-    QTimer::singleShot(0, qApp, [] {
-        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        expectWhole(*dialog, QStringLiteral("open"));
-        dialog->reject();
+    const WhenShown shown([](QDialog& dialog) {
+        expectWhole(dialog, QStringLiteral("open"));
+        dialog.reject();
     });
     DesktopProjectPanels([] { return nullptr; }).chooseProjectToOpen();
     PackageFileDialog save(QStringLiteral("Save"), folder.path(), QFileDialog::AcceptSave, nullptr);

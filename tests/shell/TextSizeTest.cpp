@@ -3,6 +3,7 @@
 #include "platform/MemorySecretStore.h"
 #include "shell/ShellTest.h"
 #include "shell/TestAccount.h"
+#include "shell/WhenShown.h"
 #include "shell/commands/CommandActions.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
@@ -33,7 +34,6 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
 
 namespace quillabrae::shell {
 namespace {
@@ -151,12 +151,10 @@ TEST_F(TextSizeTest, DialogsHaveTheirSizeAtUsualLettersAndGrowWithLargerOnes) {
 TEST_F(TextSizeTest, AlertsShowTheirTextsWhole) {
     for (const double factor : {1.0, 1.5, 2.0}) {
         use(factor);
-        QTimer::singleShot(0, qApp, [factor] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
+        const WhenShown shown([factor](QDialog& dialog) {
             runDeferred();
-            EXPECT_EQ(clipped(*dialog), QStringList()) << factor;
-            dialog->reject();
+            EXPECT_EQ(clipped(dialog), QStringList()) << factor;
+            dialog.reject();
         });
         runAlert(Alerts::flattenBeforeSaving(3), nullptr);
     }
