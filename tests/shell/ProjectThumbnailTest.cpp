@@ -9,6 +9,12 @@ namespace {
 
 using ProjectThumbnailTest = store::StoreTest;
 
+/// Of a project that nothing is known of.
+QImage projectThumbnail(const model::PaintProject& project, QSize room) {
+    LayerPictureCache nothingKnown;
+    return shell::projectThumbnail(project, room, nothingKnown);
+}
+
 TEST_F(ProjectThumbnailTest, KeepsTheCanvassProportions) {
     const auto store = makeStore(store::Persistence::off);
     EXPECT_EQ(projectThumbnail(store->createUntitledProject(400, 100, 96), {40, 30}).size(),
@@ -57,7 +63,7 @@ TEST_F(ProjectThumbnailTest, OnlyLayersThatChangedAreLookedAtAgain) {
     const raster::DecodeCacheReadOnly readOnly;
     const auto decodedFor = [&](QSize room) {
         const std::size_t before = raster::codecCounts().decodedFiles;
-        EXPECT_EQ(projectThumbnail(project, room, known), projectThumbnail(project, room));
+        EXPECT_EQ(shell::projectThumbnail(project, room, known), projectThumbnail(project, room));
         // The one without a memory decodes all of them.
         return raster::codecCounts().decodedFiles - before - 4;
     };
@@ -67,6 +73,19 @@ TEST_F(ProjectThumbnailTest, OnlyLayersThatChangedAreLookedAtAgain) {
     known.forgetDead();
     EXPECT_EQ(decodedFor({40, 30}), 1U);
     EXPECT_EQ(decodedFor({20, 15}), 4U);
+}
+
+TEST_F(ProjectThumbnailTest, ALayerThatIsNotReadableIsTriedOnce) {
+    const auto store = makeStore(store::Persistence::off);
+    const QByteArray whole = store->createProject(writePicture(QStringLiteral("red.png")))
+                                 ->layers.front()
+                                 .bitmapPNGData->toByteArray();
+    const model::PngBytes torn(whole.first(whole.size() / 2));
+    LayerPictureCache known;
+    EXPECT_TRUE(known.picture(torn, {40, 30}).isNull());
+    const std::size_t before = raster::codecCounts().decodedFiles;
+    EXPECT_TRUE(known.picture(torn, {40, 30}).isNull());
+    EXPECT_EQ(raster::codecCounts().decodedFiles, before);
 }
 
 } // namespace

@@ -44,8 +44,8 @@ void paintFloating(QPainter& painter, const model::PaintProject& project, QSize 
 QImage LayerPictureCache::picture(const model::PngBytes& pixels, QSize size) {
     Entry& entry = m_entries[pixels.buffer().get()];
     // The address may have been another buffer's before.
-    if (entry.pixels.lock() != pixels.buffer() || entry.picture.size() != size)
-        entry = {pixels.buffer(), layerPicture(pixels, size)};
+    if (entry.pixels.lock() != pixels.buffer() || entry.size != size)
+        entry = {pixels.buffer(), size, layerPicture(pixels, size)};
     return entry.picture;
 }
 
@@ -61,11 +61,6 @@ QImage layerThumbnail(const model::PaintLayer& layer, QSizeF canvas, QSize room)
     picture = QImage(size, QImage::Format_RGBA8888_Premultiplied);
     picture.fill(Qt::transparent);
     return picture;
-}
-
-QImage projectThumbnail(const model::PaintProject& project, QSize room) {
-    LayerPictureCache nothingKnown;
-    return projectThumbnail(project, room, nothingKnown);
 }
 
 QImage projectThumbnail(const model::PaintProject& project, QSize room, LayerPictureCache& known) {

@@ -24,6 +24,7 @@ public:
 private:
     struct Entry {
         std::weak_ptr<const QByteArray> pixels;
+        QSize size;
         QImage picture;
     };
     std::unordered_map<const QByteArray*, Entry> m_entries;
@@ -32,9 +33,9 @@ private:
 /// The project's visible layers at their opacities, with the pixels that float, on clear; fitted
 /// into `room` (device pixels) with the canvas's proportions, so one side equals the room's.
 /// Sampled, not filtered whole: its cost does not grow with the canvas once the layers are decoded.
-/// Safe on any thread.
+/// Layers that `known` has a picture of are not looked at, and it learns those of the others. Safe
+/// on any thread that has `known` to itself.
 QImage projectThumbnail(const model::PaintProject& project, QSize room, LayerPictureCache& known);
-QImage projectThumbnail(const model::PaintProject& project, QSize room);
 
 /// One layer at full strength, fitted likewise; clear for pixels that are not readable, null for a
 /// layer without any. Safe on any thread.
