@@ -12,6 +12,12 @@
 namespace quillabrae::shell::Labels {
 namespace {
 
+/// The side at which the program's language begins.
+Qt::Alignment leading() {
+    return QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignLeft) |
+           Qt::AlignAbsolute;
+}
+
 /// A label whose own colour follows a change of the program's palette.
 class TonedLabel final : public QLabel {
 public:
@@ -54,11 +60,6 @@ void makeBold(QLabel* label, qreal factor) {
 }
 
 } // namespace
-
-Qt::Alignment leading() {
-    return QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignLeft) |
-           Qt::AlignAbsolute;
-}
 
 Qt::Alignment trailing() {
     return QStyle::visualAlignment(QGuiApplication::layoutDirection(), Qt::AlignRight) |

@@ -11,8 +11,7 @@ class QWidget;
 /// begin at the side where the program's language begins, also where they are but a number.
 namespace quillabrae::shell::Labels {
 
-/// The side at which the program's language begins, and the one at which it ends.
-Qt::Alignment leading();
+/// The side at which the program's language ends.
 Qt::Alignment trailing();
 
 QLabel* body(const QString& text, QWidget* parent);

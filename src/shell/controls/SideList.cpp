@@ -3,6 +3,7 @@
 
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/TextSize.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 
@@ -120,6 +121,13 @@ void SideList::changeEvent(QEvent* event) {
         if (auto* look = dynamic_cast<SideRow*>(itemDelegate())) look->forgetIcons();
     }
     QListWidget::changeEvent(event);
+}
+
+void paintSide(QWidget& window, int width) {
+    QPainter painter(&window);
+    const QPalette& palette = window.palette();
+    painter.fillRect(visualPart(window, {0, 0, width, window.height()}), Style::raised(palette));
+    painter.fillRect(visualPart(window, {width - 1, 0, 1, window.height()}), Style::line(palette));
 }
 
 } // namespace quillabrae::shell

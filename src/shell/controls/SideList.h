@@ -23,4 +23,7 @@ protected:
     void changeEvent(QEvent* event) override;
 };
 
+/// Paints the ground of the side of a window that such a list stands in, and the line at its edge.
+void paintSide(QWidget& window, int width);
+
 } // namespace quillabrae::shell

@@ -4,11 +4,11 @@
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/TextSize.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
 
 #include <algorithm>
 
@@ -68,12 +68,9 @@ QSize ProjectTab::sizeHint() const {
     return {std::clamp(width, narrowest, TextSize::scaled(widest, *this)), height()};
 }
 
-QRect ProjectTab::visual(const QRect& part) const {
-    return QStyle::visualRect(layoutDirection(), rect(), part);
-}
-
 void ProjectTab::resizeEvent(QResizeEvent*) {
-    m_close->setGeometry(visual(
+    m_close->setGeometry(visualPart(
+        *this,
         {width() - padding - closeExtent, (height() - closeExtent) / 2, closeExtent, closeExtent}));
 }
 
@@ -125,7 +122,7 @@ void ProjectTab::paintFace(QPainter& painter) const {
 void ProjectTab::paintThumbnail(QPainter& painter) const {
     if (m_thumbnail.isNull()) return;
     QRectF place(QPointF(), QSizeF(m_thumbnail.size()) / m_thumbnail.devicePixelRatio());
-    const QRect room = visual({padding, 0, pictureRoom.width(), height()});
+    const QRect room = visualPart(*this, {padding, 0, pictureRoom.width(), height()});
     place.moveCenter(QRectF(room).center());
     place.moveTopLeft(place.topLeft().toPoint());
     painter.setRenderHint(QPainter::Antialiasing, false);
@@ -140,7 +137,7 @@ void ProjectTab::paintThumbnail(QPainter& painter) const {
 void ProjectTab::paintTitle(QPainter& painter) const {
     const int end = width() - padding - closeExtent - 4;
     const QRect room =
-        visual({pictureEnd + 8, 0, end - unsavedMark - 6 - pictureEnd - 8, height()});
+        visualPart(*this, {pictureEnd + 8, 0, end - unsavedMark - 6 - pictureEnd - 8, height()});
     painter.setPen(m_look.isActive ? palette().color(QPalette::WindowText)
                                    : Style::mutedText(palette()));
     painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
@@ -148,7 +145,7 @@ void ProjectTab::paintTitle(QPainter& painter) const {
     if (!m_look.isUnsaved) return;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Style::accent(palette()));
-    QRectF mark(visual({end - unsavedMark, 0, unsavedMark, unsavedMark}));
+    QRectF mark(visualPart(*this, {end - unsavedMark, 0, unsavedMark, unsavedMark}));
     mark.moveTop((height() - unsavedMark) / 2.0);
     painter.drawEllipse(mark);
 }

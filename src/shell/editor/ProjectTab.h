@@ -48,7 +48,6 @@ protected:
 
 private:
     /// Where a part stands that is at `part` while text runs from left to right.
-    QRect visual(const QRect& part) const;
     void paintFace(QPainter& painter) const;
     void paintThumbnail(QPainter& painter) const;
     void paintTitle(QPainter& painter) const;

@@ -3,12 +3,12 @@
 
 #include "services/AppUpdateService.h"
 #include "shell/controls/FocusRing.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 #include "shell/looks/Symbols.h"
 
 #include <QEvent>
 #include <QPainter>
-#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -72,16 +72,14 @@ void UpdateButton::paintEvent(QPaintEvent*) {
     painter.setPen(standsOut ? QPen(Style::accent(palette())) : QPen(Qt::NoPen));
     painter.drawRoundedRect(face, radius, radius);
     painter.setOpacity(isEnabled() ? 1.0 : disabledOpacity);
-    const auto visual = [this](const QRect& part) {
-        return QStyle::visualRect(layoutDirection(), rect(), part);
-    };
     const QRect iconRect(padding, (height() - Style::smallIcon) / 2, Style::smallIcon,
                          Style::smallIcon);
-    m_icon.paint(&painter, visual(iconRect));
+    m_icon.paint(&painter, visualPart(*this, iconRect));
     if (showsTitle()) {
         painter.setPen(palette().color(QPalette::Active, QPalette::WindowText));
-        painter.drawText(visual(rect().adjusted(iconRect.right() + 1 + gap, 0, -padding, 0)),
-                         Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text());
+        painter.drawText(
+            visualPart(*this, rect().adjusted(iconRect.right() + 1 + gap, 0, -padding, 0)),
+            Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text());
     }
     painter.setOpacity(1.0);
     if (hasFocus()) paintFocusRing(painter, face, palette());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/looks/OutlinedStyle.h"
 
+#include "shell/looks/KeysInOrder.h"
 #include "shell/looks/Style.h"
 
 #include <QPainter>
@@ -96,13 +97,6 @@ void paintMenuEdge(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
-/// The keys of a menu's command, which follow its title, are no part of a sentence from right to
-/// left, though they may end with a comma.
-void keepKeysInOrder(QString& text) {
-    constexpr QChar leftToRightMark(0x200e);
-    if (text.contains(u'\t')) text.append(leftToRightMark);
-}
-
 /// The chosen tab is underlined, as those of projects are.
 void paintTabMarks(QPainter& painter, const QStyleOption& option) {
     constexpr int thickness = 2;
@@ -188,7 +182,8 @@ void OutlinedStyle::drawControl(ControlElement element, const QStyleOption* opti
     }
     if (element == CE_MenuItem && item != nullptr && item->direction == Qt::RightToLeft) {
         QStyleOptionMenuItem kept = *item;
-        keepKeysInOrder(kept.text);
+        // The keys of a command follow its title.
+        if (kept.text.contains(u'\t')) kept.text = keysInOrder(kept.text);
         return QProxyStyle::drawControl(element, &kept, painter, widget);
     }
     const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);

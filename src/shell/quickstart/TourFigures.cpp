@@ -6,6 +6,7 @@
 #include "shell/controls/SymbolLabel.h"
 #include "shell/controls/TextSize.h"
 #include "shell/editor/ToolsPalette.h"
+#include "shell/looks/KeysInOrder.h"
 #include "shell/looks/Style.h"
 #include "shell/quickstart/ShortcutComparison.h"
 
@@ -47,11 +48,9 @@ QWidget* makeTool(model::PaintTool tool, QWidget* parent) {
     return row;
 }
 
-/// Keys are in one order in every language, those that end with a sign too.
 QString keysText(const QKeySequence& keys) {
-    constexpr QChar leftToRightMark(0x200e);
     const QString text = keys.toString(QKeySequence::NativeText);
-    return text.isEmpty() || !QGuiApplication::isRightToLeft() ? text : text + leftToRightMark;
+    return text.isEmpty() || !QGuiApplication::isRightToLeft() ? text : keysInOrder(text);
 }
 
 QTreeWidgetItem* addSection(QTreeWidget& table, const QString& title) {

@@ -4,10 +4,10 @@
 #include "shell/controls/FocusRing.h"
 #include "shell/controls/IconButton.h"
 #include "shell/controls/TextSize.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 
 #include <QPainter>
-#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -46,9 +46,8 @@ int RecentRow::removeLeft() const {
 }
 
 void RecentRow::resizeEvent(QResizeEvent*) {
-    m_remove->setGeometry(QStyle::visualRect(
-        layoutDirection(), rect(),
-        {removeLeft(), (height() - removeExtent) / 2, removeExtent, removeExtent}));
+    m_remove->setGeometry(visualPart(
+        *this, {removeLeft(), (height() - removeExtent) / 2, removeExtent, removeExtent}));
 }
 
 void RecentRow::paintEvent(QPaintEvent*) {
@@ -61,9 +60,8 @@ void RecentRow::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(face, Style::cornerRadius, Style::cornerRadius);
     }
     const int lineHeight = fontMetrics().height();
-    QRect line = QStyle::visualRect(
-        layoutDirection(), rect(),
-        {padding, (height() - 2 * lineHeight) / 2, removeLeft() - 2 * padding, lineHeight});
+    QRect line = visualPart(
+        *this, {padding, (height() - 2 * lineHeight) / 2, removeLeft() - 2 * padding, lineHeight});
     const auto write = [&](const QString& text, const QColor& color, Qt::TextElideMode elide) {
         painter.setPen(color);
         painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
