@@ -4,6 +4,7 @@
 #include "shell/ClippedTexts.h"
 #include "shell/EveryDialog.h"
 #include "shell/EveryWindow.h"
+#include "shell/WhenShown.h"
 #include "shell/controls/BodyScroller.h"
 #include "shell/controls/SidewaysScroller.h"
 #include "shell/controls/TextSize.h"
@@ -18,13 +19,11 @@
 #include "shell/settings/PaintSettingsView.h"
 #include "support/PseudoLanguages.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace quillabrae::shell {
@@ -69,24 +68,26 @@ protected:
         EXPECT_EQ(clippedTexts(window).join(u'\n').toStdString(), "");
         for (const QScrollArea* area : window.findChildren<QScrollArea*>()) {
             if (!area->isVisible()) continue;
-            EXPECT_TRUE(showsAll(*area)) << area->widget()->width();
+            EXPECT_TRUE(showsAll(*area))
+                << area->widget()->width() << " in " << area->viewport()->width();
         }
     }
     /// From side to side, where it is not scrolled by the wheel.
     static bool showsAll(const QScrollArea& area) {
         if (area.horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) return true;
         if (qobject_cast<const SidewaysScroller*>(&area) != nullptr) return true;
-        // The bar of a body lies over the margin.
+        // The bar of a body may lie over a margin.
         const bool isBody = qobject_cast<const BodyScroller*>(&area) != nullptr;
-        return area.widget()->width() <= (isBody ? area.width() : area.viewport()->width());
+        const QMargins margins = isBody ? area.widget()->layout()->contentsMargins() : QMargins();
+        const int margin =
+            area.layoutDirection() == Qt::RightToLeft ? margins.left() : margins.right();
+        return area.widget()->width() - margin <= area.viewport()->width();
     }
     void expectReachable(const Alert& alert) {
-        QTimer::singleShot(0, qApp, [this, &alert] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            ASSERT_NE(dialog, nullptr);
-            expectReachable(*dialog, alert.message);
-            EXPECT_EQ(dialog->findChildren<QPushButton*>().size(), alert.buttons.size());
-            dialog->close();
+        const WhenShown shown([this, &alert](QDialog& dialog) {
+            expectReachable(dialog, alert.message);
+            EXPECT_EQ(dialog.findChildren<QPushButton*>().size(), alert.buttons.size());
+            dialog.close();
         });
         runAlert(alert, &host);
     }
@@ -118,6 +119,19 @@ TEST_P(SmallScreenTest, NoPanelHidesToolsOrReachesBeyondTheRoom) {
     const auto* layers = window->findChild<LayersPanel*>();
     const auto* history = window->findChild<HistoryPanel*>();
     EXPECT_FALSE(layers->geometry().intersects(history->geometry()));
+}
+
+TEST_P(SmallScreenTest, ColorsStayWhereTheyAreWhenToolsAreMoved) {
+    const auto window = makeSmallWindow(WindowRole::editor);
+    runDeferred();
+    auto* tools = window->findChild<ToolsPalette*>();
+    auto* colors = window->findChild<ColorPanel*>();
+    const QRect before = colors->geometry();
+    for (const QPoint place : {tools->pos() + QPoint(5, 5), colors->pos()}) {
+        Q_EMIT tools->moveRequested(place);
+        Q_EMIT tools->sizeChanged();
+        EXPECT_EQ(colors->geometry(), before);
+    }
 }
 
 TEST_P(SmallScreenTest, TheOtherWindowsFit) {
@@ -162,11 +176,69 @@ TEST_P(SmallScreenTest, TheButtonsOfATallDialogStayWhileItsBodyScrolls) {
     EXPECT_TRUE(resize.rect().contains(accept->geometry()));
 }
 
-TEST(WindowsAndScreens, AWindowThatComesToASmallScreenIsCutToItAndGrowsAgain) {
+/// A window whose contents need as much as is set.
+class WindowsAndScreens : public testing::Test {
+protected:
+    void fitAt(QPoint place, QSize contents) {
+        content->setMinimumSize(contents);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(content);
+        TextSize::limitSize(window, {200, 200});
+        window.resize(contents);
+        window.move(place);
+        window.show();
+        QCoreApplication::processEvents();
+    }
+    void need(QSize contents) {
+        content->setMinimumSize(contents);
+        QCoreApplication::processEvents();
+    }
+
+    /// What the system may take the frame for more or less than once.
+    static constexpr int frameWidth = 10;
+    QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget window;
+    QVBoxLayout* layout = new QVBoxLayout(&window);
+    QLabel* content = new QLabel;
+};
+
+TEST_F(WindowsAndScreens, AWindowThatGrowsBeyondTheScreenIsMovedBack) {
+    fitAt(room.bottomRight() - QPoint(320, 320), {300, 300});
+    need({500, 500});
+    EXPECT_EQ(window.size(), QSize(500, 500));
+    EXPECT_TRUE(room.contains(window.frameGeometry()));
+}
+
+TEST_F(WindowsAndScreens, AWindowThatTheUserPushedAsideStaysThere) {
+    fitAt(room.topLeft() - QPoint(150, 0), {300, 300});
+    const QPoint place = window.pos();
+    // Its least size changes, and it is larger than that.
+    window.resize(600, 600);
+    need({400, 400});
+    EXPECT_NEAR(window.x(), place.x(), frameWidth);
+    // It becomes higher, which is no reason to move it sideways.
+    need({400, 700});
+    EXPECT_EQ(window.size(), QSize(600, 700));
+    EXPECT_NEAR(window.x(), place.x(), frameWidth);
+}
+
+TEST_F(WindowsAndScreens, AMaximizedWindowStaysWhereItIs) {
+    fitAt(room.topLeft(), {300, 300});
+    window.showMaximized();
+    QCoreApplication::processEvents();
+    window.setGeometry(room.translated(40, 40));
+    need(room.size() + QSize(10, 10));
+    EXPECT_NEAR(window.x(), room.left() + 40, frameWidth);
+}
+
+TEST(Screens, AWindowThatComesToASmallScreenIsCutToItAndGrowsAgain) {
     const auto screens = QGuiApplication::screens();
     QWidget window;
     auto* tall = new ScrolledBody;
-    tall->setMinimumSize(700, 900);
+    auto* column = new QVBoxLayout(tall);
+    auto* content = new QLabel(tall);
+    content->setMinimumSize(700, 900);
+    column->addWidget(content);
     auto* layout = new QVBoxLayout(&window);
     layout->addWidget(new BodyScroller(tall, &window));
     TextSize::fixSize(window, {});

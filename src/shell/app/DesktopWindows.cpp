@@ -13,6 +13,7 @@
 #include "shell/welcome/WelcomePanel.h"
 #include "store/ProjectStore.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 
 namespace quillabrae::shell {
@@ -32,8 +33,9 @@ Qt::WindowFlags windowFlags(WindowTraits::Frame frame) {
     return Qt::Window;
 }
 
-/// In the middle of its screen, which may be smaller than what the window is meant to have.
+/// In the middle of the primary screen, which may be smaller than what the window is meant to have.
 void placeOnScreen(QWidget& window, const WindowTraits& traits) {
+    window.setScreen(QGuiApplication::primaryScreen());
     const QRect room(window.screen()->availableGeometry().topLeft(), TextSize::roomFor(window));
     if (traits.frame == WindowTraits::Frame::resizable) {
         TextSize::limitSize(window, traits.minimumSize);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QScrollArea>
+#include "shell/controls/ControlScroller.h"
 
 namespace quillabrae::shell {
 
@@ -16,8 +16,10 @@ public:
 };
 
 /// Shows a body as if it were not there, and scrolls it only where it gets less room than it needs,
-/// as in a window that is cut to its screen.
-class BodyScroller final : public QScrollArea {
+/// as in a window that is cut to its screen. A body of nothing but texts then takes the keyboard
+/// itself, so that the arrow and page keys scroll it; give the scroller of such a body an
+/// accessible name.
+class BodyScroller final : public ControlScroller {
     Q_OBJECT
 
 public:
@@ -34,6 +36,13 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void fitBars();
+    void fitFocusPolicy();
 };
 
 } // namespace quillabrae::shell

@@ -4,20 +4,14 @@
 #include "shell/controls/ScrollHints.h"
 
 #include <QScrollBar>
-#include <QStyle>
 #include <QWheelEvent>
-
-#include <algorithm>
 
 namespace quillabrae::shell {
 
-SidewaysScroller::SidewaysScroller(QWidget* content, QWidget* parent) : QScrollArea(parent) {
+SidewaysScroller::SidewaysScroller(QWidget* content, QWidget* parent) : ControlScroller(parent) {
     setWidget(content);
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Expanding);
     viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
@@ -28,6 +22,10 @@ QSize SidewaysScroller::sizeHint() const {
     return widget()->sizeHint();
 }
 
+bool SidewaysScroller::hasMore() const {
+    return horizontalScrollBar()->maximum() > 0;
+}
+
 void SidewaysScroller::turn(const QWheelEvent& wheel) {
     const QPoint way = wheel.angleDelta();
     // The bar counts from where text begins.
@@ -36,28 +34,9 @@ void SidewaysScroller::turn(const QWheelEvent& wheel) {
     bar->setValue(bar->value() - (sideways != 0 ? sideways : way.y()) / 2);
 }
 
-void SidewaysScroller::bringIntoSight(const QWidget& part, int edge) {
-    const QRect row = widget()->rect();
-    const QRect place(part.mapTo(widget(), QPoint()), part.size());
-    // As the bar counts: from where text begins.
-    const QRect counted = QStyle::visualRect(layoutDirection(), row, place)
-                              .adjusted(-edge, 0, edge, 0)
-                              .intersected(row);
-    QScrollBar* bar = horizontalScrollBar();
-    const int last = counted.right() + 1 - viewport()->width();
-    bar->setValue(std::min(std::max(bar->value(), last), counted.left()));
-}
-
-bool SidewaysScroller::focusNextPrevChild(bool next) {
-    if (!QScrollArea::focusNextPrevChild(next)) return false;
-    const QWidget* reached = focusWidget();
-    if (reached != nullptr && widget()->isAncestorOf(reached)) bringIntoSight(*reached);
-    return true;
-}
-
 bool SidewaysScroller::eventFilter(QObject* watched, QEvent* event) {
     if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
-    return QScrollArea::eventFilter(watched, event);
+    return ControlScroller::eventFilter(watched, event);
 }
 
 void SidewaysScroller::wheelEvent(QWheelEvent* event) {

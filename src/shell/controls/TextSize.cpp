@@ -21,7 +21,8 @@ namespace {
 constexpr qreal usualDigit = 8.0;
 constexpr int air = 8;
 
-/// Runs something after each event of certain types, as long as the widget lives.
+/// Runs something now and whenever an event of certain types comes, before the widget gets it, for
+/// as long as the widget lives.
 class Follower final : public QObject {
 public:
     Follower(QWidget& widget, std::initializer_list<QEvent::Type> types, std::function<void()> fit)
@@ -97,16 +98,23 @@ QSize neededSize(const QWidget& window, QSize least) {
 constexpr auto resizing = {QEvent::Polish, QEvent::LayoutRequest, QEvent::Show,
                            QEvent::WindowActivate, QEvent::ScreenChangeInternal};
 
-/// Moves a window that has grown beyond an edge of its screen.
-void keepOnScreen(QWidget& window) {
+/// Moves a window that has grown beyond an edge of its screen, along the sides that did.
+void keepOnScreen(QWidget& window, QSize before) {
     const QRect screen = window.screen()->availableGeometry();
     QRect frame = window.frameGeometry();
-    // One that is just being shown may not know its screen yet.
-    if (!window.isVisible() || !screen.intersects(frame)) return;
-    frame.moveRight(std::min(frame.right(), screen.right()));
-    frame.moveBottom(std::min(frame.bottom(), screen.bottom()));
-    frame.moveLeft(std::max(frame.left(), screen.left()));
-    frame.moveTop(std::max(frame.top(), screen.top()));
+    // One that is just being shown may not know its screen yet, and some have no place of their
+    // own.
+    if (!window.isVisible() || window.isMaximized() || window.isFullScreen() ||
+        !screen.intersects(frame))
+        return;
+    if (window.width() > before.width()) {
+        frame.moveRight(std::min(frame.right(), screen.right()));
+        frame.moveLeft(std::max(frame.left(), screen.left()));
+    }
+    if (window.height() > before.height()) {
+        frame.moveBottom(std::min(frame.bottom(), screen.bottom()));
+        frame.moveTop(std::max(frame.top(), screen.top()));
+    }
     if (frame != window.frameGeometry()) window.move(frame.topLeft());
 }
 
@@ -114,6 +122,10 @@ void keepOnScreen(QWidget& window) {
 
 void follow(QWidget& widget, std::function<void()> fit) {
     new Follower(widget, {QEvent::FontChange}, std::move(fit));
+}
+
+void followRoom(QWidget& window, std::function<void()> fit) {
+    new Follower(window, {QEvent::FontChange, QEvent::ScreenChangeInternal}, std::move(fit));
 }
 
 int scaled(int points, const QWidget& widget) {
@@ -146,8 +158,9 @@ void fixSize(QWidget& window, QSize least) {
     new Follower(window, resizing, [&window, least] {
         const QSize size = neededSize(window, least);
         if (size == window.minimumSize() && size == window.maximumSize()) return;
+        const QSize before = window.size();
         window.setFixedSize(size);
-        keepOnScreen(window);
+        keepOnScreen(window, before);
     });
 }
 
@@ -155,8 +168,9 @@ void limitSize(QWidget& window, QSize least) {
     new Follower(window, resizing, [&window, least] {
         const QSize size = neededSize(window, least);
         if (size == window.minimumSize()) return;
+        const QSize before = window.size();
         window.setMinimumSize(size);
-        keepOnScreen(window);
+        keepOnScreen(window, before);
     });
 }
 

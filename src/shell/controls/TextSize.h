@@ -30,11 +30,15 @@ void scaleFont(QLabel& label, qreal factor);
 /// How large a window may be so that it and its frame fit on its screen.
 QSize roomFor(const QWidget& window);
 
+/// Calls `fit` now, and whenever the window has other letters or comes to another screen.
+void followRoom(QWidget& window, std::function<void()> fit);
+
 /// Keeps a window of fixed size as large as its contents need, `least` at least, and within its
-/// screen. What may have to do with less room has a `BodyScroller` about it.
+/// screen. What may have to do with less room has a `BodyScroller` about it. A window that grows
+/// beyond an edge of its screen is moved back, unless it is maximized or fills the screen.
 void fixSize(QWidget& window, QSize least);
 /// Lets a window of any size be no smaller than its contents need, nor than `least`, where its
-/// screen has room for that.
+/// screen has room for that. It is moved likewise.
 void limitSize(QWidget& window, QSize least);
 
 } // namespace quillabrae::shell::TextSize

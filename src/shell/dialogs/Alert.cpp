@@ -40,14 +40,13 @@ QBoxLayout* makeButtons(const QStringList& titles, QDialog& dialog) {
     return row;
 }
 
-/// Beside each other where the screen is wide enough for that, else one under the other.
-void arrange(QBoxLayout& buttons, const QDialog& dialog) {
+/// Beside each other where there is room for that, else one under the other.
+void arrange(QBoxLayout& buttons, int widest) {
     buttons.setDirection(QBoxLayout::LeftToRight);
-    if (buttons.minimumSize().width() > TextSize::roomFor(dialog).width())
-        buttons.setDirection(QBoxLayout::TopToBottom);
+    if (buttons.minimumSize().width() > widest) buttons.setDirection(QBoxLayout::TopToBottom);
 }
 
-ScrolledBody* makeTexts(const Alert& alert, const QDialog& dialog) {
+ScrolledBody* makeTexts(const Alert& alert) {
     auto* texts = new ScrolledBody;
     auto* column = new QVBoxLayout(texts);
     column->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
@@ -58,26 +57,42 @@ ScrolledBody* makeTexts(const Alert& alert, const QDialog& dialog) {
         label->setWordWrap(true);
         column->addWidget(label);
     }
-    TextSize::follow(*texts, [texts, &dialog] {
-        const int widest = TextSize::roomFor(dialog).width();
-        texts->setMinimumWidth(
-            std::min(TextSize::scaled(textWidth, *texts) + 6 * Style::grid, widest));
-    });
     return texts;
+}
+
+/// How wide the dialog can be on its screen, which is that of its parent until it stands somewhere.
+int widestOf(const QDialog& dialog) {
+    const QWidget* parent = dialog.parentWidget();
+    const bool isPlaced = dialog.isVisible() || parent == nullptr;
+    const QWidget& standing = isPlaced ? static_cast<const QWidget&>(dialog) : *parent->window();
+    return TextSize::roomFor(standing).width();
+}
+
+/// As the letters and the screen have it.
+void fit(QWidget& texts, QBoxLayout& buttons, const QDialog& dialog) {
+    const int wanted = TextSize::scaled(textWidth, dialog) + 6 * Style::grid;
+    const int widest = widestOf(dialog);
+    texts.setMinimumWidth(std::min(wanted, widest));
+    arrange(buttons, widest);
 }
 
 QDialog* makeDialog(const Alert& alert, QWidget* parent) {
     auto* dialog = new QDialog(parent);
+    if (parent != nullptr) dialog->setScreen(parent->screen());
     dialog->setWindowTitle(QStringLiteral("Quillabrae"));
     dialog->setAccessibleName(alert.message);
     dialog->setAccessibleDescription(alert.informativeText);
     auto* layout = new QVBoxLayout(dialog);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(new BodyScroller(makeTexts(alert, *dialog), dialog), 1);
+    ScrolledBody* texts = makeTexts(alert);
+    auto* body = new BodyScroller(texts, dialog);
+    body->setAccessibleName(alert.message);
+    body->setAccessibleDescription(alert.informativeText);
+    layout->addWidget(body, 1);
     QBoxLayout* buttons = makeButtons(alert.buttons, *dialog);
     layout->addLayout(buttons);
-    TextSize::follow(*dialog, [dialog, buttons] { arrange(*buttons, *dialog); });
+    TextSize::followRoom(*dialog, [dialog, texts, buttons] { fit(*texts, *buttons, *dialog); });
     TextSize::fixSize(*dialog, {});
     return dialog;
 }

@@ -2,6 +2,7 @@
 #include "shell/dialogs/FeedbackDialogView.h"
 
 #include "platform/QtMimeSource.h"
+#include "shell/controls/ControlScroller.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SlimBar.h"
 #include "shell/controls/SymbolLabel.h"
@@ -164,9 +165,7 @@ QHBoxLayout* FeedbackDialogView::makeButtons(QWidget* form) {
 
 QWidget* FeedbackDialogView::makeConfirmation() {
     auto* page = new QWidget(this);
-    auto* column = new QVBoxLayout(page);
-    column->setContentsMargins(4 * Style::grid, 3 * Style::grid, 4 * Style::grid, 3 * Style::grid);
-    column->setSpacing(Style::grid);
+    QVBoxLayout* column = DialogParts::makeBody(*page, Style::grid);
     column->addStretch();
     column->addWidget(
         new SymbolLabel(QStringLiteral("checkmark.circle.fill"), confirmationSymbol, page), 0,
@@ -181,7 +180,10 @@ QWidget* FeedbackDialogView::makeConfirmation() {
     m_done = new QPushButton(tr("Done"), page);
     Style::markPrimary(*m_done);
     connect(m_done, &QPushButton::clicked, this, &QDialog::accept);
-    column->addWidget(m_done, 0, Qt::AlignRight);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_done);
+    DialogParts::addButtons(*page, buttons);
     return page;
 }
 
@@ -279,6 +281,7 @@ void FeedbackDialogView::showError(const QString& message) {
     constexpr qsizetype room = 400;
     m_error->setText(message.size() > room ? message.first(room) + u'…' : message);
     m_error->setVisible(!message.isEmpty());
+    if (!message.isEmpty()) bringIntoSightLater(*m_error);
 }
 
 void FeedbackDialogView::showState() {

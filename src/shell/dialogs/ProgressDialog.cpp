@@ -32,7 +32,6 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(3 * Style::grid, 20, 3 * Style::grid, 2 * Style::grid);
     layout->setSpacing(12);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
 
     QLabel* label = Labels::body(title, this);
     label->setWordWrap(true);
@@ -49,6 +48,7 @@ ProgressDialog::ProgressDialog(const QString& title, platform::WorkControl& cont
     connect(timer, &QTimer::timeout, this, &ProgressDialog::showFraction);
     timer->start(lookEvery);
     showFraction();
+    TextSize::fixSize(*this, {});
 }
 
 void ProgressDialog::reject() {

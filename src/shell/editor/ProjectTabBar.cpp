@@ -148,7 +148,7 @@ void ProjectTabBar::refreshTabs() {
     });
     m_row->activate();
     m_scroller->updateGeometry();
-    if (active != m_tabs.end()) m_scroller->bringIntoSight(**active, hintedEdge);
+    if (active != m_tabs.end()) m_scroller->bringIntoSight(**active, {hintedEdge, 0});
 }
 
 void ProjectTabBar::projectChanged(const QUuid& id) {

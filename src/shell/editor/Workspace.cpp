@@ -148,19 +148,30 @@ QRect Workspace::beside(const FloatingPanel& other, QRect panel) const {
     return insideRoom(panel, room());
 }
 
+Workspace::Floating& Workspace::floating(const FloatingPanel* panel) {
+    return *std::ranges::find(m_panels, panel, &Floating::panel);
+}
+
 void Workspace::placePanels() {
-    for (const Floating& floating : m_panels) {
-        const auto& [panel, place, home] = floating;
+    for (const Floating& floated : m_panels) {
+        const auto& [panel, place, home] = floated;
         QRect rect = panelRect(place, fittingSize(*panel), room());
-        if (panel == m_colors && place == home) rect = beside(*m_tools, rect);
+        if (panel == m_colors && floated.isAtHome() && floating(m_tools).isAtHome())
+            rect = beside(*m_tools, rect);
         panel->setGeometry(rect);
     }
 }
 
 void Workspace::movePanel(FloatingPanel* panel, QPoint topLeft) {
+    // Colours that made way for the tools stay where they are when those are moved.
+    Floating& colors = floating(m_colors);
+    if (panel == m_tools && colors.isAtHome()) {
+        const QRect home = panelRect(colors.home, fittingSize(*m_colors), room());
+        if (home != m_colors->geometry()) colors.place = panelPlace(m_colors->geometry(), room());
+    }
     const QRect place = insideRoom({topLeft, panel->size()}, room());
     panel->setGeometry(place);
-    std::ranges::find(m_panels, panel, &Floating::panel)->place = panelPlace(place, room());
+    floating(panel).place = panelPlace(place, room());
 }
 
 // Keys

@@ -50,6 +50,8 @@ private:
         PanelPlace place;
         /// Where it stands until it is moved.
         PanelPlace home;
+
+        bool isAtHome() const { return place == home; }
     };
 
     /// `corner` is where it stands while text runs from left to right.
@@ -59,6 +61,7 @@ private:
     void shareHeight();
     QSize fittingSize(const FloatingPanel& panel) const;
     QRect beside(const FloatingPanel& other, QRect panel) const;
+    Floating& floating(const FloatingPanel* panel);
     void placePanels();
     void movePanel(FloatingPanel* panel, QPoint topLeft);
 

@@ -3,6 +3,7 @@
 
 #include "effects/PluginLibraryError.h"
 #include "effects/PluginLibraryService.h"
+#include "shell/controls/ControlScroller.h"
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/SymbolLabel.h"
@@ -17,9 +18,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
-#include <QScrollArea>
-#include <QStyle>
 #include <QTimer>
 
 #include <algorithm>
@@ -112,10 +110,7 @@ void PluginLibraryView::buildSide(QVBoxLayout& column) {
 }
 
 void PluginLibraryView::buildContent() {
-    m_scroll = new QScrollArea(this);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setWidgetResizable(true);
-    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll = new ControlScroller(this);
     m_content = new QWidget;
     auto* column = new QVBoxLayout(m_content);
     column->setContentsMargins(margin, margin, margin, margin);
@@ -309,13 +304,7 @@ void PluginLibraryView::keyPressEvent(QKeyEvent* event) {
 }
 
 void PluginLibraryView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    const int width = m_side->width() + 2 * Style::grid;
-    const auto visual = [this](QRect part) {
-        return QStyle::visualRect(layoutDirection(), rect(), part);
-    };
-    painter.fillRect(visual({0, 0, width, height()}), Style::raised(palette()));
-    painter.fillRect(visual({width - 1, 0, 1, height()}), Style::line(palette()));
+    paintSide(*this, m_side->width() + 2 * Style::grid);
 }
 
 } // namespace quillabrae::shell

@@ -11,7 +11,6 @@
 class QGridLayout;
 class QLabel;
 class QLineEdit;
-class QScrollArea;
 class QVBoxLayout;
 
 namespace quillabrae::effects {
@@ -25,6 +24,7 @@ class ProjectStore;
 namespace quillabrae::shell {
 
 struct Alert;
+class ControlScroller;
 class PluginCard;
 class SideList;
 
@@ -82,7 +82,7 @@ private:
     SideList* m_side = nullptr;
     QLabel* m_title = nullptr;
     QLabel* m_subtitle = nullptr;
-    QScrollArea* m_scroll = nullptr;
+    ControlScroller* m_scroll = nullptr;
     QWidget* m_content = nullptr;
     PluginCard* m_featured = nullptr;
     QGridLayout* m_grid = nullptr;

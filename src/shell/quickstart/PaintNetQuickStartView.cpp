@@ -6,6 +6,7 @@
 #include "shell/controls/Labels.h"
 #include "shell/controls/SideList.h"
 #include "shell/controls/TextSize.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 #include "shell/quickstart/TourPageView.h"
 #include "shell/quickstart/TourPages.h"
@@ -16,7 +17,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QStyle>
 
 namespace quillabrae::shell {
 namespace {
@@ -43,8 +43,11 @@ PaintNetQuickStartView::PaintNetQuickStartView(const CommandActions& actions)
     row->addWidget(makeSteps());
     auto* column = new QVBoxLayout;
     column->setSpacing(0);
-    for (const TourPage& page : tourPages())
-        m_pages->addWidget(new BodyScroller(new TourPageView(page)));
+    for (const TourPage& page : tourPages()) {
+        auto* body = new BodyScroller(new TourPageView(page));
+        body->setAccessibleName(tourText(page.heading));
+        m_pages->addWidget(body);
+    }
     column->addWidget(m_pages, 1);
     column->addWidget(makeFooter());
     row->addLayout(column, 1);
@@ -133,12 +136,10 @@ void PaintNetQuickStartView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const int side = m_steps->parentWidget()->width();
     const int footer = m_next->parentWidget()->height();
-    const auto visual = [this](QRect part) {
-        return QStyle::visualRect(layoutDirection(), rect(), part);
-    };
-    painter.fillRect(visual(rect().adjusted(side, 0, 0, 0)), Style::raised(palette()));
-    painter.fillRect(visual({side, 0, 1, height()}), Style::line(palette()));
-    painter.fillRect(visual({side, height() - footer, width() - side, 1}), Style::line(palette()));
+    painter.fillRect(visualPart(*this, rect().adjusted(side, 0, 0, 0)), Style::raised(palette()));
+    painter.fillRect(visualPart(*this, {side, 0, 1, height()}), Style::line(palette()));
+    painter.fillRect(visualPart(*this, {side, height() - footer, width() - side, 1}),
+                     Style::line(palette()));
 }
 
 } // namespace quillabrae::shell

@@ -26,7 +26,9 @@ TourPageView::TourPageView(const TourPage& page, QWidget* parent) : ScrolledBody
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(sideMargin, topMargin, sideMargin, 2 * Style::grid);
     column->setSpacing(2 * Style::grid);
-    column->addWidget(Labels::title(tourText(page.heading), headingFactor, this));
+    QLabel* heading = Labels::title(tourText(page.heading), headingFactor, this);
+    heading->setWordWrap(true);
+    column->addWidget(heading);
     switch (page.figure) {
         case TourPage::Figure::widePicture:
             addWidePicture(page, *column);

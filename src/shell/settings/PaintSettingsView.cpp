@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/settings/PaintSettingsView.h"
 
+#include "shell/controls/ControlScroller.h"
 #include "shell/controls/SideList.h"
 #include "shell/looks/Style.h"
 #include "shell/settings/SettingsPane.h"
@@ -8,11 +9,8 @@
 #include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QPainter>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
-#include <QStyle>
 
 #include <algorithm>
 
@@ -23,12 +21,12 @@ constexpr int sideWidth = 192;
 
 /// What a pane is shown in, which scrolls one that is higher than the window, and is never narrower
 /// than the pane.
-class PaneFrame final : public QScrollArea {
+class PaneFrame final : public ControlScroller {
 public:
-    using QScrollArea::QScrollArea;
+    using ControlScroller::ControlScroller;
 
     QSize minimumSizeHint() const override {
-        QSize size = QScrollArea::minimumSizeHint();
+        QSize size = ControlScroller::minimumSizeHint();
         if (widget() == nullptr) return size;
         const int pane = widget()->minimumSizeHint().width();
         return {std::max(size.width(), pane + verticalScrollBar()->sizeHint().width()),
@@ -37,18 +35,10 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::LayoutRequest) updateGeometry();
-        return QScrollArea::eventFilter(watched, event);
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+        return ControlScroller::eventFilter(watched, event);
     }
 };
-
-QScrollArea* makeFrame(QWidget* parent) {
-    auto* frame = new PaneFrame(parent);
-    frame->setFrameShape(QFrame::NoFrame);
-    frame->setWidgetResizable(true);
-    frame->setFocusPolicy(Qt::NoFocus);
-    return frame;
-}
 
 } // namespace
 
@@ -58,7 +48,7 @@ PaintSettingsView::PaintSettingsView(SettingsContext context)
       m_panes(new QStackedWidget(this)) {
     for (const PaintSettingsSection section : allPaintSettingsSections()) {
         m_sections->addRow(symbolName(section), title(section));
-        m_panes->addWidget(makeFrame(m_panes));
+        m_panes->addWidget(new PaneFrame(m_panes));
     }
     m_sections->fitWidth(sideWidth - 2 * Style::grid);
     auto* layout = new QHBoxLayout(this);
@@ -105,13 +95,7 @@ bool PaintSettingsView::event(QEvent* event) {
 }
 
 void PaintSettingsView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    const int width = m_sections->width() + 2 * Style::grid;
-    const auto visual = [this](QRect part) {
-        return QStyle::visualRect(layoutDirection(), rect(), part);
-    };
-    painter.fillRect(visual({0, 0, width, height()}), Style::raised(palette()));
-    painter.fillRect(visual({width - 1, 0, 1, height()}), Style::line(palette()));
+    paintSide(*this, m_sections->width() + 2 * Style::grid);
 }
 
 } // namespace quillabrae::shell

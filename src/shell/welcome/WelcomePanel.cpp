@@ -9,6 +9,7 @@
 #include "shell/controls/Labels.h"
 #include "shell/controls/SymbolLabel.h"
 #include "shell/controls/TextSize.h"
+#include "shell/controls/VisualPart.h"
 #include "shell/looks/Style.h"
 #include "shell/welcome/ActionRow.h"
 #include "shell/welcome/RecentList.h"
@@ -22,7 +23,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -165,13 +165,15 @@ void WelcomePanel::refresh() {
     const WelcomeContent content = WelcomeContent::of(m_store);
     m_closedWork->setVisible(content.offersClosedWork);
     m_recents->showRecents(content.recents);
+    const bool isNews = content.status != m_status->text();
     m_status->setText(content.status);
     m_status->setVisible(!content.status.isEmpty());
+    if (isNews && !content.status.isEmpty()) bringIntoSightLater(*m_status);
 }
 
 void WelcomePanel::resizeEvent(QResizeEvent*) {
     const QRect corner(width() - closeExtent - Style::grid, Style::grid, closeExtent, closeExtent);
-    m_closeButton->setGeometry(QStyle::visualRect(layoutDirection(), rect(), corner));
+    m_closeButton->setGeometry(visualPart(*this, corner));
 }
 
 void WelcomePanel::paintEvent(QPaintEvent*) {
