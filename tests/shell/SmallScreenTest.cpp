@@ -92,6 +92,17 @@ protected:
         runAlert(alert, &host);
     }
 
+    static void expectColorsStay(const QWidget& window) {
+        auto* tools = window.findChild<ToolsPalette*>();
+        auto* colors = window.findChild<ColorPanel*>();
+        const QRect before = colors->geometry();
+        for (const QPoint place : {tools->pos() + QPoint(5, 5), colors->pos()}) {
+            Q_EMIT tools->moveRequested(place);
+            Q_EMIT tools->sizeChanged();
+            EXPECT_EQ(colors->geometry(), before);
+        }
+    }
+
     QScreen* screen = QGuiApplication::screens().at(1);
     SystemFontSize letters;
     /// What dialogs belong to.
@@ -124,14 +135,13 @@ TEST_P(SmallScreenTest, NoPanelHidesToolsOrReachesBeyondTheRoom) {
 TEST_P(SmallScreenTest, ColorsStayWhereTheyAreWhenToolsAreMoved) {
     const auto window = makeSmallWindow(WindowRole::editor);
     runDeferred();
-    auto* tools = window->findChild<ToolsPalette*>();
-    auto* colors = window->findChild<ColorPanel*>();
-    const QRect before = colors->geometry();
-    for (const QPoint place : {tools->pos() + QPoint(5, 5), colors->pos()}) {
-        Q_EMIT tools->moveRequested(place);
-        Q_EMIT tools->sizeChanged();
-        EXPECT_EQ(colors->geometry(), before);
-    }
+    expectColorsStay(*window);
+    // There is room for them at their home.
+    const auto large = makeWindow(WindowRole::editor);
+    large->resize(1800, 1800);
+    large->show();
+    runDeferred();
+    expectColorsStay(*large);
 }
 
 TEST_P(SmallScreenTest, TheOtherWindowsFit) {

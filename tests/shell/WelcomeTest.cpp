@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/ShellTest.h"
 #include "shell/commands/CommandActions.h"
+#include "shell/controls/BodyScroller.h"
 #include "shell/welcome/ActionRow.h"
 #include "shell/welcome/RecentRow.h"
 #include "shell/welcome/WelcomeContent.h"
@@ -69,6 +70,23 @@ TEST_F(WelcomeTest, TellsAFailure) {
                             store::StatusKind::failure);
     showPanel();
     EXPECT_TRUE(shows(QStringLiteral("Open failed: image could not be read")));
+}
+
+TEST_F(WelcomeTest, AFailureComesIntoSightOnALowScreen) {
+    showPanel();
+    QWidget screen;
+    panel->setParent(&screen);
+    panel->setGeometry(0, 0, 420, 200);
+    screen.show();
+    panel->show();
+    runDeferred();
+    store->setStatusMessage(QStringLiteral("Open failed: image could not be read"),
+                            store::StatusKind::failure);
+    runDeferred();
+    const auto* told = panel->findChild<QLabel*>(QStringLiteral("welcomeStatus"));
+    const QWidget* view = panel->findChild<BodyScroller*>()->viewport();
+    EXPECT_TRUE(view->rect().contains(QRect(told->mapTo(view, QPoint()), told->size())));
+    panel->setParent(nullptr);
 }
 
 TEST_F(WelcomeTest, SaysThatThereAreNoRecents) {
