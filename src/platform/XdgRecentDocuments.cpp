@@ -57,9 +57,7 @@ bool desktopNotesRecentFiles() {
 
 XdgRecentDocuments::XdgRecentDocuments(QString file, Missing missing,
                                        std::function<bool()> isWanted)
-    : m_file(std::move(file)), m_missing(missing), m_isWanted(std::move(isWanted)) {
-    m_thread.setMaxThreadCount(1);
-}
+    : m_file(std::move(file)), m_missing(missing), m_isWanted(std::move(isWanted)) {}
 
 QString XdgRecentDocuments::standardFile() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
@@ -84,11 +82,11 @@ void XdgRecentDocuments::remove(const QUrl& project) {
 }
 
 void XdgRecentDocuments::finish() {
-    m_thread.waitForDone();
+    m_work.finish();
 }
 
 void XdgRecentDocuments::change(ContentChange change) {
-    m_thread.start([this, change = std::move(change)] { changeNow(change); });
+    m_work.run([this, change = std::move(change)] { changeNow(change); });
 }
 
 void XdgRecentDocuments::changeNow(const ContentChange& change) const {

@@ -3,9 +3,9 @@
 
 #include "platform/RecentDocuments.h"
 #include "platform/SharedFile.h"
+#include "platform/WorkQueue.h"
 
 #include <QString>
-#include <QThreadPool>
 
 #include <functional>
 
@@ -42,7 +42,7 @@ private:
     QString m_file;
     Missing m_missing;
     std::function<bool()> m_isWanted;
-    QThreadPool m_thread;
+    WorkQueue m_work;
 };
 
 } // namespace quillabrae::platform

@@ -6,13 +6,10 @@
 
 namespace quillabrae::shell {
 
-LayerThumbnails::LayerThumbnails(QObject* parent) : QObject(parent) {
-    m_thread.setMaxThreadCount(1);
-}
+LayerThumbnails::LayerThumbnails(QObject* parent) : QObject(parent) {}
 
 LayerThumbnails::~LayerThumbnails() {
-    m_thread.clear();
-    m_thread.waitForDone();
+    m_work.clear();
 }
 
 bool LayerThumbnails::Source::matches(const Source& other) const {
@@ -35,7 +32,7 @@ QImage LayerThumbnails::picture(const model::PaintLayer& layer, QSizeF canvas, Q
 }
 
 void LayerThumbnails::make(const QUuid& id, const Source& source) {
-    m_thread.start([this, id, source] {
+    m_work.run([this, id, source] {
         // A look at all layers must not push out the one that is worked on.
         const raster::DecodeCacheReadOnly readOnly;
         model::PaintLayer layer;

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "model/PaintLayer.h"
+#include "platform/WorkQueue.h"
 
 #include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QSet>
 #include <QSizeF>
-#include <QThreadPool>
 
 namespace quillabrae::shell {
 
@@ -48,7 +48,7 @@ private:
     void take(const QUuid& id, const Source& source, const QImage& picture);
 
     QHash<QUuid, Entry> m_entries;
-    QThreadPool m_thread;
+    platform::WorkQueue m_work;
 };
 
 } // namespace quillabrae::shell
