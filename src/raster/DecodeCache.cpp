@@ -60,9 +60,12 @@ public:
         removeDead();
         if (image.byteCount() + sizeOfThisPass(bytes.get()) > m_budget) return;
         if (const auto old = m_index.find(bytes.get()); old != m_index.end()) remove(old->second);
-        m_size += image.byteCount();
-        m_entries.push_front({bytes, bytes.get(), std::move(picture), ++m_uses});
-        m_index[bytes.get()] = m_entries.begin();
+        // What may find no memory comes before anything changes.
+        Entries entry;
+        entry.push_front({bytes, bytes.get(), std::move(picture), ++m_uses});
+        m_index[bytes.get()] = entry.begin();
+        m_size += entry.front().picture.image.byteCount();
+        m_entries.splice(m_entries.begin(), entry);
         while (m_size > m_budget) remove(std::prev(m_entries.end()));
     }
 

@@ -77,6 +77,7 @@ RasterImage RasterImage::uninitialized(int pixelWidth, int pixelHeight) {
     try {
         return withPixels(new Pixels(allocatePixels(size), size), pixelWidth, pixelHeight);
     } catch (const std::bad_alloc&) {
+        countRefusedPixelRequest();
         return {};
     }
 }
@@ -87,7 +88,7 @@ RasterImage::RasterImage(int pixelWidth, int pixelHeight) {
     try {
         *this = withPixels(new Pixels(allocateClearPixels(size), size), pixelWidth, pixelHeight);
     } catch (const std::bad_alloc&) {
-        // Null, as announced.
+        countRefusedPixelRequest();
     }
 }
 
@@ -114,6 +115,7 @@ RasterImage RasterImage::fromQImage(QImage&& picture) {
     try {
         return withPixels(new Pixels(std::move(picture)), width, height);
     } catch (const std::bad_alloc&) {
+        countRefusedPixelRequest();
         return {};
     }
 }
