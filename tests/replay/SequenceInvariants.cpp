@@ -90,9 +90,17 @@ bool hasRecorded(const Step& step, const QUuid& id) {
            (!now.entries.empty() && now.entries.back().id != then.entries.back().id);
 }
 
+/// The keyboard presses a tool that only clicks and lets it go in one.
+bool mayClickByKey(const Step& step) {
+    return step.verb() == QLatin1StringView("canvas.key") &&
+           step.line.value(QStringLiteral("key")) == QStringLiteral("space");
+}
+
 /// Whether the step's last deed was to record. A press can commit a draft first and go on.
 bool endsInItsEntry(const Step& step, const QUuid& id) {
-    return hasRecorded(step, id) && step.verb() != QLatin1StringView("canvas.press");
+    const bool goesOn = step.verb() == QLatin1StringView("canvas.press") ||
+                        (mayClickByKey(step) && step.before.hasDraft);
+    return hasRecorded(step, id) && !goesOn;
 }
 
 // What holds at every moment
@@ -284,11 +292,8 @@ bool mayLoseFloating(const Step& step) {
 
 /// Lines that put floating pixels down and change the layer besides.
 bool putsDownAndGoesOn(const Step& step) {
-    // The keyboard presses a tool that only clicks and lets it go in one.
-    const bool mayClick = step.verb() == QLatin1StringView("canvas.key") &&
-                          step.line.value(QStringLiteral("key")) == QStringLiteral("space");
     // A draft outlives undo and redo, which can bring floating pixels back under it.
-    return mayClick || step.before.hasDraft ||
+    return mayClickByKey(step) || step.before.hasDraft ||
            isOneOf(step.verb(), {"store.flattenLayerDown", "store.invertActiveImage",
                                  "store.trimTransparentWhitespace"});
 }
