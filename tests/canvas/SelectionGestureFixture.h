@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "canvas/CanvasFixture.h"
+#include "canvas/GestureFixture.h"
 #include "canvas/SelectionHandle.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
@@ -11,21 +11,11 @@
 
 namespace quillabrae::canvas {
 
-/// Presses, drags and releases on the canvas of 200 by 100, at zoom 1.
-class SelectionGestureFixture : public CanvasFixture {
+/// Gestures of the tools that select.
+class SelectionGestureFixture : public GestureFixture {
 protected:
     using History = std::vector<std::pair<std::string, std::string>>;
 
-    void press(model::CanvasPoint at) {
-        m_start = local(at);
-        moveTo(at);
-    }
-    void moveTo(model::CanvasPoint at) {
-        view.dragChanged(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
-    void release(model::CanvasPoint at) {
-        view.dragEnded(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
     void drag(model::CanvasPoint from, model::CanvasPoint to) {
         press(from);
         moveTo(to);
@@ -73,9 +63,6 @@ protected:
             model::FloatingPixelSelection{raster::encodedImage(image), 30.0, 30.0, layer().id};
         select({20.0, 20.0, 30.0, 30.0});
     }
-
-private:
-    QPointF m_start;
 };
 
 } // namespace quillabrae::canvas

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "canvas/CanvasFixture.h"
+#include "canvas/GestureFixture.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 
@@ -18,7 +18,7 @@ inline constexpr QColor clear(0, 0, 0, 0);
 
 /// A canvas of 200 by 100 pixels and the gestures that draw on it, red with the left button and
 /// blue with the right one. Points are canvas pixels.
-class Stroke : public CanvasFixture {
+class Stroke : public GestureFixture {
 protected:
     Stroke() {
         host.tools.selectedTool = model::PaintTool::paintbrush;
@@ -34,16 +34,6 @@ protected:
     }
     void fillLayer(const QColor& color) { layer().bitmapPNGData = solid(200.0, 100.0, color); }
 
-    void press(model::CanvasPoint at) {
-        m_start = local(at);
-        moveTo(at);
-    }
-    void moveTo(model::CanvasPoint at) {
-        view.dragChanged(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
-    void release(model::CanvasPoint at) {
-        view.dragEnded(Surface::interactiveView, DragValue::between(m_start, local(at)));
-    }
     void draw(std::vector<model::CanvasPoint> points) {
         press(points.front());
         for (const model::CanvasPoint point : points) moveTo(point);
@@ -61,9 +51,6 @@ protected:
         return pixel(raster::decodedImage(*layer().bitmapPNGData), x, y);
     }
     QColor livePixel(int x, int y) const { return pixel(view.drawing().liveDrawingImage(), x, y); }
-
-private:
-    QPointF m_start;
 };
 
 } // namespace quillabrae::canvas
