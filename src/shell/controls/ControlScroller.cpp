@@ -39,8 +39,13 @@ ControlScroller::ControlScroller(QWidget* parent) : QScrollArea(parent) {
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
     watch(*viewport());
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](const QWidget*, const QWidget* now) { followKeyboard(now); });
+    m_keyboard = connect(qApp, &QApplication::focusChanged, this,
+                         [this](const QWidget*, const QWidget* now) { followKeyboard(now); });
+}
+
+ControlScroller::~ControlScroller() {
+    // The content, which goes later, may have the keyboard.
+    disconnect(m_keyboard);
 }
 
 bool ControlScroller::hasMore() const {

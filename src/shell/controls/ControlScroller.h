@@ -16,6 +16,7 @@ class ControlScroller : public QScrollArea {
 public:
     /// The content is set later.
     explicit ControlScroller(QWidget* parent = nullptr);
+    ~ControlScroller() override;
 
     /// Whether it shows only a part of its content.
     virtual bool hasMore() const;
@@ -30,6 +31,8 @@ protected:
 private:
     void watch(QObject& part);
     void followKeyboard(const QWidget* now);
+
+    QMetaObject::Connection m_keyboard;
 };
 
 /// Scrolls all that a part stands in until it shows, once it has its place there.
