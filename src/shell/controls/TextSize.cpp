@@ -98,7 +98,8 @@ QSize neededSize(const QWidget& window, QSize least) {
 constexpr auto resizing = {QEvent::Polish, QEvent::LayoutRequest, QEvent::Show,
                            QEvent::WindowActivate, QEvent::ScreenChangeInternal};
 
-/// Moves a window that has grown beyond an edge of its screen, along the sides that did.
+/// Moves a window that has grown beyond an edge of its screen, frame included, along the sides that
+/// did.
 void keepOnScreen(QWidget& window, QSize before) {
     const QRect screen = window.screen()->availableGeometry();
     QRect frame = window.frameGeometry();
@@ -107,15 +108,26 @@ void keepOnScreen(QWidget& window, QSize before) {
     if (!window.isVisible() || window.isMaximized() || window.isFullScreen() ||
         !screen.intersects(frame))
         return;
-    if (window.width() > before.width()) {
+    if (frame.width() > before.width()) {
         frame.moveRight(std::min(frame.right(), screen.right()));
         frame.moveLeft(std::max(frame.left(), screen.left()));
     }
-    if (window.height() > before.height()) {
+    if (frame.height() > before.height()) {
         frame.moveBottom(std::min(frame.bottom(), screen.bottom()));
         frame.moveTop(std::max(frame.top(), screen.top()));
     }
     if (frame != window.frameGeometry()) window.move(frame.topLeft());
+}
+
+/// Has `resize` see to the window's size, and keeps it on its screen when that makes it larger, or
+/// when the frame around it comes to be known.
+void keepFitting(QWidget& window, const std::function<void()>& resize) {
+    new Follower(window, resizing, [&window, resize, frame = QSize(0, 0)]() mutable {
+        const QSize before = window.size() + frame;
+        resize();
+        if (window.isVisible()) frame = window.frameSize() - window.size();
+        keepOnScreen(window, before);
+    });
 }
 
 } // namespace
@@ -155,22 +167,16 @@ QSize roomFor(const QWidget& window) {
 }
 
 void fixSize(QWidget& window, QSize least) {
-    new Follower(window, resizing, [&window, least] {
+    keepFitting(window, [&window, least] {
         const QSize size = neededSize(window, least);
-        if (size == window.minimumSize() && size == window.maximumSize()) return;
-        const QSize before = window.size();
-        window.setFixedSize(size);
-        keepOnScreen(window, before);
+        if (size != window.minimumSize() || size != window.maximumSize()) window.setFixedSize(size);
     });
 }
 
 void limitSize(QWidget& window, QSize least) {
-    new Follower(window, resizing, [&window, least] {
+    keepFitting(window, [&window, least] {
         const QSize size = neededSize(window, least);
-        if (size == window.minimumSize()) return;
-        const QSize before = window.size();
-        window.setMinimumSize(size);
-        keepOnScreen(window, before);
+        if (size != window.minimumSize()) window.setMinimumSize(size);
     });
 }
 

@@ -35,7 +35,8 @@ void followRoom(QWidget& window, std::function<void()> fit);
 
 /// Keeps a window of fixed size as large as its contents need, `least` at least, and within its
 /// screen. What may have to do with less room has a `BodyScroller` about it. A window that grows
-/// beyond an edge of its screen is moved back, unless it is maximized or fills the screen.
+/// beyond an edge of its screen, frame included, is moved back, unless it is maximized or full
+/// screen.
 void fixSize(QWidget& window, QSize least);
 /// Lets a window of any size be no smaller than its contents need, nor than `least`, where its
 /// screen has room for that. It is moved likewise.
