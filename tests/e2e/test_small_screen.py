@@ -7,7 +7,7 @@ import re
 import unittest
 
 import photos
-from desk import Desk
+from desk import Desk, until
 from editor import store_records
 from portal import Portal
 from screens import ALERTS, DIALOGS, ScreensCase
@@ -36,12 +36,14 @@ class SmallScreen(ScreensCase):
         left, top, right, bottom = self.place_of_window(number)
         return left - sides[0], top - sides[2], right + sides[1], bottom + sides[3]
 
-    def assert_fits(self, name, title):
-        self.capture(name, title)
+    def is_whole(self, title):
         left, top, right, bottom = self.frame_of(self.window_number(title))
-        self.assertGreaterEqual(min(left, top), 0, name)
-        self.assertLessEqual(right, SMALL[0], name)
-        self.assertLessEqual(bottom, SMALL[1], name)
+        return min(left, top) >= 0 and right <= SMALL[0] and bottom <= SMALL[1]
+
+    def assert_fits(self, name, title):
+        # A window takes its frame into account once it has been told of it.
+        until(lambda: self.is_whole(title), f"{name} on the screen", seconds=5)
+        self.capture(name, title)
 
     def assert_in_sight(self, editor, window, names):
         """One of these buttons of the window is on the screen."""

@@ -7,6 +7,7 @@
 #include <QLayout>
 #include <QPointer>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -98,11 +99,19 @@ QSize neededSize(const QWidget& window, QSize least) {
 constexpr auto resizing = {QEvent::Polish, QEvent::LayoutRequest, QEvent::Show,
                            QEvent::WindowActivate, QEvent::ScreenChangeInternal};
 
+/// What the window manager has put around the window, as it says now: a widget remembers what it
+/// said when it was shown.
+QMargins frameAround(const QWidget& window) {
+    const QWindow* handle = window.windowHandle();
+    return handle != nullptr ? handle->frameMargins() : QMargins();
+}
+
 /// Moves a window that has grown beyond an edge of its screen, frame included, along the sides that
 /// did.
 void keepOnScreen(QWidget& window, QSize before) {
     const QRect screen = window.screen()->availableGeometry();
-    QRect frame = window.frameGeometry();
+    const QMargins margins = frameAround(window);
+    QRect frame = window.geometry().marginsAdded(margins);
     // One that is just being shown may not know its screen yet, and some have no place of their
     // own.
     if (!window.isVisible() || window.isMaximized() || window.isFullScreen() ||
@@ -116,16 +125,23 @@ void keepOnScreen(QWidget& window, QSize before) {
         frame.moveBottom(std::min(frame.bottom(), screen.bottom()));
         frame.moveTop(std::max(frame.top(), screen.top()));
     }
-    if (frame != window.frameGeometry()) window.move(frame.topLeft());
+    const QRect place = frame.marginsRemoved(margins);
+    if (place != window.geometry()) window.setGeometry(place);
 }
 
 /// Has `resize` see to the window's size, and keeps it on its screen when that makes it larger, or
 /// when the frame around it comes to be known.
 void keepFitting(QWidget& window, const std::function<void()>& resize) {
-    new Follower(window, resizing, [&window, resize, frame = QSize(0, 0)]() mutable {
-        const QSize before = window.size() + frame;
+    new Follower(window, resizing, [&window, resize, frame = QMargins()]() mutable {
+        // A window manager that is asked for another size while it places a window may put it where
+        // it was asked for first: what the contents need is settled before.
+        if (!window.isActiveWindow())
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        const QMargins present = frameAround(window);
+        // Before it is active, it may have no frame yet and be on another screen.
+        const QMargins known = window.isActiveWindow() ? std::exchange(frame, present) : present;
+        const QSize before = window.size().grownBy(known);
         resize();
-        if (window.isVisible()) frame = window.frameSize() - window.size();
         keepOnScreen(window, before);
     });
 }
