@@ -292,10 +292,11 @@ bool mayLoseFloating(const Step& step) {
 
 /// Lines that put floating pixels down and change the layer besides.
 bool putsDownAndGoesOn(const Step& step) {
-    // A draft outlives undo and redo, which can bring floating pixels back under it.
+    // A draft, and what is being drawn, outlives undo and redo, which can bring floating pixels
+    // back under it.
     return mayClickByKey(step) || step.before.hasDraft ||
-           isOneOf(step.verb(), {"store.flattenLayerDown", "store.invertActiveImage",
-                                 "store.trimTransparentWhitespace"});
+           isOneOf(step.verb(), {"canvas.release", "store.flattenLayerDown",
+                                 "store.invertActiveImage", "store.trimTransparentWhitespace"});
 }
 
 /// The definition of putting down, pixel by pixel: nearest neighbour, source over.
