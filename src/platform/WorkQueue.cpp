@@ -2,6 +2,7 @@
 #include "platform/WorkQueue.h"
 
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace quillabrae::platform {
@@ -21,7 +22,13 @@ void WorkQueue::run(Job job) {
         m_jobs.push_back(std::move(job));
     }
     m_changed.notify_all();
-    if (!m_thread.joinable()) m_thread = std::thread([this] { work(); });
+    if (m_thread.joinable()) return;
+    try {
+        m_thread = std::thread([this] { work(); });
+    } catch (const std::system_error&) {
+        std::unique_lock lock(m_mutex);
+        runAll(lock);
+    }
 }
 
 void WorkQueue::clear() {
@@ -36,9 +43,14 @@ void WorkQueue::finish() {
 
 void WorkQueue::work() {
     std::unique_lock lock(m_mutex);
-    for (;;) {
+    while (!m_isEnding || !m_jobs.empty()) {
+        runAll(lock);
         m_changed.wait(lock, [this] { return !m_jobs.empty() || m_isEnding; });
-        if (m_jobs.empty()) return;
+    }
+}
+
+void WorkQueue::runAll(std::unique_lock<std::mutex>& lock) {
+    while (!m_jobs.empty()) {
         Job job = std::move(m_jobs.front());
         m_jobs.pop_front();
         m_isWorking = true;

@@ -10,7 +10,7 @@
 namespace quillabrae::platform {
 
 /// Runs jobs one after the other, in the order in which they were asked for, on a thread of its
-/// own. Is asked by one thread.
+/// own; on the one that asks where the system has no thread for it. Is asked by one thread.
 class WorkQueue {
 public:
     /// Where memory ends in it, it has come to nothing; it throws nothing else.
@@ -30,6 +30,7 @@ public:
 
 private:
     void work();
+    void runAll(std::unique_lock<std::mutex>& lock);
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

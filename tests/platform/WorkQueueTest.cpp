@@ -2,6 +2,7 @@
 #include "platform/WorkQueue.h"
 
 #include <gmock/gmock.h>
+#include <pthread.h>
 
 #include <future>
 #include <new>
@@ -75,6 +76,46 @@ TEST(WorkQueue, AJobWithoutMemoryDoesNotStopTheNext) {
     queue.finish();
     EXPECT_TRUE(isDone);
 }
+
+#ifdef __GLIBC__
+/// While it lives, no thread can be begun: each would have a stack that no address space holds.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&m_usual);
+        pthread_attr_t huge;
+        pthread_attr_init(&huge);
+        pthread_attr_setstacksize(&huge, std::size_t{1} << 60U);
+        pthread_setattr_default_np(&huge);
+        pthread_attr_destroy(&huge);
+    }
+    ~NoMoreThreads() {
+        pthread_setattr_default_np(&m_usual);
+        pthread_attr_destroy(&m_usual);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+
+private:
+    pthread_attr_t m_usual{};
+};
+
+TEST(WorkQueue, WithoutAThreadItWorksOnTheOneThatAsksAndTriesAgain) {
+    std::vector<std::thread::id> threads;
+    const auto note = [&] { threads.push_back(std::this_thread::get_id()); };
+    WorkQueue queue;
+    {
+        const NoMoreThreads refusal;
+        queue.run(note);
+        EXPECT_THAT(threads, ElementsAre(std::this_thread::get_id()));
+        queue.finish();
+    }
+    queue.run(note);
+    queue.finish();
+    ASSERT_EQ(threads.size(), 2U);
+    EXPECT_NE(threads[1], std::this_thread::get_id());
+}
+#endif
 
 } // namespace
 } // namespace quillabrae::platform
