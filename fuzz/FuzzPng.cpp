@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes are a PNG, whose picture is the same with and without its margins and comes back the
 // same when it is encoded and decoded again, or no picture. The checksums of chunks are set right
-// in a second file, so that changed bytes get beyond them.
+// in a second file, and those of bands in a third, so that changed bytes get beyond them.
 #include "FuzzInput.h"
-#include "raster/PngChunks.h"
+#include "PngRepair.h"
 #include "raster/PngCodec.h"
 #include "raster/PngDecoder.h"
 
@@ -13,21 +13,6 @@ using namespace quillabrae;
 using namespace quillabrae::raster;
 
 namespace {
-
-QByteArray withRightChecksums(const QByteArray& file) {
-    QByteArray right = file;
-    auto at = static_cast<qsizetype>(pngSignature.size());
-    while (at + static_cast<qsizetype>(pngChunkOverhead) <= file.size()) {
-        const auto* const chunk = reinterpret_cast<const std::uint8_t*>(file.constData()) + at;
-        const qsizetype length = readBigEndian32(chunk);
-        const qsizetype end = at + length + static_cast<qsizetype>(pngChunkOverhead);
-        if (end > file.size()) break;
-        writePngChunk(reinterpret_cast<std::uint8_t*>(right.data()) + at,
-                      readBigEndian32(chunk + 4), {chunk + 8, static_cast<std::size_t>(length)});
-        at = end;
-    }
-    return right;
-}
 
 /// Larger ones are only slow.
 bool isSmall(const model::PngBytes& file) {
@@ -48,9 +33,16 @@ void read(const model::PngBytes& file) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QByteArray file = fuzz::bytesOf(data, size);
+    QByteArray file = fuzz::bytesOf(data, size);
+    QByteArray latest = file;
+    const auto readIfChanged = [&] {
+        if (file != latest) read(model::PngBytes(file));
+        latest = file;
+    };
     read(model::PngBytes(file));
-    const QByteArray right = withRightChecksums(file);
-    if (right != file) read(model::PngBytes(right));
+    fuzz::repairChunks(file);
+    readIfChanged();
+    if (isSmall(model::PngBytes(file))) fuzz::repairBands(file);
+    readIfChanged();
     return 0;
 }
