@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <new>
 
 namespace quillabrae::canvas {
 namespace {
@@ -30,6 +31,13 @@ bool isShaded(double across, int checkerRow) {
 }
 
 } // namespace
+
+raster::RasterImage uninitializedComposite(const QRect& viewport) {
+    raster::RasterImage composite =
+        raster::RasterImage::uninitialized(viewport.width(), viewport.height());
+    if (composite.isNull()) throw std::bad_alloc();
+    return composite;
+}
 
 CanvasComposer::CanvasComposer(const DeviceView& view, const QRect& device,
                                std::vector<CanvasPicture> pictures, const ComposerGround& ground)

@@ -26,6 +26,9 @@ struct ComposerGround {
     bool hasChecker = true;
 };
 
+/// A composite of the device pixels `viewport`, not written yet. Throws std::bad_alloc.
+raster::RasterImage uninitializedComposite(const QRect& viewport);
+
 /// Composes pictures, sampled at device pixels, a row at a time. Rows may be composed on several
 /// threads, each with its own buffer.
 class CanvasComposer {

@@ -49,14 +49,11 @@ public:
         const QRect& dirty)
         : m_view(DeviceView::of(frame)), m_device(m_view.canvasPixels(dirty)) {
         if (m_device.isEmpty()) return;
-        if (!compose(frame, surroundings, coverage)) {
-            m_device = {};
-            return;
-        }
+        compose(frame, surroundings, coverage);
         m_decorations.emplace(frame, m_view, m_device);
     }
 
-    /// Empty when there is nothing to draw, or no memory to draw it in.
+    /// Empty when there is nothing to draw.
     const QRect& device() const { return m_device; }
 
     /// Draws the rows `first` to `end` - 1 into `target`, whose pixel (0, 0) is device pixel
@@ -78,30 +75,26 @@ public:
     }
 
 private:
-    bool compose(const CanvasFrame& frame, LiveSurroundings* surroundings,
+    void compose(const CanvasFrame& frame, LiveSurroundings* surroundings,
                  CoverageCache& coverage) {
         if (surroundings == nullptr) {
             LayerPictures pictures(*frame.project, frame.project->layers, m_view, m_device,
                                    coverage);
-            return composeGroups(frame, pictures);
+            composeGroups(frame, pictures);
+            return;
         }
-        if (!surroundings->prepare(frame, m_view, m_device, coverage)) return false;
+        surroundings->prepare(frame, m_view, m_device, coverage);
         m_composer.emplace(m_view, m_device,
                            surroundings->picturesBetween(frame, m_view, m_device, coverage),
                            surroundings->ground());
-        return true;
     }
 
     /// Composes every group of the pictures but the last, and leaves that to the drawing.
-    bool composeGroups(const CanvasFrame& frame, LayerPictures& pictures) {
+    void composeGroups(const CanvasFrame& frame, LayerPictures& pictures) {
         ComposerGround ground;
         std::vector<CanvasPicture> group = pictures.nextGroup();
         while (!pictures.isAtEnd()) {
-            if (m_ground.isNull()) {
-                const QRect viewport = viewportDeviceRect(frame);
-                m_ground = raster::RasterImage::uninitialized(viewport.width(), viewport.height());
-                if (m_ground.isNull()) return false;
-            }
+            if (m_ground.isNull()) m_ground = uninitializedComposite(viewportDeviceRect(frame));
             const CanvasComposer composer(m_view, m_device, std::move(group), ground);
             inRowBands(m_device.top(), m_device.bottom() + 1,
                        [&](int first, int end) { composer.composeInto(m_ground, first, end); });
@@ -109,7 +102,6 @@ private:
             group = pictures.nextGroup();
         }
         m_composer.emplace(m_view, m_device, std::move(group), ground);
-        return true;
     }
 
     /// Calls `work` with first and end of bands of the rows `first` to `end` - 1, on several

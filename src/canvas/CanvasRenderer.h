@@ -45,7 +45,7 @@ struct CanvasFrame {
 /// While a live image is shown, what lies below and above its layer is kept as composites of the
 /// viewport, made tile by tile where the dirty rectangles fall. A frame without one drops them.
 ///
-/// A paint that there is not enough memory for leaves out what it cannot show, or throws
+/// A paint that there is not enough memory for leaves out the layers that it cannot show, or throws
 /// std::bad_alloc; the next one is whole.
 class CanvasRenderer {
 public:

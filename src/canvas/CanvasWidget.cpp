@@ -15,6 +15,7 @@
 #include "canvas/FrameUnderOverlays.h"
 #include "canvas/QtCanvasTimers.h"
 #include "canvas/StoreCanvasHost.h"
+#include "raster/PixelMemory.h"
 #include "store/ProjectStore.h"
 
 #include <QBasicTimer>
@@ -143,6 +144,7 @@ QPointF CanvasWidget::canvasOriginInViewport() const {
 
 void CanvasWidget::paintEvent(QPaintEvent* event) {
     Parts& parts = *m_parts;
+    const raster::PixelRefusals refusals;
     parts.prepareOverlays();
     QPainter painter(viewport());
     if (!parts.overlays.hasAnts()) {
@@ -157,6 +159,8 @@ void CanvasWidget::paintEvent(QPaintEvent* event) {
     const QColor accent = palette().color(QPalette::Highlight);
     parts.overlays.paintMarks(painter, accent);
     paintDrafts(painter, parts.view, canvasOriginInViewport(), accent);
+    // A layer that is missing would look like an empty one.
+    refusals.throwIfAny();
 }
 
 /// The canvas and the workspace around it.

@@ -3,8 +3,6 @@
 
 #include "raster/PixelMemory.h"
 
-#include <cstddef>
-
 namespace quillabrae::canvas {
 
 const QImage& FrameUnderOverlays::image(QSize viewportSize, double devicePixelRatio,
@@ -18,11 +16,11 @@ const QImage& FrameUnderOverlays::image(QSize viewportSize, double devicePixelRa
     }
     const QRegion missing = needed - m_valid;
     if (!missing.isEmpty()) {
-        const std::size_t refusedBefore = raster::refusedPixelRequests();
+        const raster::PixelRefusals refusals;
         QPainter painter(&m_image);
         for (const QRect& rect : missing) paint(painter, rect);
         // A layer that there was no memory for is missing.
-        if (raster::refusedPixelRequests() == refusedBefore) m_valid += missing;
+        if (!refusals.any()) m_valid += missing;
     }
     return m_image;
 }

@@ -92,20 +92,17 @@ bool LiveSurroundings::isFor(const CanvasFrame& frame) const {
            m_key->devicePixelRatio == frame.devicePixelRatio;
 }
 
-bool LiveSurroundings::startFor(const CanvasFrame& frame) {
+void LiveSurroundings::startFor(const CanvasFrame& frame) {
     const model::PaintProject& project = *frame.project;
     m_key.reset();
     m_liveIndex = liveLayerIndex(frame);
     m_viewport = viewportDeviceRect(frame);
     const auto makeSurface = [this](raster::RasterImage& surface, Layers layers) {
         surface = {};
-        if (!isWorthKeeping(layers)) return true;
-        surface = raster::RasterImage::uninitialized(m_viewport.width(), m_viewport.height());
-        return !surface.isNull();
+        if (isWorthKeeping(layers)) surface = uninitializedComposite(m_viewport);
     };
-    if (!makeSurface(m_below, layersBelow(frame, m_liveIndex)) ||
-        !makeSurface(m_above, layersAbove(frame, m_liveIndex)))
-        return false;
+    makeSurface(m_below, layersBelow(frame, m_liveIndex));
+    makeSurface(m_above, layersAbove(frame, m_liveIndex));
     const QRect tiles = tilesOf(m_viewport);
     m_tileColumns = static_cast<std::size_t>(tiles.width());
     m_isTileMade.assign(m_tileColumns * static_cast<std::size_t>(tiles.height()), 0);
@@ -114,19 +111,18 @@ bool LiveSurroundings::startFor(const CanvasFrame& frame) {
         Key{project.layers, project.floatingSelection, project.pixelSelection,
             QSizeF(project.canvasWidth, project.canvasHeight), frame.zoomScale, frame.canvasOrigin,
             frame.viewportSize, frame.devicePixelRatio});
-    return true;
 }
 
-bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
+void LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
                                const QRect& device, CoverageCache& coverage) {
-    if (!isFor(frame) && !startFor(frame)) return false;
-    if (m_below.isNull() && m_above.isNull()) return true;
+    if (!isFor(frame)) startFor(frame);
+    if (m_below.isNull() && m_above.isNull()) return;
     const Tiles missing = missingTiles(view, device);
-    if (missing.empty()) return true;
+    if (missing.empty()) return;
     const model::PaintProject& project = *frame.project;
     QRect bounds;
     for (const QRect& tile : missing) bounds |= tile;
-    const std::size_t refusedBefore = raster::refusedPixelRequests();
+    const raster::PixelRefusals refusals;
     const raster::DecodeCachePass pass;
     if (!m_below.isNull()) {
         LayerPictures below(project, layersBelow(frame, m_liveIndex), view, bounds, coverage);
@@ -137,8 +133,7 @@ bool LiveSurroundings::prepare(const CanvasFrame& frame, const DeviceView& view,
         makeTiles(m_above, view, missing, above, false);
     }
     // A layer that there was no memory for is missing: the next frame makes these tiles again.
-    if (raster::refusedPixelRequests() == refusedBefore) countAsMade(device);
-    return true;
+    if (!refusals.any()) countAsMade(device);
 }
 
 std::vector<QRect> LiveSurroundings::missingTiles(const DeviceView& view,

@@ -23,10 +23,10 @@ public:
     ~LiveSurroundings();
 
     /// Makes what `device`, pixels of the canvas within the viewport, shows. Starts anew when the
-    /// frame shows other layers, or shows them elsewhere, than the frame before. False when there
-    /// is no memory for it: then there is nothing to show. What it throws in, or leaves a layer
-    /// out of for want of memory, is made again the next time.
-    bool prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
+    /// frame shows other layers, or shows them elsewhere, than the frame before. Throws
+    /// std::bad_alloc where there is no memory for it. What it throws in, or leaves a layer out of
+    /// for want of memory, is made again the next time.
+    void prepare(const CanvasFrame& frame, const DeviceView& view, const QRect& device,
                  CoverageCache& coverage);
 
     /// The composites, and the pictures that go between them.
@@ -38,7 +38,7 @@ private:
     struct Key;
 
     bool isFor(const CanvasFrame& frame) const;
-    bool startFor(const CanvasFrame& frame);
+    void startFor(const CanvasFrame& frame);
     std::size_t tileIndex(int column, int row) const {
         return static_cast<std::size_t>(row) * m_tileColumns + static_cast<std::size_t>(column);
     }

@@ -56,10 +56,10 @@ void fillWithWhite(raster::RasterImage& image) {
 
 void saveImage(const model::PaintProject& project, const QString& path, const Row& row,
                platform::FileOperations& operations, WorkControl& control) {
-    const std::size_t refusedBefore = raster::refusedPixelRequests();
+    const raster::PixelRefusals refusals;
     const raster::RasterImage picture = render(project, row.background, control);
     // A layer that there was no memory for would be missing from the file.
-    if (raster::refusedPixelRequests() != refusedBefore) throw std::bad_alloc();
+    refusals.throwIfAny();
     if (picture.isNull()) throw FileError(ImageExportTexts::tr("The image could not be encoded."));
     writeFileAtomically(operations, path, [&](platform::DurableFile& file) {
         row.write(picture, file, control);

@@ -216,8 +216,14 @@ std::uint8_t* takeBackPixels([[maybe_unused]] std::uint64_t contents,
     return nullptr;
 }
 
-std::size_t refusedPixelRequests() {
-    return refusedRequests.load();
+PixelRefusals::PixelRefusals() : m_before(refusedRequests.load()) {}
+
+bool PixelRefusals::any() const {
+    return refusedRequests.load() != m_before;
+}
+
+void PixelRefusals::throwIfAny() const {
+    if (any()) throw std::bad_alloc();
 }
 
 void countRefusedPixelRequest() {

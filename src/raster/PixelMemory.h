@@ -31,11 +31,22 @@ void freePixels(std::uint8_t* pixels, std::size_t byteCount, std::uint64_t conte
 /// where it has not been kept. Freed as one from `allocatePixels`.
 std::uint8_t* takeBackPixels(std::uint64_t contents, std::size_t byteCount);
 
-/// How many requests the system has refused since the program started. A picture that is missing
-/// because there was no memory for it looks like any other that is missing: who must tell the two
-/// apart compares this before and after. Safe on any thread, as is all of this.
-std::size_t refusedPixelRequests();
-/// Counts one of those; for memory for pixels that was asked for elsewhere.
+/// The requests that the system refuses while this lives, on all threads. A picture that is missing
+/// because there was no memory for it looks like any other that is missing: this tells the two
+/// apart.
+class PixelRefusals {
+public:
+    PixelRefusals();
+
+    bool any() const;
+    /// Throws std::bad_alloc when there were any.
+    void throwIfAny() const;
+
+private:
+    std::size_t m_before;
+};
+
+/// Counts a request as refused; for memory for pixels that was asked for elsewhere.
 void countRefusedPixelRequest();
 
 /// Gives the memory that is kept back to the system.

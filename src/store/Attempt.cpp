@@ -10,10 +10,7 @@
 namespace quillabrae::store {
 
 ProjectStore::Attempt::Attempt(ProjectStore& store)
-    : m_store(store),
-      m_outer(store.m_attempt),
-      m_loopLevel(QThread::currentThread()->loopLevel()),
-      m_refusedBefore(raster::refusedPixelRequests()) {
+    : m_store(store), m_outer(store.m_attempt), m_loopLevel(QThread::currentThread()->loopLevel()) {
     for (const model::PaintProject& project : store.m_openProjects)
         m_openBefore.push_back(project.id);
     if (const model::PaintProject* active = store.activeProject()) {
@@ -88,9 +85,9 @@ platform::LatestWork::Job ProjectStore::attempted(const QString& name,
                                                   platform::LatestWork::Job job) {
     return [this, name, job = std::move(job)]() -> platform::LatestWork::Delivery {
         try {
-            const std::size_t refusedBefore = raster::refusedPixelRequests();
+            const raster::PixelRefusals refusals;
             auto delivery = job();
-            if (raster::refusedPixelRequests() == refusedBefore) return delivery;
+            if (!refusals.any()) return delivery;
         } catch (const std::bad_alloc&) {
             // Told where the result would have been.
         }

@@ -43,9 +43,7 @@ public:
     }
 
     /// Throws std::bad_alloc when memory for pixels was refused since the attempt began.
-    void check() const {
-        if (raster::refusedPixelRequests() != m_refusedBefore) throw std::bad_alloc();
-    }
+    void check() const { m_refusals.throwIfAny(); }
 
     Attempt(const Attempt&) = delete;
     Attempt& operator=(const Attempt&) = delete;
@@ -66,7 +64,7 @@ private:
     ProjectStore& m_store;
     const Attempt* m_outer;
     int m_loopLevel;
-    std::size_t m_refusedBefore;
+    raster::PixelRefusals m_refusals;
     std::optional<model::PaintProject> m_before;
     QUuid m_entryBefore;
     std::vector<QUuid> m_openBefore;

@@ -1,5 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "canvas/CanvasWidget.h"
+#include "raster/DecodeCache.h"
+#include "raster/PixelMemory.h"
 #include "shell/app/Application.h"
+#include "store/StoreTest.h"
+#include "support/MemoryRefusal.h"
 
 #include <QPainter>
 #include <QSignalSpy>
@@ -9,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <new>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -110,6 +116,43 @@ TEST_F(ApplicationMemory, ACallThatWasQueuedIsAnEventLikeOthers) {
     QTRY_VERIFY(hasGoneOn);
     QCoreApplication::processEvents();
     EXPECT_EQ(refused.count(), 1);
+}
+
+/// The canvas on the program's own application.
+class CanvasMemoryOfTheApplication : public store::StoreTest {
+protected:
+    LeaksOfQtAllowed leaks;
+    Application* application = qobject_cast<Application*>(QCoreApplication::instance());
+    QSignalSpy refused{application, &Application::memoryRefused};
+    std::unique_ptr<store::ProjectStore> projects = makeStore();
+};
+
+TEST_F(CanvasMemoryOfTheApplication, ARepaintThatLacksALayerIsToldAndTheNextOneIsWhole) {
+    if (!tests::MemoryRefusal::isAvailable()) GTEST_SKIP() << "another allocator is in use";
+    // The pixels of a layer, and no less.
+    constexpr std::size_t large = std::size_t{400} * 300 * 4;
+    projects->createUntitledProject(400, 300, 96);
+    canvas::CanvasWidget widget(*projects);
+    widget.resize(300, 200);
+    widget.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+    const QImage whole = widget.grab().toImage();
+    std::size_t number = 0;
+    for (bool wasRefused = true; wasRefused; ++number) {
+        ASSERT_LT(number, 100U);
+        raster::clearDecodeCache();
+        raster::releaseKeptPixelMemory();
+        refused.clear();
+        {
+            const tests::MemoryRefusal refusal(number + 1, large);
+            widget.viewport()->repaint();
+            wasRefused = refusal.hasHappened();
+        }
+        QCoreApplication::processEvents();
+        EXPECT_EQ(refused.count(), wasRefused ? 1 : 0) << number;
+        EXPECT_EQ(widget.grab().toImage(), whole) << number;
+    }
+    EXPECT_GT(number, 1U);
 }
 
 } // namespace
