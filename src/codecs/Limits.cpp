@@ -3,7 +3,7 @@
 
 #include <sys/resource.h>
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define QUILLABRAE_SANITIZED
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
