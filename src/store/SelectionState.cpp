@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/SelectionState.h"
 
+#include "model/WholePixelRect.h"
 #include "raster/DecodeCache.h"
 #include "raster/LayerRasterService.h"
 #include "raster/LayerRasterServiceLayers.h"
 #include "store/ProjectLayers.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace quillabrae::store {
 namespace {
@@ -18,13 +18,13 @@ QRectF placementRect(const model::PaintProject& project) {
     return {0.0, 0.0, project.floatingSelection->width, project.floatingSelection->height};
 }
 
-QRect truncated(const QRectF& rect) {
-    const QRectF standard = rect.normalized();
-    const auto whole = [](double value) {
-        return static_cast<int>(std::clamp(std::trunc(value), -1e9, 1e9));
+/// The pixels that they stand on.
+QRect placedPixels(const model::PaintProject& project) {
+    const QRectF rect = model::wholePixelRect(placementRect(project));
+    const auto bounded = [](double value) {
+        return static_cast<int>(std::clamp(value, -1e9, 1e9));
     };
-    return {whole(standard.x()), whole(standard.y()), std::max(whole(standard.width()), 1),
-            std::max(whole(standard.height()), 1)};
+    return {bounded(rect.x()), bounded(rect.y()), bounded(rect.width()), bounded(rect.height())};
 }
 
 } // namespace
@@ -68,7 +68,7 @@ bool putDownFloatingSelection(model::PaintProject& project) {
     raster::RasterImage image =
         raster::LayerRasterService::renderLayer(layer, project.canvasWidth, project.canvasHeight);
     if (image.isNull()) return false;
-    raster::LayerRasterService::drawImage(image, pixels, truncated(placementRect(project)));
+    raster::LayerRasterService::drawImage(image, pixels, placedPixels(project));
     layer.bitmapPNGData = raster::LayerRasterService::pngData(image);
     clearSelection(project);
     return true;
