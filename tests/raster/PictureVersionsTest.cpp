@@ -3,6 +3,7 @@
 #include "raster/PictureVersions.h"
 #include "raster/PixelMemory.h"
 #include "raster/RasterFixtures.h"
+#include "support/MemoryRefusal.h"
 
 #include <gtest/gtest.h>
 
@@ -117,6 +118,24 @@ TEST_F(PictureVersions, AreForgottenWithTheMemoryThatIsKept) {
     first = {};
     releaseKeptPixelMemory();
     EXPECT_TRUE(versions.drawable(second).sharesPixelsWith(second));
+}
+
+TEST_F(PictureVersions, OneThatMemoryEndsInIsThereTheNextTime) {
+    if (!isMemoryKept()) GTEST_SKIP() << "freed pixel memory is not kept here";
+    if (!tests::MemoryRefusal::isAvailable()) GTEST_SKIP() << "another allocator is in use";
+    RasterImage first = filledImage(width, height, {1, 2, 3, 255});
+    RasterImage second = drawn(first, {10, 10, 50, 50});
+    const std::uint8_t* const place = first.row(0);
+    const std::uint64_t contents = first.contentsID();
+    first = {};
+    {
+        // Of what holds the pixels, not of the pixels.
+        const tests::MemoryRefusal refusal(1, 1);
+        EXPECT_TRUE(RasterImage::takenBack(contents, width, height).isNull());
+        EXPECT_TRUE(refusal.hasHappened());
+    }
+    const RasterImage third = drawn(second, {300, 20, 5, 500});
+    EXPECT_EQ(third.row(0), place);
 }
 
 } // namespace
