@@ -15,6 +15,9 @@ namespace {
 class DesktopWindowsTest : public EveryWindow {
 protected:
     DesktopWindowsTest() : EveryWindow(QString()) {}
+    ~DesktopWindowsTest() override { QCursor::setPos(pointer); }
+
+    const QPoint pointer = QCursor::pos();
 };
 
 TEST_F(DesktopWindowsTest, OpenInTheMiddleOfThePrimaryScreenWhereverThePointerIs) {
