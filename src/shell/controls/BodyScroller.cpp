@@ -41,12 +41,12 @@ int BodyScroller::heightForWidth(int width) const {
 }
 
 bool BodyScroller::eventFilter(QObject* watched, QEvent* event) {
+    const bool isHandled = ControlScroller::eventFilter(watched, event);
     if (watched == widget() && event->type() == QEvent::LayoutRequest) {
-        updateGeometry();
         fitBars();
         fitFocusPolicy();
     }
-    return ControlScroller::eventFilter(watched, event);
+    return isHandled;
 }
 
 /// The bar at the side may lie over the body's margin, and makes no other one necessary.

@@ -106,6 +106,10 @@ bool ControlScroller::eventFilter(QObject* watched, QEvent* event) {
             event->ignore();
             return true;
         }
+        case QEvent::LayoutRequest:
+            // The room that it asks for follows its content.
+            if (watched == widget()) updateGeometry();
+            break;
         default:
             break;
     }

@@ -34,11 +34,6 @@ void SidewaysScroller::turn(const QWheelEvent& wheel) {
     bar->setValue(bar->value() - (sideways != 0 ? sideways : way.y()) / 2);
 }
 
-bool SidewaysScroller::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
-    return ControlScroller::eventFilter(watched, event);
-}
-
 void SidewaysScroller::wheelEvent(QWheelEvent* event) {
     turn(*event);
     event->accept();

@@ -20,7 +20,6 @@ public:
     void turn(const QWheelEvent& wheel);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 };
 

@@ -32,12 +32,6 @@ public:
         return {std::max(size.width(), pane + verticalScrollBar()->sizeHint().width()),
                 size.height()};
     }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
-        return ControlScroller::eventFilter(watched, event);
-    }
 };
 
 } // namespace
