@@ -37,7 +37,10 @@ class SmallScreen(ScreensCase):
         return left - sides[0], top - sides[2], right + sides[1], bottom + sides[3]
 
     def is_whole(self, title):
-        left, top, right, bottom = self.frame_of(self.window_number(title))
+        number = self.window_number(title)
+        if number is None:
+            return False
+        left, top, right, bottom = self.frame_of(number)
         return min(left, top) >= 0 and right <= SMALL[0] and bottom <= SMALL[1]
 
     def assert_fits(self, name, title):
