@@ -210,7 +210,7 @@ class HostileDocument : public testing::TestWithParam<const char*> {
 protected:
     static constexpr qint64 size = 4 * megabyte;
     // A sanitizer keeps freed memory aside for a while.
-    static constexpr qint64 largestMultiple = tests::hasSanitizer ? 24 : 8;
+    static constexpr qint64 largestMultiple = tests::hasSanitizer ? 32 : 8;
 };
 
 INSTANTIATE_TEST_SUITE_P(Pieces, HostileDocument,
