@@ -6,6 +6,7 @@
 #include "persistence/ProjectFileService.h"
 #include "platform/Clock.h"
 #include "raster/DecodeCache.h"
+#include "replay/SequenceFloating.h"
 #include "replay/Session.h"
 
 #include <QSet>
@@ -21,40 +22,10 @@ using model::PaintHistoryState;
 using model::PaintLayer;
 using model::PaintProject;
 
-Moment Moment::of(Session& session) {
-    const store::ProjectStore& store = session.store();
-    const canvas::CanvasView& view = session.canvas().view();
-    const bool hasDraft =
-        view.shapeDraft().activeShapeDraft() || view.textDraft().activeTextDraft();
-    Moment moment{store.openProjects(), store.activeProjectID(), {}, hasDraft};
-    for (const PaintProject& project : moment.projects)
-        moment.histories.insert(project.id, store.history(project.id));
-    return moment;
-}
-
-const PaintProject* Moment::project(const QUuid& id) const {
-    const auto found = std::ranges::find(projects, id, &PaintProject::id);
-    return found == projects.end() ? nullptr : &*found;
-}
-
-const PaintProject* Moment::activeProject() const {
-    return activeProjectID ? project(*activeProjectID) : nullptr;
-}
-
 namespace {
-
-bool isOneOf(const QString& verb, std::initializer_list<const char*> names) {
-    return std::ranges::any_of(names,
-                               [&](const char* name) { return verb == QLatin1StringView(name); });
-}
 
 bool isWhole(double value) {
     return std::trunc(value) == value;
-}
-
-const PaintLayer* layerOf(const PaintProject& project, const QUuid& id) {
-    const auto found = std::ranges::find(project.layers, id, &PaintLayer::id);
-    return found == project.layers.end() ? nullptr : &*found;
 }
 
 /// Everything but where the file is and when it was touched.
@@ -81,26 +52,6 @@ std::vector<PaintProject> asFiled(std::vector<PaintProject> projects) {
 PaintHistoryState asFiled(PaintHistoryState history) {
     for (model::PaintHistoryEntry& entry : history.entries) entry.project = asFiled(entry.project);
     return history;
-}
-
-bool hasRecorded(const Step& step, const QUuid& id) {
-    const PaintHistoryState then = step.before.histories.value(id);
-    const PaintHistoryState now = step.after.histories.value(id);
-    return now.entries.empty() != then.entries.empty() ||
-           (!now.entries.empty() && now.entries.back().id != then.entries.back().id);
-}
-
-/// The keyboard presses a tool that only clicks and lets it go in one.
-bool mayClickByKey(const Step& step) {
-    return step.verb() == QLatin1StringView("canvas.key") &&
-           step.line.value(QStringLiteral("key")) == QStringLiteral("space");
-}
-
-/// Whether the step's last deed was to record. A press can commit a draft first and go on.
-bool endsInItsEntry(const Step& step, const QUuid& id) {
-    const bool goesOn = step.verb() == QLatin1StringView("canvas.press") ||
-                        (mayClickByKey(step) && step.before.hasDraft);
-    return hasRecorded(step, id) && !goesOn;
 }
 
 // What holds at every moment
@@ -133,13 +84,6 @@ void layersAreSound(const Step& step, QStringList& broken) {
         if (!(project.canvasWidth >= 1.0) || !(project.canvasHeight >= 1.0))
             broken << QStringLiteral("canvas: smaller than a pixel");
     }
-}
-
-/// Whether floating pixels can be put down.
-bool isCommittable(const PaintProject& project) {
-    const auto& floating = project.floatingSelection;
-    return floating && layerOf(project, floating->layerID) != nullptr &&
-           !raster::decodedImage(floating->pngData).isNull();
 }
 
 bool hasUnflaggedSelection(const PaintProject& project) {
@@ -201,14 +145,8 @@ void nothingRunsWithoutAButton(const Step& step, QStringList& broken) {
 
 // What a step may change
 
-/// Lines that are about another project than the active one, or about many.
-bool isAboutTabs(const Step& step) {
-    return isOneOf(step.verb(), {"store.closeProject", "store.openProject", "store.restoreHistory",
-                                 "service.answer"});
-}
-
 void otherTabsStay(const Step& step, QStringList& broken) {
-    if (isAboutTabs(step)) return;
+    if (step.isAboutTabs()) return;
     for (const PaintProject& then : step.before.projects) {
         if (then.id == step.before.activeProjectID || then.id == step.after.activeProjectID)
             continue;
@@ -228,13 +166,13 @@ void historyOnlyGrows(const Step& step, QStringList& broken) {
         if (std::ssize(now.entries) < kept ||
             !std::equal(then.entries.begin(), then.entries.begin() + kept, now.entries.begin()))
             broken << QStringLiteral("entries: one that could be undone is not what it was");
-        if (endsInItsEntry(step, project.id) && now.entries.back().project != project)
+        if (step.endsInItsEntry(project.id) && now.entries.back().project != project)
             broken << QStringLiteral("recorded: the last entry is not the project as it stands");
     }
 }
 
 void undoGivesTheEntryBack(const Step& step, QStringList& broken) {
-    if (!isOneOf(step.verb(), {"store.undo", "store.redo", "store.restoreHistory"})) return;
+    if (!step.isOneOf({"store.undo", "store.redo", "store.restoreHistory"})) return;
     const PaintProject* now = step.after.activeProject();
     if (now == nullptr || step.before.project(now->id) == nullptr) return;
     const PaintHistoryState then = step.before.histories.value(now->id);
@@ -249,14 +187,13 @@ void undoGivesTheEntryBack(const Step& step, QStringList& broken) {
 
 /// Commands that work on locked layers, and lines that bring a whole project.
 bool mayTouchLocked(const Step& step) {
-    return isAboutTabs(step) ||
-           isOneOf(step.verb(),
-                   {"store.undo", "store.redo", "store.resizeActiveImage",
-                    "store.resizeActiveCanvas", "store.trimTransparentWhitespace",
-                    "store.flattenLayerDown", "store.repeatLastAction", "paste", "drop",
-                    "store.cancelAlignObjectPreview", "store.cancelColorRemovalPreview",
-                    "store.commitAlignObjectPreview", "store.commitColorRemovalPreview",
-                    "store.previewAlignObject", "store.previewColorRemoval"});
+    return step.isAboutTabs() ||
+           step.isOneOf({"store.undo", "store.redo", "store.resizeActiveImage",
+                         "store.resizeActiveCanvas", "store.trimTransparentWhitespace",
+                         "store.flattenLayerDown", "store.repeatLastAction", "paste", "drop",
+                         "store.cancelAlignObjectPreview", "store.cancelColorRemovalPreview",
+                         "store.commitAlignObjectPreview", "store.commitColorRemovalPreview",
+                         "store.previewAlignObject", "store.previewColorRemoval"});
 }
 
 void lockedPixelsStay(const Step& step, QStringList& broken) {
@@ -276,109 +213,11 @@ void lockedPixelsStay(const Step& step, QStringList& broken) {
     }
 }
 
-// Floating pixels
-
-/// Lines after which floating pixels may be gone without having been put down.
-bool mayLoseFloating(const Step& step) {
-    return isAboutTabs(step) ||
-           isOneOf(step.verb(),
-                   {"store.cutSelectedCanvasPixels", "store.undo", "store.redo",
-                    "store.resizeActiveImage", "store.resizeActiveCanvas", "store.repeatLastAction",
-                    "paste", "drop", "store.cancelAlignObjectPreview",
-                    "store.cancelColorRemovalPreview", "store.commitAlignObjectPreview",
-                    "store.commitColorRemovalPreview", "store.previewAlignObject",
-                    "store.previewColorRemoval"});
-}
-
-/// Lines that put floating pixels down and change the layer besides.
-bool putsDownAndGoesOn(const Step& step) {
-    // A draft, and what is being drawn, outlives undo and redo, which can bring floating pixels
-    // back under it.
-    return mayClickByKey(step) || step.before.hasDraft ||
-           isOneOf(step.verb(), {"canvas.release", "store.flattenLayerDown",
-                                 "store.invertActiveImage", "store.trimTransparentWhitespace"});
-}
-
-/// The definition of putting down, pixel by pixel: nearest neighbour, source over.
-QImage putDown(const PaintProject& project) {
-    const auto& floating = *project.floatingSelection;
-    const PaintLayer& layer = *layerOf(project, floating.layerID);
-    const auto premultiplied = QImage::Format_ARGB32_Premultiplied;
-    const QSize size(static_cast<int>(project.canvasWidth), static_cast<int>(project.canvasHeight));
-    QImage under(size, premultiplied);
-    under.fill(Qt::transparent);
-    if (layer.bitmapPNGData)
-        under =
-            raster::decodedImage(*layer.bitmapPNGData).toQImage().convertToFormat(premultiplied);
-    const QImage pixels =
-        raster::decodedImage(floating.pngData).toQImage().convertToFormat(premultiplied);
-    const model::PixelSelection& place = *project.pixelSelection;
-    const int width = std::max(static_cast<int>(place.width), 1);
-    const int height = std::max(static_cast<int>(place.height), 1);
-    const auto over = [](int top, int bottom, int alpha) {
-        return top + static_cast<int>(std::lround(bottom * (255 - alpha) / 255.0));
-    };
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const QPoint at(static_cast<int>(place.x) + x, static_cast<int>(place.y) + y);
-            if (!under.rect().contains(at)) continue;
-            const auto source = [](int index, int from, int to) {
-                return static_cast<int>((index + 0.5) * from / to);
-            };
-            const QRgb top =
-                pixels.pixel(source(x, pixels.width(), width), source(y, pixels.height(), height));
-            const QRgb bottom = under.pixel(at);
-            const int alpha = qAlpha(top);
-            under.setPixel(at, qRgba(over(qRed(top), qRed(bottom), alpha),
-                                     over(qGreen(top), qGreen(bottom), alpha),
-                                     over(qBlue(top), qBlue(bottom), alpha),
-                                     over(alpha, qAlpha(bottom), alpha)));
-        }
-    }
-    return under;
-}
-
-/// Within one level, premultiplied.
-bool looksLike(const PaintLayer& layer, const QImage& expected) {
-    if (!layer.bitmapPNGData) return false;
-    const QImage found =
-        raster::decodedImage(*layer.bitmapPNGData).toQImage().convertToFormat(expected.format());
-    if (found.size() != expected.size()) return false;
-    for (int y = 0; y < found.height(); ++y) {
-        const uchar* a = found.constScanLine(y);
-        const uchar* b = expected.constScanLine(y);
-        for (int i = 0; i < found.width() * 4; ++i) {
-            if (std::abs(a[i] - b[i]) > 1) return false;
-        }
-    }
-    return true;
-}
-
-void floatingPixelsStayOrComeDown(const Step& step, QStringList& broken) {
-    if (mayLoseFloating(step)) return;
-    for (const PaintProject& then : step.before.projects) {
-        if (!then.floatingSelection) continue;
-        const PaintProject* now = step.after.project(then.id);
-        if (now == nullptr) {
-            broken << QStringLiteral("floating: the project is gone");
-            continue;
-        }
-        if (now->floatingSelection == then.floatingSelection) continue;
-        const bool isDiscarded =
-            step.verb() == QLatin1StringView("store.dropSelection") && !isCommittable(then);
-        if (isDiscarded || putsDownAndGoesOn(step)) continue;
-        const PaintLayer* layer = layerOf(*now, then.floatingSelection->layerID);
-        if (now->floatingSelection || !isCommittable(then) || layer == nullptr ||
-            !looksLike(*layer, putDown(then)))
-            broken << QStringLiteral("floating: pixels are neither floating nor on their layer");
-    }
-}
-
 // Files
 
 void aSaveAndAnOpeningChangeNothing(const Step& step, QStringList& broken) {
-    if (!isOneOf(step.verb(), {"store.addLayer", "paste", "store.selectAllCanvas",
-                               "store.flattenLayerDown", "store.cutSelectedCanvasPixels"}))
+    if (!step.isOneOf({"store.addLayer", "paste", "store.selectAllCanvas", "store.flattenLayerDown",
+                       "store.cutSelectedCanvasPixels"}))
         return;
     const QTemporaryDir folder;
     platform::NoFileIcons icons;
@@ -394,7 +233,7 @@ void aSaveAndAnOpeningChangeNothing(const Step& step, QStringList& broken) {
 /// The recovery file is whole when a command returns.
 void theRecoveryFileHasIt(const Step& step, QStringList& broken) {
     const PaintProject* active = step.after.activeProject();
-    if (active == nullptr || !endsInItsEntry(step, active->id)) return;
+    if (active == nullptr || !step.endsInItsEntry(active->id)) return;
     const auto session = persistence::AppPersistenceService::loadAutosavedSession(
         step.session.autosaveFolder() + QStringLiteral("/Recovery.quillabraesession"));
     if (!session) {

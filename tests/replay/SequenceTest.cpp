@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace quillabrae::replay {
@@ -105,7 +106,7 @@ Script shortened(Script script, const QString& rule) {
     return script;
 }
 
-QByteArray textOf(const Script& script) {
+QByteArray textOf(std::span<const QByteArray> script) {
     QByteArray text;
     for (const QByteArray& line : script)
         text += (line == restartLine ? "# The editor is killed and started again." : line) + '\n';
@@ -114,6 +115,8 @@ QByteArray textOf(const Script& script) {
 
 /// Draws and runs a script of so many lines.
 void soak(unsigned seed, int lines) {
+    // Enough to see what was going on.
+    constexpr std::size_t latest = 12;
     SequenceRun run;
     SequenceGenerator generator(seed);
     Script script;
@@ -124,7 +127,8 @@ void soak(unsigned seed, int lines) {
         const Script shortest = shortened(script, ruleOf(broken));
         FAIL() << "seed " << seed << ", line " << i << ": "
                << broken.join(QStringLiteral("; ")).toStdString() << "\n"
-               << textOf(shortest).toStdString();
+               << textOf(shortest).toStdString() << "# What ran last, if that is another failure:\n"
+               << textOf(std::span(script).last(std::min(script.size(), latest))).toStdString();
     }
     // Lines that come to nothing test nothing.
     EXPECT_LT(run.misunderstood().size(), lines / 10)
