@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/WorkQueue.h"
 
+#include <exception>
 #include <new>
-#include <system_error>
 #include <utility>
 
 namespace quillabrae::platform {
@@ -25,7 +25,8 @@ void WorkQueue::run(Job job) {
     if (m_thread.joinable()) return;
     try {
         m_thread = std::thread([this] { work(); });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
+        // Refused by the system, or for want of memory.
         std::unique_lock lock(m_mutex);
         runAll(lock);
     }
