@@ -90,11 +90,14 @@ bool hasUnflaggedSelection(const PaintProject& project) {
     return project.pixelSelection && !project.isCanvasSelected;
 }
 
-/// A fill keeps the selection and takes its flag away; a project may be opened as one left it.
+/// A fill keeps the selection and takes its flag away; a project may be opened as one left it, also
+/// in the place of a tab that has gone back to before the fill.
 bool comesFromAFill(const PaintHistoryState& history) {
     return std::ranges::any_of(history.entries, [&](const model::PaintHistoryEntry& entry) {
+        const bool isOpening =
+            &entry == &history.entries.front() || entry.title == QLatin1StringView("Open Project");
         return entry.title == QLatin1StringView("Generative Fill") ||
-               (&entry == &history.entries.front() && hasUnflaggedSelection(entry.project));
+               (isOpening && hasUnflaggedSelection(entry.project));
     });
 }
 
