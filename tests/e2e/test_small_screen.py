@@ -45,7 +45,7 @@ class SmallScreen(ScreensCase):
 
     def assert_fits(self, name, title):
         # A window takes its frame into account once it has been told of it.
-        until(lambda: self.is_whole(title), f"{name} on the screen")
+        until(lambda: self.is_whole(title), f"{name} on the screen", seconds=5)
         self.capture(name, title)
 
     def assert_in_sight(self, editor, window, names):

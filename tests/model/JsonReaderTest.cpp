@@ -210,7 +210,8 @@ class HostileDocument : public testing::TestWithParam<const char*> {
 protected:
     static constexpr qint64 size = 4 * megabyte;
     // A sanitizer keeps freed memory aside for a while.
-    static constexpr qint64 largestMultiple = tests::hasSanitizer ? 32 : 8;
+    static constexpr qint64 usualMultiple = tests::hasSanitizer ? 24 : 8;
+    static constexpr qint64 largestMultiple = tests::hasThreadSanitizer ? 32 : usualMultiple;
 };
 
 INSTANTIATE_TEST_SUITE_P(Pieces, HostileDocument,

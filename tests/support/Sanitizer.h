@@ -10,4 +10,11 @@ inline constexpr bool hasSanitizer = true;
 inline constexpr bool hasSanitizer = false;
 #endif
 
+/// Whether that is the one of threads, which holds the most.
+#ifdef __SANITIZE_THREAD__
+inline constexpr bool hasThreadSanitizer = true;
+#else
+inline constexpr bool hasThreadSanitizer = false;
+#endif
+
 } // namespace quillabrae::tests
